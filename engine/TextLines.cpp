@@ -1,0 +1,81 @@
+#include "engine/TextLines.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+#include <unistd.h>
+
+namespace rm {
+
+std::string TextLines::TakeLast() {
+  std::string s = std::move(lines_.back());
+  lines_.pop_back();
+  return s;
+}
+
+std::string TextLines::Text() const {
+  std::string out;
+  std::size_t n = 0;
+  for (const auto& l : lines_) n += l.size() + 1;
+  out.reserve(n);
+  for (const auto& l : lines_) {
+    out += l;
+    out += '\n';
+  }
+  return out;
+}
+
+void TextLines::SetText(const std::string& text) {
+  lines_.clear();
+  std::size_t start = 0;
+  while (start < text.size()) {
+    std::size_t end = text.find_first_of("\r\n", start);
+    if (end == std::string::npos) {
+      lines_.push_back(text.substr(start));
+      break;
+    }
+    lines_.push_back(text.substr(start, end - start));
+    if (text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n') ++end;
+    start = end + 1;
+  }
+}
+
+bool TextLines::LoadFromFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) return false;
+  std::ostringstream ss;
+  ss << in.rdbuf();
+  if (in.bad()) return false;
+  SetText(ss.str());
+  return true;
+}
+
+bool TextLines::SaveToFile(const std::string& path, std::string* error) const {
+  return WriteFileAtomically(path, Text(), error);
+}
+
+bool WriteFileAtomically(const std::string& path, const std::string& data, std::string* error) {
+  std::string tmp = path + ".tmp" + std::to_string(::getpid());
+  FILE* f = std::fopen(tmp.c_str(), "wb");
+  if (!f) {
+    if (error) *error = std::strerror(errno);
+    return false;
+  }
+  bool ok = std::fwrite(data.data(), 1, data.size(), f) == data.size();
+  ok = (std::fflush(f) == 0) && ok;
+  int saved = errno;
+  ok = (std::fclose(f) == 0) && ok;
+  if (ok && std::rename(tmp.c_str(), path.c_str()) != 0) {
+    saved = errno;
+    ok = false;
+  }
+  if (!ok) {
+    std::remove(tmp.c_str());
+    if (error) *error = std::strerror(saved ? saved : EIO);
+  }
+  return ok;
+}
+
+}  // namespace rm

@@ -1,0 +1,27 @@
+#pragma once
+#include <string>
+#include <vector>
+
+namespace rm {
+
+enum class DlgType { Warning, Error, Information, Confirmation, Custom };
+
+// Everything the headless code needs of a user: modal messages with named buttons, the status
+// line and log, a progress bar, the Esc key and a beep. Front ends implement it; tests script it.
+// A "\r" inside a message is a line break for the front end to render.
+class UiPort {
+ public:
+  virtual ~UiPort() = default;
+
+  // Shows a modal message and returns the caption of the button pressed (one of `buttons`).
+  virtual std::string MessageDlg(const std::string& text, const std::string& title, DlgType type,
+                                 const std::vector<std::string>& buttons) = 0;
+  // The status bar field and the log line of every step.
+  virtual void Status(const std::string& text) = 0;
+  virtual void Progress(long long position, long long max) = 0;
+  // Polled between bytes of long work; true aborts the work, keeping what was done.
+  virtual bool EscapePressed() = 0;
+  virtual void Beep() {}
+};
+
+}  // namespace rm

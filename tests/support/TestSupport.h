@@ -1,0 +1,48 @@
+#pragma once
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "engine/UiPort.h"
+
+namespace rmtest {
+
+// A UiPort for tests: answers come from a queue (the first button when the queue is empty) and
+// every message is recorded with its title, type and buttons.
+class ScriptedUi : public rm::UiPort {
+ public:
+  struct Message {
+    std::string text;
+    std::string title;
+    rm::DlgType type;
+    std::vector<std::string> buttons;
+    std::string answer;
+  };
+
+  std::string MessageDlg(const std::string& text, const std::string& title, rm::DlgType type,
+                         const std::vector<std::string>& buttons) override;
+  void Status(const std::string& text) override { statuses.push_back(text); }
+  void Progress(long long position, long long max) override {
+    lastProgress = position;
+    progressMax = max;
+  }
+  bool EscapePressed() override;
+  void Beep() override { ++beeps; }
+
+  std::deque<std::string> answers;
+  std::vector<Message> messages;
+  std::vector<std::string> statuses;
+  long long lastProgress = 0, progressMax = 0;
+  long long escapeAfterPolls = -1;  // >= 0: Esc is "pressed" once this many polls have passed
+  long long polls = 0;
+  int beeps = 0;
+};
+
+std::string ReadFile(const std::string& path);
+// Compares `actual` with tests/golden/<name>; UPDATE_GOLDEN=1 rewrites the file instead.
+// Returns an empty string when equal, else a description of the first difference.
+std::string CompareGolden(const std::string& name, const std::string& actual);
+// A fresh empty folder under the system temp folder.
+std::string MakeTempDir();
+
+}  // namespace rmtest
