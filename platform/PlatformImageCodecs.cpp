@@ -1,0 +1,184 @@
+#include "platform/PlatformImageCodecs.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <string_view>
+#include <vector>
+
+#include "platform/BmpDecoder.h"
+#include "platform/PngCodec.h"
+
+namespace rm {
+namespace {
+
+// No picture within the size limits needs a larger file; refusing bigger ones up front keeps a
+// stray disk image or video from being pulled into memory.
+constexpr std::uint64_t kMaxFileSize = std::uint64_t{2} * 1024 * 1024 * 1024;
+
+enum class Format { Png, Bmp, Jpeg, Gif, Tiff, Ico, Svg, Unknown };
+
+std::string NameOf(const std::string& path) {
+  std::string name = std::filesystem::path(path).filename().string();
+  return name.empty() ? path : name;
+}
+
+bool StartsWith(const std::vector<std::uint8_t>& bytes, std::string_view prefix) {
+  return bytes.size() >= prefix.size() && std::memcmp(bytes.data(), prefix.data(), prefix.size()) == 0;
+}
+
+// SVG is text: an optional byte order mark and blanks, then markup with an <svg element near
+// the top (after the XML declaration, comments or a doctype).
+bool LooksLikeSvg(const std::vector<std::uint8_t>& bytes) {
+  std::string_view text(reinterpret_cast<const char*>(bytes.data()), std::min<std::size_t>(bytes.size(), 4096));
+  if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+  const std::size_t first = text.find_first_not_of(" \t\r\n");
+  if (first == std::string_view::npos || text[first] != '<') return false;
+  return text.find("<svg") != std::string_view::npos;
+}
+
+Format Identify(const std::vector<std::uint8_t>& bytes) {
+  using namespace std::string_view_literals;
+  if (StartsWith(bytes, "\x89PNG\r\n\x1A\n"sv)) return Format::Png;
+  if (StartsWith(bytes, "BM"sv)) return Format::Bmp;
+  if (StartsWith(bytes, "\xFF\xD8\xFF"sv)) return Format::Jpeg;
+  if (StartsWith(bytes, "GIF87a"sv) || StartsWith(bytes, "GIF89a"sv)) return Format::Gif;
+  if (StartsWith(bytes, "II*\0"sv) || StartsWith(bytes, "MM\0*"sv) || StartsWith(bytes, "II+\0"sv) ||
+      StartsWith(bytes, "MM\0+"sv))
+    return Format::Tiff;
+  if (StartsWith(bytes, "\0\0\1\0"sv) && bytes.size() >= 6 && (bytes[4] | bytes[5]) != 0) return Format::Ico;
+  if (LooksLikeSvg(bytes)) return Format::Svg;
+  return Format::Unknown;
+}
+
+const char* NotYetSupported(Format format) {
+  switch (format) {
+    case Format::Jpeg: return "JPEG";
+    case Format::Gif: return "GIF";
+    case Format::Tiff: return "TIFF";
+    case Format::Ico: return "ICO";
+    case Format::Svg: return "SVG";
+    default: return nullptr;
+  }
+}
+
+// Reads the whole file; on failure `error` holds the reason without the file name.
+bool ReadWholeFile(const std::string& path, std::vector<std::uint8_t>& bytes, std::string& error) {
+  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) {
+    error = std::string("the file cannot be opened (") + std::strerror(errno) + ")";
+    return false;
+  }
+  struct Closer {
+    int fd;
+    ~Closer() { ::close(fd); }
+  } closer{fd};
+  struct stat info {};
+  if (::fstat(fd, &info) != 0) {
+    error = std::string("the file cannot be read (") + std::strerror(errno) + ")";
+    return false;
+  }
+  if (S_ISDIR(info.st_mode)) {
+    error = "this is a folder, not a picture file";
+    return false;
+  }
+  if (S_ISREG(info.st_mode) && static_cast<std::uint64_t>(info.st_size) > kMaxFileSize) {
+    error = "the file is too large to be a picture we can read";
+    return false;
+  }
+  if (S_ISREG(info.st_mode)) bytes.reserve(static_cast<std::size_t>(info.st_size));
+  std::uint8_t buffer[65536];
+  for (;;) {
+    const ssize_t got = ::read(fd, buffer, sizeof buffer);
+    if (got < 0) {
+      if (errno == EINTR) continue;
+      error = std::string("the file cannot be read (") + std::strerror(errno) + ")";
+      return false;
+    }
+    if (got == 0) break;
+    if (bytes.size() + static_cast<std::size_t>(got) > kMaxFileSize) {
+      error = "the file is too large to be a picture we can read";
+      return false;
+    }
+    bytes.insert(bytes.end(), buffer, buffer + got);
+  }
+  if (bytes.empty()) {
+    error = "the file is empty";
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool PlatformImageCodecs::Load(const std::string& path, Bitmap& out, std::string& error) {
+  const std::string prefix = NameOf(path) + ": ";
+  std::vector<std::uint8_t> bytes;
+  std::string reason;
+  if (!ReadWholeFile(path, bytes, reason)) {
+    error = prefix + reason;
+    return false;
+  }
+  const Format format = Identify(bytes);
+  bool ok = false;
+  switch (format) {
+    case Format::Png:
+      ok = PngCodec::Decode(bytes.data(), bytes.size(), out, reason);
+      break;
+    case Format::Bmp:
+      ok = BmpDecoder::Decode(bytes.data(), bytes.size(), out, reason);
+      break;
+    case Format::Unknown:
+      reason = "the file is not a PNG or BMP picture";
+      break;
+    default:
+      reason = std::string(NotYetSupported(format)) + " pictures are not supported yet";
+      break;
+  }
+  if (!ok) error = prefix + reason;
+  return ok;
+}
+
+bool PlatformImageCodecs::SavePng(const Bitmap& bitmap, const std::string& path, std::string& error) {
+  const std::string prefix = NameOf(path) + ": ";
+  if (bitmap.Empty()) {
+    error = prefix + "an empty picture cannot be saved";
+    return false;
+  }
+  // Writing next to the target and renaming keeps an existing file intact until the new one is
+  // complete; the process id keeps two programs saving the same file from sharing a temporary.
+  const std::string temporary = path + ".tmp" + std::to_string(::getpid());
+  std::FILE* file = std::fopen(temporary.c_str(), "wb");
+  if (file == nullptr) {
+    error = prefix + "the file cannot be created (" + std::strerror(errno) + ")";
+    return false;
+  }
+  std::string reason;
+  bool ok = PngCodec::Encode(bitmap, file, reason);
+  if (ok && (std::fflush(file) != 0 || ::fsync(::fileno(file)) != 0)) {
+    reason = std::string("the file cannot be written (") + std::strerror(errno) + ")";
+    ok = false;
+  }
+  if (std::fclose(file) != 0 && ok) {
+    reason = std::string("the file cannot be written (") + std::strerror(errno) + ")";
+    ok = false;
+  }
+  if (ok && std::rename(temporary.c_str(), path.c_str()) != 0) {
+    reason = std::string("the file cannot be replaced (") + std::strerror(errno) + ")";
+    ok = false;
+  }
+  if (!ok) {
+    std::remove(temporary.c_str());
+    error = prefix + reason;
+  }
+  return ok;
+}
+
+}  // namespace rm
