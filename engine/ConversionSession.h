@@ -126,6 +126,8 @@ struct ConversionSession {
   // Colour tables: ModeColours (up to 32, searched linearly) and the sorted PaletteTable.
   std::vector<Colour> ModeColours;
   std::vector<Colour> PaletteTable;
+  bool InvertGrayPalette = false;       // reverses the gray ramps of the modes 24 to 31
+  bool RevertPaletteOnLoading = false;  // reverses PaletteTable after its sort
 
   // Pixel source and its limits.
   const Bitmap* Source = nullptr;

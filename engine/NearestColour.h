@@ -1,0 +1,78 @@
+#pragma once
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "engine/Bitmap.h"
+#include "engine/ConversionSession.h"
+#include "engine/UiPort.h"
+
+namespace rm {
+
+// Finds the palette colour that stands in for any 24 bit colour.
+//
+// The search looks only in one quarter of the sorted palette: the colour is compared with the
+// entries n/4, n/2 and 3n/4 as a number, and the quarter it falls in is searched for the least
+// squared distance on the byte components. A closer colour in another quarter is not found. That
+// is the rule pictures are reduced by, so it is kept even where it is not the true nearest.
+//
+// Answers are remembered per colour (`NearestCache`) until the palette changes, so that a photo
+// costs one search per distinct colour. The cache grows with the number of distinct colours asked
+// for, not with the 2^24 possible ones.
+class NearestColour {
+ public:
+  // No palette: every colour passes unchanged.
+  NearestColour() = default;
+
+  // Takes the table of the session's mode: `PaletteTable` in the palette modes, `ModeColours` in
+  // the 8 and 16 colour modes; in monochrome, 16M and the gray ramp modes colours pass unchanged.
+  void Configure(const ConversionSession& session);
+  // Searches `palette` (a sorted copy is kept). An empty palette passes colours unchanged.
+  void SetPalette(std::vector<Colour> palette);
+
+  // The sorted palette searched; empty when colours pass unchanged.
+  const std::vector<Colour>& Palette() const { return palette_; }
+  std::size_t PaletteSize() const { return palette_.size(); }
+
+  // 0 gives 0 and 0x1000000 gives 0x1000000 whatever the palette; other colours get the quarter
+  // search, remembered.
+  Colour NearestColor(Colour c);
+  // The quarter search itself, without the cache and the two fixed answers.
+  Colour Search(Colour c) const;
+
+  void ClearCache() { cache_.Clear(); }
+  std::size_t CachedColours() const { return cache_.Size(); }
+
+ private:
+  // Open addressing from 24 bit colour to answer; 8 bytes a slot, at most half full.
+  class Cache {
+   public:
+    bool Find(std::uint32_t key, Colour& value) const;
+    void Insert(std::uint32_t key, Colour value);
+    void Clear();
+    std::size_t Size() const { return size_; }
+
+   private:
+    static constexpr std::uint32_t kEmpty = 0xFFFFFFFFu;
+    struct Slot {
+      std::uint32_t key;
+      Colour value;
+    };
+    std::size_t IndexOf(std::uint32_t key) const;
+    void Grow();
+    std::vector<Slot> slots_;
+    std::size_t size_ = 0;
+    int shift_ = 0;
+  };
+
+  std::vector<Colour> palette_;
+  Cache cache_;
+};
+
+// Replaces every pixel of `bitmap` by `nearest.NearestColor(pixel)`, row by row, with progress and
+// Esc polled per row. Stops at once when colours would pass unchanged or the palette has fewer
+// than 3 entries. `name` "FONT" (any case) keeps the status line and log untouched, for glyphs.
+// Returns false when it did not run to the end.
+bool ConvertToNearestColor(Bitmap& bitmap, NearestColour& nearest, UiPort& ui, std::string_view name = {});
+
+}  // namespace rm
