@@ -17,7 +17,7 @@ std::time_t SystemClock::Now() const {
 std::string FormatDateTime(std::time_t t) {
   std::tm tm{};
   gmtime_r(&t, &tm);
-  char buf[32];
+  char buf[64];
   std::snprintf(buf, sizeof buf, "%02d/%02d/%04d %02d:%02d:%02d", tm.tm_mday, tm.tm_mon + 1, tm.tm_year + 1900,
                 tm.tm_hour, tm.tm_min, tm.tm_sec);
   return buf;

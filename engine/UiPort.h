@@ -2,6 +2,8 @@
 #include <string>
 #include <vector>
 
+#include "engine/ExportDialog.h"
+
 namespace rm {
 
 enum class DlgType { Warning, Error, Information, Confirmation, Custom };
@@ -22,6 +24,11 @@ class UiPort {
   // Polled between bytes of long work; true aborts the work, keeping what was done.
   virtual bool EscapePressed() = 0;
   virtual void Beep() {}
+  // Shows the Export dialog on `state`; false when the user cancels.
+  virtual bool ExportDialog(ExportDialogState& state) {
+    (void)state;
+    return true;
+  }
 };
 
 }  // namespace rm

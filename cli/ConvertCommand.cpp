@@ -1,0 +1,167 @@
+#include "cli/ConvertCommand.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <map>
+
+#include "engine/ColourModes.h"
+#include "engine/TextLines.h"
+#include "platform/PlatformImageCodecs.h"
+#include "shell/Application.h"
+#include "shell/ConsoleUi.h"
+#include "shell/SettingsTable.h"
+
+namespace rmcli {
+
+using namespace rm;
+
+const char* VersionText() { return RASTERMILL_VERSION_TEXT; }
+
+namespace {
+
+const std::map<std::string, PagingDirection>& Directions() {
+  static const std::map<std::string, PagingDirection> m = {
+      {"tr", PagingDirection::ToRightAll}, {"tl", PagingDirection::ToLeftAll}, {"tra", PagingDirection::ToRight},
+      {"tla", PagingDirection::ToLeft},    {"td", PagingDirection::Down},      {"tu", PagingDirection::Up},
+      {"tda", PagingDirection::DownAll},   {"tua", PagingDirection::UpAll}};
+  return m;
+}
+
+const std::map<std::string, OriginCorner>& Origins() {
+  static const std::map<std::string, OriginCorner> m = {
+      {"TL", OriginCorner::TL}, {"TR", OriginCorner::TR}, {"BR", OriginCorner::BR}, {"BL", OriginCorner::BL}};
+  return m;
+}
+
+// The two corners the origin button moves between for a direction.
+bool OriginFits(PagingDirection d, OriginCorner o) {
+  switch (d) {
+    case PagingDirection::Down:
+    case PagingDirection::DownAll: return o == OriginCorner::TL || o == OriginCorner::TR;
+    case PagingDirection::Up:
+    case PagingDirection::UpAll: return o == OriginCorner::BL || o == OriginCorner::BR;
+    case PagingDirection::ToRight:
+    case PagingDirection::ToRightAll: return o == OriginCorner::TL || o == OriginCorner::BL;
+    case PagingDirection::ToLeft:
+    case PagingDirection::ToLeftAll: return o == OriginCorner::TR || o == OriginCorner::BR;
+  }
+  return false;
+}
+
+int Fail(const std::string& text, int status = 1) {
+  std::fprintf(stderr, "rastermill: %s\n", text.c_str());
+  return status;
+}
+
+}  // namespace
+
+void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
+  std::vector<std::string> modeNames;
+  for (const auto& m : kColourModes) modeNames.emplace_back(m.cliName);
+  c.add_option("INPUT", o.input, "Picture to convert (PNG or BMP)")->required();
+  c.add_option("-o,--output", o.output, "Write the Data Array to this file; '-' or no option prints it");
+  c.add_option("--mode", o.mode, "Colour mode")->check(CLI::IsMember(modeNames));
+  c.add_option("--direction", o.direction, "Paging direction")
+      ->check(CLI::IsMember({"tr", "tl", "tra", "tla", "td", "tu", "tda", "tua"}));
+  c.add_option("--origin", o.origin, "Origin corner of the walk")->check(CLI::IsMember({"TL", "TR", "BR", "BL"}));
+  auto* first = c.add_flag("--msb-first", o.msbFirst, "First pixel in the most significant bit (big endian)");
+  auto* last = c.add_flag("--msb-last", o.msbLast, "First pixel in the least significant bit (little endian)");
+  first->excludes(last);
+  c.add_option("--width", o.width, "Data width in bits")->check(CLI::IsMember({8, 16, 32}));
+  c.add_option("--per-line", o.perLine, "Data per line, 1 to 150 (1 also drops the separator, as in the settings panel)")
+      ->check(CLI::Range(1, 150));
+  c.add_option("--set", o.settings, "Any project setting by its key, e.g. FXHB=H, ORGC=8, Neg=1 (repeatable)");
+  c.add_flag("--yes", o.yes, "Answer Yes (or OK) to the program's questions");
+  c.add_option("--answer", o.answers, "Answer the next question with this button (repeatable, in order)");
+  c.add_option("--area", o.area, "Export only the area X,Y,W,H of the canvas");
+  c.add_option("--half", o.half, "Export the upper or lower half (horizontal directions)")
+      ->check(CLI::IsMember({"upper", "lower"}));
+  c.add_flag("--interleave", o.interleave, "Interleave rows: 0, H/2, 1, H/2+1 ...");
+  c.add_flag("--auto-frame", o.autoFrame, "Export only the painted part of the canvas, rounded to whole bytes");
+  c.add_flag("-v,--verbose", o.verbose, "Print every step of the log");
+}
+
+int RunConvert(const ConvertOptions& o, const volatile std::sig_atomic_t& interrupted, bool terminal) {
+  ConsoleUi ui(stderr, &interrupted);
+  ui.SetYes(o.yes);
+  ui.SetVerbose(o.verbose);
+  ui.SetShowProgress(terminal);
+  for (const auto& a : o.answers) ui.QueueAnswer(a);
+  SystemClock clock;
+  Application app(ui, clock);
+
+  if (!o.mode.empty()) {
+    const ColourModeInfo* info = FindColourModeByCliName(o.mode);
+    if (!info) return Fail("unknown mode: " + o.mode, 2);
+    app.mainForm.SetColourMode(info->modeNumber, true);
+  }
+
+  PlatformImageCodecs codecs;
+  Bitmap picture;
+  std::string error;
+  if (!codecs.Load(o.input, picture, error)) return Fail(error);
+  app.pixelForm.SetCanvas(picture);
+  app.globals.BitmapSourceFile = o.input;
+
+  for (const auto& kv : o.settings) {
+    const std::size_t eq = kv.find('=');
+    if (eq == std::string::npos || eq == 0) return Fail("--set takes KEY=VALUE, not \"" + kv + "\"", 2);
+    if (!ApplySetting(app, kv.substr(0, eq), kv.substr(eq + 1), error)) return Fail(error, 2);
+  }
+
+  ConversionSession& s = app.session;
+  if (!o.direction.empty() && !app.mainForm.SetDirection(Directions().at(o.direction)))
+    return Fail("the direction " + o.direction + " does not fit this canvas and mode");
+  if (!o.origin.empty()) {
+    const OriginCorner corner = Origins().at(o.origin);
+    if (!OriginFits(s.Direction, corner)) return Fail("the origin " + o.origin + " does not fit the direction", 2);
+    s.Origin = corner;
+  }
+  if (o.perLine > 0) app.mainForm.SetDataPerLine(o.perLine);
+  if (o.msbFirst) app.mainForm.MsbFirst();
+  if (o.msbLast) app.mainForm.MsbLast();
+  if (o.width == 8) app.mainForm.Data8bitClick();
+  if (o.width == 16) app.mainForm.data16bitClick();
+  if (o.width == 32) app.mainForm.data32bitClick();
+  if (!o.area.empty()) {
+    int x = 0, y = 0, w = 0, h = 0;
+    char extra = 0;
+    if (std::sscanf(o.area.c_str(), "%d,%d,%d,%d%c", &x, &y, &w, &h, &extra) != 4 || w <= 0 || h <= 0 || x < 0 ||
+        y < 0)
+      return Fail("--area takes X,Y,W,H with a positive width and height", 2);
+    s.SelectionActive = true;
+    s.ExportAreaX1 = x;
+    s.ExportAreaY1 = y;
+    s.ExportAreaX2 = x + w;
+    s.ExportAreaY2 = y + h;
+    app.globals.ExportEntry = 3;
+    ui.PresetAnswer(" Export Selected Area to Data Array ? ", "Yes");
+  }
+  if (o.half == "upper") app.globals.ExportEntry = 1;
+  if (o.half == "lower") app.globals.ExportEntry = 2;
+  if (o.interleave) s.Interleaved = true;
+  if (o.autoFrame) s.AutoFraming = true;
+
+  const bool ok = app.imageForm.EncodeButtonClick();
+  ui.FinishProgress();
+  if (interrupted) return Fail("interrupted: nothing was written");
+  if (!ok) return Fail("the conversion did not run to its end: nothing was written");
+
+  std::string data;
+  if (s.Output == OutputKind::BinaryFile) {
+    const auto& bytes = app.hex.Bytes();
+    data.assign(bytes.begin(), bytes.end());
+  } else if (s.Output == OutputKind::IntelHex) {
+    return Fail("Intel HEX files are written by the whole-file output, which this build does not have yet");
+  } else {
+    data = app.mainText.Text();
+  }
+  if (o.output.empty() || o.output == "-") {
+    std::fwrite(data.data(), 1, data.size(), stdout);
+    return std::fflush(stdout) == 0 ? 0 : 1;
+  }
+  if (!WriteFileAtomically(o.output, data, &error)) return Fail(o.output + ": " + error);
+  return 0;
+}
+
+}  // namespace rmcli

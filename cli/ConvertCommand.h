@@ -1,0 +1,37 @@
+#pragma once
+#include <csignal>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace rmcli {
+
+struct ConvertOptions {
+  std::string input;
+  std::string output;  // empty or "-": standard output
+  std::string mode;
+  std::string direction;
+  std::string origin;
+  bool msbFirst = false;
+  bool msbLast = false;
+  int width = 0;
+  int perLine = 0;
+  std::vector<std::string> settings;
+  bool yes = false;
+  std::vector<std::string> answers;
+  std::string area;
+  std::string half;
+  bool interleave = false;
+  bool autoFrame = false;
+  bool verbose = false;
+};
+
+void AddConvertOptions(CLI::App& command, ConvertOptions& options);
+// Exit status: 0 done, 1 refused or failed.
+int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& interrupted, bool terminal);
+const char* VersionText();
+
+}  // namespace rmcli

@@ -1,0 +1,43 @@
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <cstdio>
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "cli/ConvertCommand.h"
+
+namespace {
+
+volatile std::sig_atomic_t& InterruptFlag() {
+  // Raised by Ctrl-C; long work reads it as the Esc key and stops, keeping what it made.
+  static volatile std::sig_atomic_t flag = 0;
+  return flag;
+}
+
+void OnInterrupt(int) { InterruptFlag() = 1; }
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app{"rastermill: turns pictures into the exact data arrays small display controllers want"};
+  app.require_subcommand(1);
+  app.set_version_flag("--version", std::string("rastermill ") + rmcli::VersionText());
+
+  rmcli::ConvertOptions convert;
+  CLI::App* conv = app.add_subcommand("convert", "Convert a picture into a Data Array");
+  rmcli::AddConvertOptions(*conv, convert);
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    return app.exit(e) == 0 ? 0 : 2;
+  }
+
+  std::signal(SIGINT, OnInterrupt);
+  if (*conv) return rmcli::RunConvert(convert, InterruptFlag(), isatty(fileno(stderr)) != 0);
+  return 2;
+}

@@ -1,0 +1,83 @@
+#pragma once
+#include <string>
+
+#include "engine/ConversionSession.h"
+#include "engine/DataFormatter.h"
+#include "engine/HexBuffer.h"
+#include "engine/TextLines.h"
+#include "engine/UiPort.h"
+
+namespace rm {
+
+enum class ConvertResult { Done, Stopped, PasteRequested };
+
+// What the canvas tells the encoder about itself for one conversion.
+struct CanvasState {
+  bool floatingSelection = false;     // a selection layer not yet pasted
+  bool selectionReducedToBW = true;   // in monochrome: the floating selection is black and white
+  enum class Area { None, Selected, Subdivision, Animation, AutoFrame } area = Area::None;
+  bool animationActive = false;
+  int frameCount = 0;
+};
+
+// Walks the export area of the pixel source in the order of the Paging Scheme, packs pixels into
+// bytes by colour mode and hands them to the formatter.
+class DataEncoder {
+ public:
+  DataEncoder(ConversionSession& session, TextLines& text, TextLines& aux, HexBuffer& hex, UiPort& ui);
+
+  DataFormatter& Formatter() { return formatter_; }
+  CanvasState& Canvas() { return canvas_; }
+
+  ConvertResult ConvertWorkCanvas();
+  bool EncodeCanvasTable();
+
+  void ComputeTotalBytesPlus();
+  void ComputeTotalBytes();
+  void ResetWorkState();
+  // Cuts the export area to the part that differs from the pixel at (0, 0), rounded to pages.
+  void AutoFrame();
+
+  void WalkDown();
+  void WalkDownAll();
+  void WalkUp();
+  void WalkUpAll();
+  void WalkToRight();
+  void WalkToRightAll();
+  void WalkToLeft();
+  void WalkToLeftAll();
+
+  void PackDown();
+  void PackUp();
+  void PackRight();
+  void PackLeft();
+
+ private:
+  enum class Step { Down, Up, Right, Left };
+
+  bool BeforeByte();
+  void Pack(Step step);
+  void PackMonochrome(Step step);
+  Colour ReadPixel(Step step);
+  void Advance(Step step);
+  // The mode's value of a colour; false after reporting a colour that no table holds.
+  bool ValueOf(Colour c, int& value);
+  void ReportColourNotFound(Colour c);
+  std::uint32_t Transform(std::uint32_t v, int width) const;
+  void Emit(int byte);
+  int HorizontalPages(bool sliced) const;
+  int VerticalPages(bool all) const;
+  void ApplyLowerHalf(int& y1, int& y2) const;
+  void RunWalker();
+
+  ConversionSession& s_;
+  TextLines& text_;
+  TextLines& aux_;
+  HexBuffer& hex_;
+  UiPort& ui_;
+  DataFormatter formatter_;
+  CanvasState canvas_;
+  long long progressTick_ = 0;
+};
+
+}  // namespace rm

@@ -1,0 +1,394 @@
+#include "engine/DataFormatter.h"
+
+#include <cstdio>
+
+namespace rm {
+
+namespace {
+
+bool IsBinaryKind(const std::string& k) { return k == "B" || k == "0B" || k == "+B+"; }
+bool IsAffixKind(const std::string& k) { return k == "+H+" || k == "+B+" || k == "+D+"; }
+
+std::string Hex2(int v) {
+  char buf[4];
+  std::snprintf(buf, sizeof buf, "%02X", v & 0xFF);
+  return buf;
+}
+
+}  // namespace
+
+void DataFormatter::Reset() {
+  main_ = {};
+  page2_ = {};
+  dataPerLine_ = s_.WorkDataPerLine;
+  dataText_.clear();
+  for (auto& b : b_) b.clear();
+  wordIndex_ = 0;
+  leadZero_.clear();
+  gap_ = " ";
+  comment_.clear();
+  commentActive_ = false;
+  suffixPending_ = false;
+  holdingFirstPlane_ = false;
+  firstPlaneByte_ = 0;
+}
+
+int DataFormatter::WordBytes() const {
+  switch (s_.Output) {
+    case OutputKind::Bits16: return 2;
+    case OutputKind::Bits32: return 4;
+    default: return 1;
+  }
+}
+
+std::string DataFormatter::ByteToBinaryText(int value, int digits) {
+  std::string t(static_cast<std::size_t>(digits), '0');
+  for (int i = 0; i < digits; ++i)
+    if (value & (1 << (digits - 1 - i))) t[static_cast<std::size_t>(i)] = '1';
+  return t;
+}
+
+std::string DataFormatter::ByteText(int value) const {
+  const std::string& kind = s_.Syntax.DataFormatKind;
+  if (IsBinaryKind(kind)) return ByteToBinaryText(value, 8);
+  if (kind == "+D+") return std::to_string(value);
+  return Hex2(value);
+}
+
+std::string DataFormatter::CommentPrefix() const {
+  switch (s_.Syntax.Comment) {
+    case CommentForm::C: return "/* ";
+    case CommentForm::Slashes: return " //";
+    case CommentForm::Quote: return " '";
+    case CommentForm::Semicolon: return " ;";
+    case CommentForm::Custom: return s_.Syntax.CustomComment;
+  }
+  return "/* ";
+}
+
+std::string DataFormatter::CommentSuffix() const { return s_.Syntax.Comment == CommentForm::C ? " */" : ""; }
+
+std::string DataFormatter::EndOfLineText() const {
+  switch (s_.WorkEol) {
+    case EndOfLine::Comma: return ",";
+    case EndOfLine::Semicolon: return ";";
+    case EndOfLine::None: return "";
+    case EndOfLine::Custom: return s_.WorkEolString;
+  }
+  return ",";
+}
+
+void DataFormatter::StartDataComment() {
+  // Later bytes of a 16 or 32 bit word share the word's comment.
+  if (wordIndex_ != 0) return;
+  comment_.clear();
+  commentActive_ = false;
+  if (s_.Syntax.NoDataComments || s_.Syntax.NoComments || s_.Output == OutputKind::BinaryFile ||
+      s_.Output == OutputKind::IntelHex)
+    return;
+  const std::string u(static_cast<std::size_t>(8 * WordBytes()), '_');
+  switch (s_.Syntax.Comment) {
+    case CommentForm::C: comment_ = "     /*  " + u + "  */"; break;
+    case CommentForm::Slashes: comment_ = " //      " + u + "    "; break;
+    default: comment_ = CommentPrefix() + "       " + u + "    "; break;
+  }
+  markBase_ = comment_.find('_');
+  commentActive_ = true;
+}
+
+void DataFormatter::MarkBit(int bitValue) {
+  if (!commentActive_ || dataPerLine_ != 1) return;
+  int bit = 0;
+  while (bit < 7 && (1 << bit) != bitValue) ++bit;
+  const int n = WordBytes();
+  // The picture reads like the datum's text: in little endian order the first byte stands last.
+  const int byteSlot = s_.BigEndian ? wordIndex_ : (n - 1 - wordIndex_);
+  const std::size_t pos = markBase_ + static_cast<std::size_t>(8 * byteSlot + (7 - bit));
+  if (pos < comment_.size() && comment_[pos] == '_') comment_[pos] = '#';
+}
+
+void DataFormatter::MarkDataComment(int value) {
+  for (int bit = 0; bit < 8; ++bit)
+    if (value & (1 << bit)) MarkBit(1 << bit);
+}
+
+void DataFormatter::EmitDataByte(bool /*lastOfPixel*/) {
+  s_.ByteCount += 1;
+  int value = s_.CurrentByte & 0xFF;
+
+  // Monochrome marks its comment pixel by pixel as it reads them; the other modes from the value.
+  if (!s_.Monochrome) MarkDataComment(value);
+  if (s_.Monochrome && s_.NegativeOutput) value = 255 - value;
+
+  if (s_.Output == OutputKind::BinaryFile || s_.Output == OutputKind::IntelHex) {
+    // Inverted monochrome stays inverted in the machine formats too.
+    dataText_ = Hex2(value);
+    hex_.AddPair(dataText_);
+    return;
+  }
+
+  if (s_.Gray4TwoPages && s_.Output == OutputKind::Bits8) {
+    if (!holdingFirstPlane_) {
+      holdingFirstPlane_ = true;
+      firstPlaneByte_ = value;
+      return;
+    }
+    holdingFirstPlane_ = false;
+    EmitTwoPlanes(firstPlaneByte_, value);
+    return;
+  }
+
+  const int n = WordBytes();
+  wordValues_[wordIndex_] = value;
+  if (wordIndex_ < n - 1) {
+    b_[wordIndex_] = ByteText(value);
+    ++wordIndex_;
+    return;
+  }
+  MakeDataText(value);
+  if (n > 1) {
+    const std::string& kind = s_.Syntax.DataFormatKind;
+    if (kind == "+D+") {
+      long long v = 0;
+      if (n == 2) {
+        v = (static_cast<long long>(wordValues_[0]) << 8) + wordValues_[1];
+      } else if (s_.BigEndian) {
+        v = (static_cast<long long>(wordValues_[0]) << 24) + (wordValues_[1] << 16) + (wordValues_[2] << 8) + wordValues_[3];
+      } else {
+        v = (static_cast<long long>(wordValues_[3]) << 24) + (wordValues_[2] << 16) + (wordValues_[1] << 8) + wordValues_[0];
+      }
+      dataText_ = std::to_string(v);
+    } else {
+      std::string joined;
+      if (s_.BigEndian) {
+        for (int i = 0; i < n - 1; ++i) joined += b_[i];
+        joined += dataText_;
+      } else {
+        joined = dataText_;
+        for (int i = n - 2; i >= 0; --i) joined += b_[i];
+      }
+      dataText_ = joined;
+    }
+    if (n == 4 && dataText_.size() < 10) dataText_.append(10 - dataText_.size(), ' ');
+    // The leading zero looks at the first byte of the text as written.
+    const int firstShown = s_.BigEndian ? wordValues_[0] : wordValues_[n - 1];
+    leadZero_.clear();
+    if ((s_.Syntax.DataFormatKind == "H" || s_.Syntax.DataFormatKind == "+H+") && s_.Syntax.LeadingZero &&
+        firstShown >= 0xA0)
+      leadZero_ = "0";
+  }
+  gap_ = " ";
+  if (!leadZero_.empty()) {
+    ++main_.zerosInserted;
+    if (n == 2 && !s_.BigEndian) gap_.clear();
+  }
+  wordIndex_ = 0;
+
+  AppendDatumToLine(main_, comment_);
+  FlushLine(main_, text_, comment_);
+  leadZero_.clear();
+  if (n == 4)
+    for (auto& b : b_) b.clear();
+}
+
+void DataFormatter::MakeDataText(int value) {
+  dataText_ = ByteText(value);
+  leadZero_.clear();
+  if ((s_.Syntax.DataFormatKind == "H" || s_.Syntax.DataFormatKind == "+H+") && s_.Syntax.LeadingZero && value >= 0xA0)
+    leadZero_ = "0";
+}
+
+void DataFormatter::EmitTwoPlanes(int first, int second) {
+  const int v = first * 256 + second;
+  int a = 0, b = 0;
+  for (int i = 0; i < 8; ++i) {
+    const int oddBit = (v >> (15 - 2 * i)) & 1;   // bits 15, 13 ... 1
+    const int evenBit = (v >> (14 - 2 * i)) & 1;  // bits 14, 12 ... 0
+    const int target = s_.BigEndian ? 7 - i : i;
+    a |= oddBit << target;
+    b |= evenBit << target;
+  }
+  MakeDataText(b);
+  gap_ = " ";
+  if (!leadZero_.empty()) ++main_.zerosInserted;
+  AppendDatumToLine(main_, comment_);
+  FlushLine(main_, text_, comment_);
+
+  MakeDataText(a);
+  if (!leadZero_.empty()) ++page2_.zerosInserted;
+  AppendDatumToLine(page2_, comment_);
+  FlushLine(page2_, aux_, comment_);
+  leadZero_.clear();
+}
+
+void DataFormatter::AppendDatumToLine(LineState& line, const std::string& comment) {
+  const DataSyntax& syn = s_.Syntax;
+  const int n = dataPerLine_;
+  ++line.linePosition;
+  const int p = line.linePosition;
+  if (syn.LineNumbers && p == n) ++line.lineNumber;
+  const std::string P = syn.LinePrefix + (syn.LineNumbers ? std::to_string(line.lineNumber) : "") + syn.LinePrefix2;
+  const std::string& kind = syn.DataFormatKind;
+  const bool binary = IsBinaryKind(kind);
+  std::string S;
+  if (syn.SeparatorOn) S = binary ? ", " : (syn.SeparatorCustom ? syn.SeparatorString : ",");
+  if (s_.FontMode && n > 1) S.clear();
+  const bool more = More();
+  const std::string D = dataText_;
+  const std::string& LZ = leadZero_;
+  const bool word16 = s_.Output == OutputKind::Bits16;
+  std::string& out = line.dataLine;
+
+  if (n > 1) {
+    if (kind == "H") {
+      if (p == 1)
+        out += P + (word16 ? "" : " ") + LZ + D + "h" + S;
+      else if (p < n)
+        out += " " + LZ + D + "h " + (more ? S : "");
+      else
+        out += " " + LZ + D + "h ";
+    } else if (kind == "0B") {
+      if (p == 1)
+        out += P + " 0b" + D + (more ? S : "");
+      else if (p < n)
+        out += " 0b" + D + " " + S;
+      else
+        out += " 0b" + D + " ";
+    } else if (kind == "B") {
+      if (p == 1)
+        out += P + " " + D + "b" + (more ? S : "");
+      else if (p < n)
+        out += " " + D + "b" + S;
+      else
+        out += " " + D + "b";
+    } else if (IsAffixKind(kind)) {
+      const std::string space = syn.SpaceBetweenData ? " " : "";
+      const std::string datum = syn.DataPrefix + (kind == "+H+" ? LZ : "") + D + syn.DataSuffix;
+      if (p == 1)
+        out += P + datum + space + (more ? S : "");
+      else if (p < n)
+        out += datum + space + (more ? S : "");
+      else
+        out += datum;
+    } else {  // "X"
+      if (p == 1)
+        out += P + " 0x" + D + " " + (more ? S : "");
+      else if (p < n)
+        out += " 0x" + D + " " + S;
+      else
+        out += " 0x" + D;
+    }
+    return;
+  }
+
+  // One datum per line: the picture comment follows the datum.
+  if (kind == "H") {
+    if (syn.SeparatorOn && more)
+      out = P + " " + LZ + D + "h ," + gap_ + comment;
+    else
+      out = P + " " + LZ + D + "h " + gap_ + comment;
+  } else if (IsAffixKind(kind)) {
+    std::string pad;
+    if (kind == "+D+") {
+      const std::size_t width = word16 ? 5 : (s_.Output == OutputKind::Bits32 ? 0 : 3);
+      if (D.size() < width) pad.assign(width - D.size(), ' ');
+    }
+    out = P + syn.DataPrefix + (kind == "+H+" ? LZ : "") + D + syn.DataSuffix + pad + comment;
+  } else if (kind == "0B") {
+    out = P + " 0b" + D + " " + (more ? S : "") + comment;
+  } else if (kind == "B") {
+    out = P + " " + D + "b" + (more ? S : "") + comment;
+  } else {  // "X"
+    if (syn.SeparatorOn && more)
+      out = P + " 0x" + D + S + comment;
+    else
+      out = P + " 0x" + D + " " + S + comment;
+  }
+}
+
+void DataFormatter::FlushDataLine() { FlushLine(main_, text_, comment_); }
+
+void DataFormatter::FlushLine(LineState& line, TextLines& target, const std::string& comment) {
+  if (wordIndex_ != 0) return;
+  if (line.linePosition != dataPerLine_) return;
+  std::string& l = line.dataLine;
+  const std::string e = EndOfLineText();
+  // The end of line goes before the picture comment, which starts with a run of blanks.
+  const std::size_t gapPos = l.find("    ");
+  if (gapPos == std::string::npos)
+    l += e;
+  else
+    l.insert(gapPos, e);
+  if (!l.empty() && l.back() == '#') l.pop_back();
+  if (line.zerosInserted > 0 && comment.size() > 5) {
+    const std::size_t at = l.find(comment.substr(5));
+    const std::size_t z = static_cast<std::size_t>(line.zerosInserted);
+    if (at != std::string::npos && at >= z) l.erase(at - z, z);
+  }
+  line.zerosInserted = 0;
+  if (s_.Syntax.DeleteAllLastOnes) DeleteLastOnes(l);
+  target.Add(std::move(l));
+  l.clear();
+  line.linePosition = 0;
+  ++line.linesAdded;
+}
+
+void DataFormatter::DeleteLastOnes(std::string& line) const {
+  const DataSyntax& syn = s_.Syntax;
+  const bool commaSeparator = syn.SeparatorOn && !syn.SeparatorCustom;
+  if (commaSeparator || s_.WorkEol == EndOfLine::Comma) {
+    const std::size_t pos = line.rfind(',');
+    if (pos != std::string::npos && (dataPerLine_ == 1 || pos + 2 >= line.size())) line.erase(pos, 1);
+  }
+  if (s_.WorkEol == EndOfLine::Semicolon) {
+    const std::size_t pos = line.rfind(';');
+    if (pos != std::string::npos) line.erase(pos, 1);
+  }
+  if (s_.WorkEol == EndOfLine::Custom && !s_.WorkEolString.empty()) {
+    const std::size_t pos = line.rfind(s_.WorkEolString.back());
+    if (pos != std::string::npos) line.erase(pos);
+  }
+  if (syn.SeparatorOn && syn.SeparatorCustom && !syn.SeparatorString.empty()) {
+    const std::size_t pos = line.find_last_of(syn.SeparatorString);
+    if (pos != std::string::npos) line.erase(pos);
+  }
+}
+
+void DataFormatter::TreatLastLine(bool page2) {
+  LineState& line = page2 ? page2_ : main_;
+  TextLines& target = page2 ? aux_ : text_;
+  std::string last;
+  if (dataPerLine_ > 1 && line.linePosition > 0) {
+    last = std::move(line.dataLine);
+    line.dataLine.clear();
+    line.linePosition = 0;
+  } else if (line.linesAdded > 0 && !target.Empty()) {
+    last = target.TakeLast();
+    --line.linesAdded;
+  } else {
+    return;
+  }
+  if (s_.Syntax.DeleteVeryLastOne) DeleteLastOnes(last);
+  target.Add(std::move(last));
+}
+
+void DataFormatter::GroupStart(bool flushPendingSuffix) {
+  if (!s_.Syntax.Groups) return;
+  if (flushPendingSuffix) TakePendingSuffix();
+  text_.Add(s_.Syntax.ColRowPrefix);
+}
+
+void DataFormatter::GroupEnd() {
+  if (s_.Syntax.Groups) suffixPending_ = true;
+}
+
+void DataFormatter::GroupSuffixNow() {
+  if (s_.Syntax.Groups) text_.Add(s_.Syntax.ColRowSuffix);
+}
+
+void DataFormatter::TakePendingSuffix() {
+  if (suffixPending_) text_.Add(s_.Syntax.ColRowSuffix);
+  suffixPending_ = false;
+}
+
+}  // namespace rm

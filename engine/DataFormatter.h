@@ -1,0 +1,88 @@
+#pragma once
+#include <string>
+
+#include "engine/ConversionSession.h"
+#include "engine/HexBuffer.h"
+#include "engine/TextLines.h"
+
+namespace rm {
+
+// Turns the stream of byte values into the lines of the Data Array under the Data Syntax
+// settings, or into pairs for the Binary and Intel HEX sinks.
+class DataFormatter {
+ public:
+  DataFormatter(ConversionSession& session, TextLines& text, TextLines& aux, HexBuffer& hex)
+      : s_(session), text_(text), aux_(aux), hex_(hex) {}
+
+  // All line state empty, Data per line from the working value.
+  void Reset();
+
+  // Formats `CurrentByte`. `lastOfPixel` only matters to the font encoder.
+  void EmitDataByte(bool lastOfPixel = false);
+  // The empty picture comment of the next byte.
+  void StartDataComment();
+  // Puts a "#" for the bit with weight `bitValue` (1..128) of the current byte.
+  void MarkBit(int bitValue);
+  void MarkDataComment(int value);
+  void FlushDataLine();
+
+  // Column/row groups: a band starts (pending suffix, then prefix) and ends (suffix pending).
+  void GroupStart(bool flushPendingSuffix = true);
+  void GroupEnd();
+  void GroupSuffixNow();
+  bool SuffixPending() const { return suffixPending_; }
+  void TakePendingSuffix();
+
+  // The treatment of the table's last line, after the walk. With `page2` the second table.
+  void TreatLastLine(bool page2 = false);
+
+  // The comment prefix of the chosen form ("/* ", " //", " '", " ;" or the custom string).
+  std::string CommentPrefix() const;
+  std::string CommentSuffix() const;  // " */" for C comments, else empty
+  static std::string ByteToBinaryText(int value, int digits);
+
+  // Data per line in force for this table.
+  int DataPerLine() const { return dataPerLine_; }
+
+ private:
+  struct LineState {
+    std::string dataLine;
+    int linePosition = 0;
+    int lineNumber = 0;
+    int zerosInserted = 0;
+    int linesAdded = 0;
+  };
+
+  bool More() const { return static_cast<long double>(s_.TotalBytesPlus) > s_.ByteCount + 1; }
+  int WordBytes() const;
+  std::string ByteText(int value) const;
+  std::string EndOfLineText() const;
+  void MakeDataText(int value);
+  void AppendDatumToLine(LineState& line, const std::string& comment);
+  void FlushLine(LineState& line, TextLines& target, const std::string& comment);
+  void EmitTwoPlanes(int first, int second);
+  void DeleteLastOnes(std::string& line) const;
+
+  ConversionSession& s_;
+  TextLines& text_;
+  TextLines& aux_;
+  HexBuffer& hex_;
+
+  LineState main_;
+  LineState page2_;
+  int dataPerLine_ = 16;
+  std::string dataText_;
+  std::string b_[3];
+  int wordValues_[4] = {0, 0, 0, 0};
+  int wordIndex_ = 0;  // bytes of the current 16 or 32 bit word received so far
+  std::string leadZero_;
+  std::string gap_ = " ";
+  std::string comment_;
+  bool commentActive_ = false;
+  std::size_t markBase_ = 0;  // where the underscores of the picture comment start
+  bool suffixPending_ = false;
+  bool holdingFirstPlane_ = false;
+  int firstPlaneByte_ = 0;
+};
+
+}  // namespace rm

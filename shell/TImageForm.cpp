@@ -1,0 +1,65 @@
+#include "shell/TImageForm.h"
+
+#include "shell/Application.h"
+
+namespace rm {
+
+bool TImageForm::EncodeButtonClick() {
+  ConversionSession& s = app_.session;
+  Globals& g = app_.globals;
+  UiPort& ui = app_.ui;
+  if (g.FontCreationActive) {
+    ui.MessageDlg(" A Font creation mode is still active ! Plase quit/exit this mode first !", "Font creation active",
+                  DlgType::Warning, {"OK"});
+    return false;
+  }
+  if (g.EditorUnsaved && !app_.mainText.Empty()) {
+    const std::string a = ui.MessageDlg(
+        "Data in Text Editor has not been saved to File ! \rOverwrite if not Willing to Save\r< See File Explorer "
+        "Window >",
+        "Confirm", DlgType::Confirmation, {"Abort + Save", "Overwrite"});
+    if (a != "Overwrite") return false;
+  }
+  const bool machine = s.Output == OutputKind::BinaryFile || s.Output == OutputKind::IntelHex;
+  if (machine && (s.Compression || g.AnimationActive)) {
+    ui.MessageDlg(
+        "Hex or Binay file data output is not available for animations or data compression ! \rDisable Data "
+        "Compression or choose 8/16/32 bits output",
+        "Error ", DlgType::Error, {"OK"});
+    return false;
+  }
+
+  ExportDialogState dlg;
+  dlg.entry = g.ExportEntry;
+  // Halves exist only for whole rows: any other direction opens on the full canvas.
+  if (!s.Horizontal && (dlg.entry == 1 || dlg.entry == 2)) dlg.entry = 0;
+  if (s.AutoFraming) {
+    dlg.entry = 0;
+    dlg.entryListEnabled = false;
+  }
+  if (!s.Monochrome || machine) s.Compression = false;
+  dlg.compression = s.Compression;
+  dlg.compressionEnabled = s.Monochrome && !machine;
+  if (!ui.ExportDialog(dlg)) return false;
+  s.Compression = dlg.compression && dlg.compressionEnabled;
+  g.ExportEntry = dlg.entry;
+
+  s.HalfExport = dlg.entry == 1 || dlg.entry == 2;
+  s.LowerHalf = dlg.entry == 2;
+  if (dlg.entry == 3 && !s.SelectionActive) {
+    app_.mainForm.StatusBarAndLog("Export Area of Work Canvas : select the area to export first");
+    return false;
+  }
+  if (dlg.entry == 4) {
+    // Subdivisions are made in the fields editor; none can be selected before it exists.
+    ui.MessageDlg(" No Work Canvas Subdivision Has Been Selected ! \r  ", "Subdivision Selection Error",
+                  DlgType::Error, {"OK"});
+    return false;
+  }
+  if (dlg.entry == 3) app_.encoder.Canvas().area = CanvasState::Area::Selected;
+  const bool ok = app_.exploForm2.TranslateCanvasButtons();
+  s.HalfExport = s.LowerHalf = false;
+  return ok;
+}
+
+}  // namespace rm

@@ -1,0 +1,415 @@
+#include "shell/TMainForm.h"
+
+#include <cmath>
+
+#include "engine/NearestColour.h"
+#include "engine/Palette.h"
+#include "shell/Application.h"
+
+namespace rm {
+
+ConversionSession& TMainForm::app_session() { return app_.session; }
+
+void TMainForm::StatusBarAndLog(const std::string& text) {
+  app_.globals.StatusText = text;
+  app_.globals.Log.push_back(text);
+  app_.ui.Status(text);
+}
+
+const char* DirectionInfoText(PagingDirection d) {
+  switch (d) {
+    case PagingDirection::Down: return "Paging Scheme vertical downwards";
+    case PagingDirection::DownAll: return "Paging Scheme All vertical downwards";
+    case PagingDirection::Up: return "Paging Scheme vertical upwards";
+    case PagingDirection::UpAll: return "Paging Scheme All vertical upwards";
+    case PagingDirection::ToRight: return "Paging Scheme horizontal From left to right";
+    case PagingDirection::ToRightAll: return "Paging Scheme All horizontal From left to right";
+    case PagingDirection::ToLeft: return "Paging Scheme horizontal from right to left";
+    case PagingDirection::ToLeftAll: return "Paging Scheme All horizontal from right to left";
+  }
+  return "";
+}
+
+// ---- colour modes ---------------------------------------------------------------------------
+
+bool TMainForm::ResetAndCheckColorMode() {
+  Globals& g = app_.globals;
+  app_.pixelForm.ColourPickerActive = false;
+  g.PaletteLabel = "Current Palette is Default";
+  struct Refusal {
+    bool* active;
+    const char* text;
+  };
+  const Refusal refusals[] = {
+      {&g.AnimationActive,
+       "Mode change not possible while an animation is active, first save artwork, quit animation mode "},
+      {&g.BatchCreationActive,
+       " Mode change not possible while Processing batch creation is active, first quit this mode "},
+      {&g.FontCreationActive,
+       " Mode change not possible while Font creation is active, first quit Font Creation mode  "},
+      {&g.TouchPanelActive,
+       " Mode change not possible while touch panel creation is active, first quit touch panel mode "},
+  };
+  for (const auto& r : refusals) {
+    if (!*r.active) continue;
+    if (app_.ui.MessageDlg(r.text, "Warning", DlgType::Warning, {"OK", "Quit Mode"}) != "Quit Mode") return true;
+    *r.active = false;
+  }
+  if (app_.pixelForm.FloatingSelection) {
+    const std::string a = app_.ui.MessageDlg(
+        " Floating Selection layer has not been pasted to Work Canvas !\r Paste now, Discard selection or Cancel ? ",
+        "Confirm", DlgType::Confirmation, {"No Action", "Discard", "Cancel"});
+    if (a == "Discard") app_.pixelForm.FloatingSelection = false;
+    return true;
+  }
+  ResetMenus();
+  return false;
+}
+
+void TMainForm::ResetMenus() {
+  ConversionSession& s = app_.session;
+  s.Monochrome = s.Grayscale = s.Gray4 = s.Gray4TwoPages = s.Gray16 = s.Gray16Horizontal = s.Gray16Slices = false;
+  s.Gray32 = s.Gray32Left = s.Colours256 = s.Colours256NoPalette = s.Gray256 = s.Colours8 = s.Colours16 = false;
+  s.Colours4096 = s.Colours65536 = s.Colours262kPacked = s.Colours262kUnpacked = s.Colours16M = false;
+  s.Packed = true;
+}
+
+namespace {
+
+void SetModeBooleans(ConversionSession& s, int m) {
+  switch (m) {
+    case 1:
+    case 2: s.Monochrome = true; break;
+    case 24: s.Grayscale = s.Gray4 = true; break;
+    case 25: s.Grayscale = s.Gray4TwoPages = true; break;
+    case 26: s.Grayscale = s.Gray16 = true; break;
+    case 27: s.Grayscale = s.Gray16 = s.Gray16Horizontal = true; break;
+    case 28: s.Grayscale = s.Gray16 = s.Gray16Slices = true; break;
+    case 29: s.Grayscale = s.Gray32 = true; break;
+    case 30: s.Grayscale = s.Gray32 = true; s.Packed = false; break;
+    case 31: s.Grayscale = s.Gray32 = s.Gray32Left = true; s.Packed = false; break;
+    case 32: s.Gray256 = true; break;
+    case 54: s.Colours8 = true; break;
+    case 55: s.Colours16 = true; break;
+    case 56: s.Colours256 = s.Colours256NoPalette = true; break;
+    case 57: s.Colours4096 = true; break;
+    case 58: s.Colours4096 = true; s.Packed = false; break;
+    case 59: s.Colours65536 = true; break;
+    case 60: s.Colours262kPacked = true; break;
+    case 61: s.Colours262kUnpacked = true; break;
+    case 62: s.Colours16M = true; break;
+    case 63: s.Colours16M = true; s.Packed = false; break;
+    default: break;
+  }
+}
+
+}  // namespace
+
+bool TMainForm::SetColourMode(int modeNumber, bool forcedReload) {
+  const ColourModeInfo* info = FindColourMode(modeNumber);
+  if (!info) return false;
+  ConversionSession& s = app_.session;
+  TPixelForm& canvas = app_.pixelForm;
+  if (s.ModeNumber == modeNumber && !forcedReload) return false;
+
+  const bool mono = modeNumber == 1 || modeNumber == 2;
+  const bool trueColour = modeNumber == 62 || modeNumber == 63;
+  if (mono) {
+    if (!canvas.IsBlackAndWhite()) {
+      app_.ui.MessageDlg(" Work Canvas will be cleared ! ", "Warning", DlgType::Warning, {"OK"});
+      canvas.ClearCanvas();
+    }
+  } else if (!trueColour && canvas.HasArtwork()) {
+    const std::string q = " Clear the work canvas before to change to " + std::string(info->clearName) + " mode ? ";
+    if (app_.ui.MessageDlg(q, "Canvas not cleared", DlgType::Confirmation, {"Yes", "No"}) != "Yes") return false;
+    canvas.ClearCanvas();
+  }
+  if (ResetAndCheckColorMode()) return false;
+
+  s.PixelsPerByte = info->pixelsPerByte;
+  s.ModeNumber = modeNumber;
+  s.CanvasBits = info->canvasBits;
+  s.ByteClass = info->byteClass;
+  if (info->colours >= 0) s.NumberOfColors = info->colours;
+  if (info->paletteSize >= 0) s.PaletteSize = info->paletteSize;
+  SetModeBooleans(s, modeNumber);
+  if (modeNumber == 2) s.NegativeOutput = true;
+  if (!mono) {
+    s.NegativeOutput = false;
+    s.Not6bit = true;
+    s.Compression = false;
+  }
+  RebuildColourTables();
+  StatusBarAndLog(std::string(info->logText));
+  app_.globals.CurrentSchemeName = std::string(info->shortName);
+  return true;
+}
+
+void TMainForm::RebuildColourTables() {
+  ConversionSession& s = app_.session;
+  s.ModeColours.clear();
+  s.PaletteTable.clear();
+  if (s.Monochrome || s.Colours16M) return;
+  const PaletteLoadResult r = SelectionPalette(s, app_.Folders(), app_.ui);
+  if (!r.CurrentLabel.empty()) app_.globals.PaletteLabel = r.CurrentLabel;
+}
+
+void TMainForm::ToggleNegativeOutput() {
+  ConversionSession& s = app_.session;
+  if (!s.Monochrome) {
+    app_.ui.MessageDlg("This function is only accessible for monochrome mode !", "Information", DlgType::Information,
+                       {"OK"});
+    return;
+  }
+  s.NegativeOutput = !s.NegativeOutput;
+  s.ModeNumber = s.NegativeOutput ? 2 : 1;
+  StatusBarAndLog(s.NegativeOutput ? "Negative output mode" : "Positive output mode ");
+}
+
+void TMainForm::ToggleST7528Mode() {
+  ConversionSession& s = app_.session;
+  s.Gray16Slices = !s.Gray16Slices;
+  if (s.ModeNumber == 26 || s.ModeNumber == 28) s.ModeNumber = s.Gray16Slices ? 28 : 26;
+  StatusBarAndLog(s.Gray16Slices ? "ST7528 mode ON" : "ST7528 mode OFF");
+}
+
+void TMainForm::Toggle6BitMode() {
+  ConversionSession& s = app_.session;
+  if (!s.Horizontal) {
+    app_.ui.MessageDlg(" T6963 6 bits mode only in a Horizontal Data Direction ", "6 bits mode error", DlgType::Error,
+                       {"OK"});
+    return;
+  }
+  if (!s.Monochrome) {
+    app_.ui.MessageDlg("Operation allowed in monochrome mode only !", "6 bits mode error", DlgType::Error, {"OK"});
+    return;
+  }
+  s.Not6bit = !s.Not6bit;
+  StatusBarAndLog(s.Not6bit ? "8 bit format enabled" : "6 bit format enabled");
+}
+
+void TMainForm::InvertGrayscalePalette() {
+  ConversionSession& s = app_.session;
+  s.InvertGrayPalette = !s.InvertGrayPalette;
+  if (s.ModeNumber >= 24 && s.ModeNumber <= 31) BuildModeColours(s);
+}
+
+// ---- Paging Scheme --------------------------------------------------------------------------
+
+bool TMainForm::SetDirection(PagingDirection d) {
+  ConversionSession& s = app_.session;
+  if (s.Gray16Slices && d != PagingDirection::Down) {
+    app_.ui.MessageDlg(
+        " In grayscale 16 gray levels slices of 8 vertical pixels    \r mode , only then downwards slice mode is "
+        "allowed     \r ",
+        "Warning", DlgType::Warning, {"OK"});
+    SetDirection(PagingDirection::Down);
+    return false;
+  }
+  if (s.Gray32) {
+    switch (d) {
+      case PagingDirection::Down: d = PagingDirection::DownAll; break;
+      case PagingDirection::Up: d = PagingDirection::UpAll; break;
+      case PagingDirection::ToRight: d = PagingDirection::ToRightAll; break;
+      case PagingDirection::ToLeft: d = PagingDirection::ToLeftAll; break;
+      default: break;
+    }
+  }
+  const bool horizontal = IsHorizontal(d);
+  if (!horizontal) s.Not6bit = true;
+  if (!s.SizeCheckOffForFonts) {
+    const TPixelForm& c = app_.pixelForm;
+    if (!horizontal && std::fmod(static_cast<long double>(c.MatrixHeight()), s.PixelsPerByte) != 0) {
+      app_.ui.MessageDlg(
+          "  Work Canvas Dot Matrix size does not fit in this paging scheme ! \r Vertical size should be a multiple of "
+          "8 for vertical conversion  \r Use a horizontal conversion direction",
+          "Warning", DlgType::Warning, {"OK"});
+      return false;
+    }
+    const long double by = s.Not6bit ? s.PixelsPerByte : 6.0L;
+    if (horizontal && std::fmod(static_cast<long double>(c.MatrixWidth()), by) != 0) {
+      app_.ui.MessageDlg(
+          "  Work Canvas Dot Matrix size does not fit in this paging scheme ! \r Horizontal size should be a multiple "
+          "of 8 for horizontal conversion \r Use a vertical conversion direction",
+          "Warning", DlgType::Warning, {"OK"});
+      return false;
+    }
+  }
+  s.Direction = d;
+  s.Horizontal = horizontal;
+  if (!s.OriginLocked) {
+    switch (d) {
+      case PagingDirection::Up:
+      case PagingDirection::UpAll: s.Origin = OriginCorner::BL; break;
+      case PagingDirection::ToLeft:
+      case PagingDirection::ToLeftAll: s.Origin = OriginCorner::TR; break;
+      default: s.Origin = OriginCorner::TL; break;
+    }
+  }
+  StatusBarAndLog(DirectionInfoText(d));
+  return true;
+}
+
+void TMainForm::ToggleOriginCorner() {
+  ConversionSession& s = app_.session;
+  // Vertical directions move the origin between left and right, horizontal ones between top and
+  // bottom, keeping the other coordinate.
+  if (s.Horizontal) {
+    switch (s.Origin) {
+      case OriginCorner::TL: s.Origin = OriginCorner::BL; break;
+      case OriginCorner::BL: s.Origin = OriginCorner::TL; break;
+      case OriginCorner::TR: s.Origin = OriginCorner::BR; break;
+      case OriginCorner::BR: s.Origin = OriginCorner::TR; break;
+    }
+  } else {
+    switch (s.Origin) {
+      case OriginCorner::TL: s.Origin = OriginCorner::TR; break;
+      case OriginCorner::TR: s.Origin = OriginCorner::TL; break;
+      case OriginCorner::BL: s.Origin = OriginCorner::BR; break;
+      case OriginCorner::BR: s.Origin = OriginCorner::BL; break;
+    }
+  }
+}
+
+void TMainForm::MsbFirst() {
+  app_.session.BigEndian = true;
+  StatusBarAndLog("MSB first");
+}
+
+void TMainForm::MsbLast() {
+  app_.session.BigEndian = false;
+  StatusBarAndLog("MSB last");
+}
+
+void TMainForm::SetOutputKind(OutputKind kind) {
+  app_.session.Output = kind;
+  switch (kind) {
+    case OutputKind::Bits8: StatusBarAndLog("8 bit output format"); break;
+    case OutputKind::Bits16: StatusBarAndLog("16 bit output format"); break;
+    case OutputKind::Bits32: StatusBarAndLog("32 bit output format"); break;
+    case OutputKind::BinaryFile: StatusBarAndLog("Hex File output format"); break;
+    case OutputKind::IntelHex: StatusBarAndLog("Intel Hex output format"); break;
+  }
+}
+
+void TMainForm::SetDataPerLine(int n) {
+  DataSyntax& syn = app_.session.Syntax;
+  syn.DataPerLine = n;
+  if (n == 1) {
+    syn.SeparatorOn = false;
+    StatusBarAndLog("1 data per line is set !");
+  }
+}
+
+// ---- Convert --------------------------------------------------------------------------------
+
+bool TMainForm::InterleaveRows() {
+  ConversionSession& s = app_.session;
+  Bitmap& b = app_.pixelForm.WorkBitmap;
+  const bool horizontalAll = s.Direction == PagingDirection::ToLeftAll || s.Direction == PagingDirection::ToRightAll;
+  // Both whole-row directions need an even height: odd rows come from the lower half.
+  if (!horizontalAll || b.Height() % 2 != 0) {
+    app_.ui.MessageDlg(
+        " Interlaced only with not sliced horizontal data direction scheme  \r and even number of vertical pixels",
+        "Warning", DlgType::Warning, {"OK"});
+    return false;
+  }
+  Bitmap out(b.Width(), b.Height());
+  const int h = b.Height();
+  for (int r = 0; r < h; ++r) {
+    const int src = (r % 2 == 0) ? r / 2 : h / 2 + r / 2;
+    std::copy(b.Row(src), b.Row(src) + b.Width(), out.Row(r));
+  }
+  b = std::move(out);
+  return true;
+}
+
+bool TMainForm::TranslateCanvas() {
+  ConversionSession& s = app_.session;
+  Globals& g = app_.globals;
+  TPixelForm& canvas = app_.pixelForm;
+  const PagingDirection d = s.Direction;
+  const bool sliced = d == PagingDirection::Up || d == PagingDirection::Down || d == PagingDirection::ToLeft ||
+                      d == PagingDirection::ToRight;
+  s.UnderDevelopment = false;
+  if (s.Colours8 && sliced) {
+    app_.ui.MessageDlg(" Sorry, this 3bpp color conversion scheme \r is under development ", "Under Dev !",
+                       DlgType::Information, {"OK"});
+    s.UnderDevelopment = true;
+    return false;
+  }
+  if (s.Gray4TwoPages) {
+    const std::string& k = s.Syntax.DataFormatKind;
+    const bool hexKind = k == "X" || k == "H" || k == "+H+";
+    if (s.Output != OutputKind::Bits8 || !hexKind || s.NegativeOutput || g.AnimationActive) {
+      app_.ui.MessageDlg(
+          "Sorry, the 2 pages 4bpp grayscale conversion is only allowed when :  \r8 bit mode, Hex data and no animation",
+          "Error", DlgType::Error, {"OK"});
+      return false;
+    }
+  }
+  if (!FindColourMode(s.ModeNumber)) SetColourMode(1, true);
+  if (s.FontScaleOption) s.PixelsPerByte = 1;
+  s.WorkEol = s.Syntax.Eol;
+  s.WorkEolString = s.Syntax.EolString;
+
+  s.CanvasWidth = canvas.MatrixWidth();
+  s.CanvasHeight = canvas.MatrixHeight();
+  if (s.HalfExport) s.CanvasHeight /= 2;
+
+  const long double r1 = std::fmod(static_cast<long double>(s.CanvasHeight), s.PixelsPerByte);
+  const long double r2 = std::fmod(static_cast<long double>(s.CanvasWidth), s.PixelsPerByte);
+  if (((r1 != 0 && !s.Horizontal) || (r2 != 0 && s.Horizontal)) && s.Not6bit) {
+    if (r1 != 0) SetDirection(PagingDirection::ToRightAll);
+    if (r2 != 0) SetDirection(PagingDirection::DownAll);
+  }
+
+  const Bitmap saved = canvas.WorkBitmap;
+  if (!s.Monochrome && !s.Colours16M) {
+    std::vector<Colour> used;
+    CountandListColors(canvas.WorkBitmap, &used);
+    bool stray = false;
+    for (Colour c : used) {
+      const int v = s.PaletteSize > 0 ? PaletteIndexOf(s.PaletteTable, c) : ModeColourIndexOf(s.ModeColours, c);
+      if (v < 0) {
+        stray = true;
+        break;
+      }
+    }
+    if (stray) {
+      NearestColour nearest;
+      nearest.Configure(s);
+      ConvertToNearestColor(canvas.WorkBitmap, nearest, app_.ui);
+    }
+  }
+  if (s.Output == OutputKind::Bits32) SetDataPerLine(1);
+  if (s.Interleaved) InterleaveRows();
+
+  s.Source = &canvas.WorkBitmap;
+  CanvasState& cs = app_.encoder.Canvas();
+  cs.floatingSelection = canvas.FloatingSelection;
+  cs.selectionReducedToBW = canvas.SelectionReducedToBW;
+  cs.animationActive = g.AnimationActive;
+  cs.frameCount = g.FrameCount;
+  if (!s.SelectionActive) cs.area = CanvasState::Area::None;
+
+  ConvertResult result = app_.encoder.ConvertWorkCanvas();
+  if (result == ConvertResult::PasteRequested) {
+    canvas.FloatingSelection = false;
+    cs.floatingSelection = false;
+    result = app_.encoder.ConvertWorkCanvas();
+  }
+  const bool ok = result == ConvertResult::Done && !s.Abort;
+  if (result != ConvertResult::Stopped || !app_.mainText.Empty()) g.EditorUnsaved = true;
+  if (s.AutoFraming && cs.area == CanvasState::Area::AutoFrame) {
+    s.SelectionActive = false;
+    cs.area = CanvasState::Area::None;
+  }
+  canvas.WorkBitmap = saved;
+  s.Source = &canvas.WorkBitmap;
+  s.CanvasWidth = canvas.MatrixWidth();
+  s.CanvasHeight = canvas.MatrixHeight();
+  return ok;
+}
+
+}  // namespace rm
