@@ -225,6 +225,9 @@ bool DataEncoder::EncodeCanvasTable() {
   }
   ComputeTotalBytes();
   ui_.Progress(0, s_.TotalBytes);
+  colourIndex_.Build(s_.PaletteSize > 0 ? s_.PaletteTable : s_.ModeColours);
+  lastColour_ = kOutside;
+  lastValue_ = -1;
 
   const bool machine = s_.Output == OutputKind::BinaryFile || s_.Output == OutputKind::IntelHex;
   if (!machine) {
@@ -582,10 +585,13 @@ bool DataEncoder::ValueOf(Colour c, int& value) {
   int v;
   if (s_.Colours16M)
     v = c;
-  else if (s_.PaletteSize > 0)
-    v = PaletteIndexOf(s_.PaletteTable, c);
-  else
-    v = ModeColourIndexOf(s_.ModeColours, c);
+  else if (c == lastColour_)
+    v = lastValue_;  // neighbours mostly share a colour
+  else {
+    v = colourIndex_.IndexOf(c);
+    lastColour_ = c;
+    lastValue_ = v;
+  }
   if (v < 0) {
     if (s_.Gray16Slices) {
       value = -1;

@@ -3,6 +3,7 @@
 
 #include "engine/ConversionSession.h"
 #include "engine/DataFormatter.h"
+#include "engine/Palette.h"
 #include "engine/HexBuffer.h"
 #include "engine/TextLines.h"
 #include "engine/UiPort.h"
@@ -77,6 +78,9 @@ class DataEncoder {
   UiPort& ui_;
   DataFormatter formatter_;
   CanvasState canvas_;
+  ColourIndex colourIndex_;  // the mode's table, indexed once per walk
+  Colour lastColour_ = kOutside;
+  int lastValue_ = -1;
   long long progressTick_ = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "engine/DataFormatter.h"
 
-#include <cstdio>
+#include <initializer_list>
+#include <string_view>
 
 namespace rm {
 
@@ -10,9 +11,9 @@ bool IsBinaryKind(const std::string& k) { return k == "B" || k == "0B" || k == "
 bool IsAffixKind(const std::string& k) { return k == "+H+" || k == "+B+" || k == "+D+"; }
 
 std::string Hex2(int v) {
-  char buf[4];
-  std::snprintf(buf, sizeof buf, "%02X", v & 0xFF);
-  return buf;
+  static constexpr char kDigits[] = "0123456789ABCDEF";
+  const char t[2] = {kDigits[(v >> 4) & 0xF], kDigits[v & 0xF]};
+  return std::string(t, 2);
 }
 
 }  // namespace
@@ -83,8 +84,9 @@ void DataFormatter::StartDataComment() {
   if (wordIndex_ != 0) return;
   comment_.clear();
   commentActive_ = false;
-  if (s_.Syntax.NoDataComments || s_.Syntax.NoComments || s_.Output == OutputKind::BinaryFile ||
-      s_.Output == OutputKind::IntelHex)
+  // The picture comment only ever shows with one datum per line; other lines never hold it.
+  if (dataPerLine_ != 1 || s_.Syntax.NoDataComments || s_.Syntax.NoComments ||
+      s_.Output == OutputKind::BinaryFile || s_.Output == OutputKind::IntelHex)
     return;
   const std::string u(static_cast<std::size_t>(8 * WordBytes()), '_');
   switch (s_.Syntax.Comment) {
@@ -117,7 +119,7 @@ void DataFormatter::EmitDataByte(bool /*lastOfPixel*/) {
   int value = s_.CurrentByte & 0xFF;
 
   // Monochrome marks its comment pixel by pixel as it reads them; the other modes from the value.
-  if (!s_.Monochrome) MarkDataComment(value);
+  if (!s_.Monochrome && commentActive_) MarkDataComment(value);
   if (s_.Monochrome && s_.NegativeOutput) value = 255 - value;
 
   if (s_.Output == OutputKind::BinaryFile || s_.Output == OutputKind::IntelHex) {
@@ -221,88 +223,107 @@ void DataFormatter::EmitTwoPlanes(int first, int second) {
   leadZero_.clear();
 }
 
+namespace {
+
+// Appends the pieces in order: one datum's text is built in place, without temporaries.
+void Append(std::string& out, std::initializer_list<std::string_view> pieces) {
+  for (std::string_view p : pieces) out.append(p.data(), p.size());
+}
+
+}  // namespace
+
 void DataFormatter::AppendDatumToLine(LineState& line, const std::string& comment) {
   const DataSyntax& syn = s_.Syntax;
   const int n = dataPerLine_;
   ++line.linePosition;
   const int p = line.linePosition;
   if (syn.LineNumbers && p == n) ++line.lineNumber;
-  const std::string P = syn.LinePrefix + (syn.LineNumbers ? std::to_string(line.lineNumber) : "") + syn.LinePrefix2;
   const std::string& kind = syn.DataFormatKind;
   const bool binary = IsBinaryKind(kind);
-  std::string S;
-  if (syn.SeparatorOn) S = binary ? ", " : (syn.SeparatorCustom ? syn.SeparatorString : ",");
-  if (s_.FontMode && n > 1) S.clear();
+  std::string_view S;
+  if (syn.SeparatorOn) S = binary ? std::string_view(", ") : (syn.SeparatorCustom ? std::string_view(syn.SeparatorString) : ",");
+  if (s_.FontMode && n > 1) S = {};
   const bool more = More();
-  const std::string D = dataText_;
+  const std::string_view moreS = more ? S : std::string_view();
+  const std::string& D = dataText_;
   const std::string& LZ = leadZero_;
   const bool word16 = s_.Output == OutputKind::Bits16;
   std::string& out = line.dataLine;
 
+  // The line prefix P: prefix, line number, prefix end. Only the first datum of a line has it.
+  std::string P;
+  if (p == 1 || n == 1) {
+    P = syn.LinePrefix;
+    if (syn.LineNumbers) P += std::to_string(line.lineNumber);
+    P += syn.LinePrefix2;
+  }
+
   if (n > 1) {
     if (kind == "H") {
       if (p == 1)
-        out += P + (word16 ? "" : " ") + LZ + D + "h" + S;
+        Append(out, {P, word16 ? "" : " ", LZ, D, "h", S});
       else if (p < n)
-        out += " " + LZ + D + "h " + (more ? S : "");
+        Append(out, {" ", LZ, D, "h ", moreS});
       else
-        out += " " + LZ + D + "h ";
+        Append(out, {" ", LZ, D, "h "});
     } else if (kind == "0B") {
       if (p == 1)
-        out += P + " 0b" + D + (more ? S : "");
+        Append(out, {P, " 0b", D, moreS});
       else if (p < n)
-        out += " 0b" + D + " " + S;
+        Append(out, {" 0b", D, " ", S});
       else
-        out += " 0b" + D + " ";
+        Append(out, {" 0b", D, " "});
     } else if (kind == "B") {
       if (p == 1)
-        out += P + " " + D + "b" + (more ? S : "");
+        Append(out, {P, " ", D, "b", moreS});
       else if (p < n)
-        out += " " + D + "b" + S;
+        Append(out, {" ", D, "b", S});
       else
-        out += " " + D + "b";
+        Append(out, {" ", D, "b"});
     } else if (IsAffixKind(kind)) {
-      const std::string space = syn.SpaceBetweenData ? " " : "";
-      const std::string datum = syn.DataPrefix + (kind == "+H+" ? LZ : "") + D + syn.DataSuffix;
+      const std::string_view space = syn.SpaceBetweenData ? " " : "";
+      const std::string_view lz = kind == "+H+" ? std::string_view(LZ) : std::string_view();
       if (p == 1)
-        out += P + datum + space + (more ? S : "");
+        Append(out, {P, syn.DataPrefix, lz, D, syn.DataSuffix, space, moreS});
       else if (p < n)
-        out += datum + space + (more ? S : "");
+        Append(out, {syn.DataPrefix, lz, D, syn.DataSuffix, space, moreS});
       else
-        out += datum;
+        Append(out, {syn.DataPrefix, lz, D, syn.DataSuffix});
     } else {  // "X"
       if (p == 1)
-        out += P + " 0x" + D + " " + (more ? S : "");
+        Append(out, {P, " 0x", D, " ", moreS});
       else if (p < n)
-        out += " 0x" + D + " " + S;
+        Append(out, {" 0x", D, " ", S});
       else
-        out += " 0x" + D;
+        Append(out, {" 0x", D});
     }
     return;
   }
 
   // One datum per line: the picture comment follows the datum.
+  out.clear();
   if (kind == "H") {
     if (syn.SeparatorOn && more)
-      out = P + " " + LZ + D + "h ," + gap_ + comment;
+      Append(out, {P, " ", LZ, D, "h ,", gap_, comment});
     else
-      out = P + " " + LZ + D + "h " + gap_ + comment;
+      Append(out, {P, " ", LZ, D, "h ", gap_, comment});
   } else if (IsAffixKind(kind)) {
     std::string pad;
     if (kind == "+D+") {
       const std::size_t width = word16 ? 5 : (s_.Output == OutputKind::Bits32 ? 0 : 3);
       if (D.size() < width) pad.assign(width - D.size(), ' ');
     }
-    out = P + syn.DataPrefix + (kind == "+H+" ? LZ : "") + D + syn.DataSuffix + pad + comment;
+    const std::string_view lz = kind == "+H+" ? std::string_view(LZ) : std::string_view();
+    Append(out, {P, syn.DataPrefix, lz, D, syn.DataSuffix, pad, comment});
   } else if (kind == "0B") {
-    out = P + " 0b" + D + " " + (more ? S : "") + comment;
+    Append(out, {P, " 0b", D, " ", moreS, comment});
   } else if (kind == "B") {
-    out = P + " " + D + "b" + (more ? S : "") + comment;
+    Append(out, {P, " ", D, "b", moreS, comment});
   } else {  // "X"
     if (syn.SeparatorOn && more)
-      out = P + " 0x" + D + S + comment;
+      Append(out, {P, " 0x", D, S, comment});
     else
-      out = P + " 0x" + D + " " + S + comment;
+      Append(out, {P, " 0x", D, " ", S, comment});
   }
 }
 
@@ -327,7 +348,7 @@ void DataFormatter::FlushLine(LineState& line, TextLines& target, const std::str
   }
   line.zerosInserted = 0;
   if (s_.Syntax.DeleteAllLastOnes) DeleteLastOnes(l);
-  target.Add(std::move(l));
+  target.Add(l);  // a copy of the exact size; the working line keeps its capacity
   l.clear();
   line.linePosition = 0;
   ++line.linesAdded;

@@ -302,6 +302,27 @@ int ModeColourIndexOf(const std::vector<Colour>& modeColours, Colour c) {
   return -1;
 }
 
+void ColourIndex::Build(const std::vector<Colour>& table) {
+  slots_.clear();
+  mask_ = 0;
+  if (table.empty()) return;
+  std::size_t size = 16;
+  while (size < table.size() * 2) size <<= 1;  // at most half full: short probe runs
+  slots_.assign(size, Slot{});
+  mask_ = size - 1;
+  for (std::size_t n = 0; n < table.size(); ++n) {
+    const Colour c = table[n];
+    for (std::size_t i = Hash(c) & mask_;; i = (i + 1) & mask_) {
+      Slot& s = slots_[i];
+      if (s.index < 0) {
+        s = {c, static_cast<std::int32_t>(n)};
+        break;
+      }
+      if (s.colour == c) break;  // a colour standing twice keeps its first index
+    }
+  }
+}
+
 int CountandListColors(const Bitmap& bitmap, std::vector<Colour>* list) {
   if (list) list->clear();
   // One bit per 24 bit colour: 2 MiB, whatever the picture.

@@ -1,4 +1,5 @@
 #pragma once
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -108,6 +109,31 @@ PaletteLoadResult SelectionPalette(ConversionSession& session, const PaletteFold
 int PaletteIndexOf(const std::vector<Colour>& sortedTable, Colour c);
 // The same for `ModeColours`, which is short and in no particular order.
 int ModeColourIndexOf(const std::vector<Colour>& modeColours, Colour c);
+
+// A hash index over a colour table, for the per-pixel lookups of a conversion: `IndexOf` gives
+// exactly what a linear search from index 0 gives (the lowest index holding the colour, -1 when
+// none), in constant time. Open addressing keeps a 262144 colour table within 2 MiB.
+class ColourIndex {
+ public:
+  void Build(const std::vector<Colour>& table);
+  int IndexOf(Colour c) const {
+    if (slots_.empty()) return -1;
+    for (std::size_t i = Hash(c) & mask_;; i = (i + 1) & mask_) {
+      const Slot& s = slots_[i];
+      if (s.index < 0) return -1;
+      if (s.colour == c) return s.index;
+    }
+  }
+
+ private:
+  struct Slot {
+    Colour colour = 0;
+    std::int32_t index = -1;
+  };
+  static std::size_t Hash(Colour c) { return (static_cast<std::size_t>(c) * 0x9E3779B1u) >> 7; }
+  std::vector<Slot> slots_;
+  std::size_t mask_ = 0;
+};
 
 // The number of distinct colours of `bitmap`; `list`, if given, receives them in order of first
 // appearance, rows walked from top to bottom.

@@ -1,6 +1,7 @@
 #include "shell/TMainForm.h"
 
 #include <cmath>
+#include <optional>
 
 #include "engine/NearestColour.h"
 #include "engine/Palette.h"
@@ -324,6 +325,24 @@ bool TMainForm::InterleaveRows() {
   return true;
 }
 
+bool TMainForm::HasStrayColours() const {
+  const ConversionSession& s = app_.session;
+  ColourIndex index;
+  index.Build(s.PaletteSize > 0 ? s.PaletteTable : s.ModeColours);
+  const Bitmap& b = app_.pixelForm.WorkBitmap;
+  Colour last = kOutside;  // neighbours mostly share a colour: one lookup per run
+  for (int y = 0; y < b.Height(); ++y) {
+    const auto* row = b.Row(y);
+    for (int x = 0; x < b.Width(); ++x) {
+      const Colour c = static_cast<Colour>(row[x] & 0xFFFFFFu);
+      if (c == last) continue;
+      if (index.IndexOf(c) < 0) return true;
+      last = c;
+    }
+  }
+  return false;
+}
+
 bool TMainForm::TranslateCanvas() {
   ConversionSession& s = app_.session;
   Globals& g = app_.globals;
@@ -364,26 +383,20 @@ bool TMainForm::TranslateCanvas() {
     if (r2 != 0) SetDirection(PagingDirection::DownAll);
   }
 
-  const Bitmap saved = canvas.WorkBitmap;
-  if (!s.Monochrome && !s.Colours16M) {
-    std::vector<Colour> used;
-    CountandListColors(canvas.WorkBitmap, &used);
-    bool stray = false;
-    for (Colour c : used) {
-      const int v = s.PaletteSize > 0 ? PaletteIndexOf(s.PaletteTable, c) : ModeColourIndexOf(s.ModeColours, c);
-      if (v < 0) {
-        stray = true;
-        break;
-      }
-    }
-    if (stray) {
-      NearestColour nearest;
-      nearest.Configure(s);
-      ConvertToNearestColor(canvas.WorkBitmap, nearest, app_.ui);
-    }
+  // The canvas comes back as it was after the conversion; a copy is only needed when the
+  // reduction or the interleave below change it.
+  std::optional<Bitmap> saved;
+  if (!s.Monochrome && !s.Colours16M && HasStrayColours()) {
+    saved = canvas.WorkBitmap;
+    NearestColour nearest;
+    nearest.Configure(s);
+    ConvertToNearestColor(canvas.WorkBitmap, nearest, app_.ui);
   }
   if (s.Output == OutputKind::Bits32) SetDataPerLine(1);
-  if (s.Interleaved) InterleaveRows();
+  if (s.Interleaved) {
+    if (!saved) saved = canvas.WorkBitmap;
+    InterleaveRows();
+  }
 
   s.Source = &canvas.WorkBitmap;
   CanvasState& cs = app_.encoder.Canvas();
@@ -405,7 +418,7 @@ bool TMainForm::TranslateCanvas() {
     s.SelectionActive = false;
     cs.area = CanvasState::Area::None;
   }
-  canvas.WorkBitmap = saved;
+  if (saved) canvas.WorkBitmap = std::move(*saved);
   s.Source = &canvas.WorkBitmap;
   s.CanvasWidth = canvas.MatrixWidth();
   s.CanvasHeight = canvas.MatrixHeight();

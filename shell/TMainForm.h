@@ -42,6 +42,8 @@ class TMainForm {
 
   // Prepares the canvas and runs the conversion. False when refused or aborted.
   bool TranslateCanvas();
+  // True when the canvas holds a colour that the mode's table lacks.
+  bool HasStrayColours() const;
 
   void StatusBarAndLog(const std::string& text);
 

@@ -282,6 +282,26 @@ TEST(PaletteIndex, LowestIndexOfEqualEntriesAsALinearSearchWould) {
       ASSERT_EQ(rm::PaletteIndexOf(table, c), linear) << "round " << round << " colour " << c;
     }
   }
+  // The hash index answers the same for tables in any order, with colours spread over 24 bits.
+  std::uniform_int_distribution<Colour> wide(0, 0xFFFFFF);
+  for (int round = 0; round < 50; ++round) {
+    std::vector<Colour> table(1 + round * 97);
+    for (std::size_t i = 0; i < table.size(); ++i) table[i] = (i % 3 == 0 && i > 0) ? table[i / 2] : wide(rng);
+    rm::ColourIndex index;
+    index.Build(table);
+    for (std::size_t i = 0; i < table.size(); ++i) {
+      const auto first = std::find(table.begin(), table.end(), table[i]) - table.begin();
+      ASSERT_EQ(index.IndexOf(table[i]), first) << "round " << round;
+    }
+    for (int k = 0; k < 200; ++k) {
+      const Colour c = wide(rng);
+      auto it = std::find(table.begin(), table.end(), c);
+      ASSERT_EQ(index.IndexOf(c), it == table.end() ? -1 : static_cast<int>(it - table.begin()));
+    }
+  }
+  rm::ColourIndex empty;
+  empty.Build({});
+  EXPECT_EQ(empty.IndexOf(0), -1);
   const std::vector<Colour> twice = {5, 9, 9, 12};
   EXPECT_EQ(rm::PaletteIndexOf(twice, 9), 1);
   EXPECT_EQ(rm::ModeColourIndexOf({7, 3, 3, 7}, 7), 0);
