@@ -1,7 +1,9 @@
 #include "cli/ConvertCommand.h"
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <map>
 
 #include "engine/ColourModes.h"
@@ -157,8 +159,12 @@ int RunConvert(const ConvertOptions& o, const volatile std::sig_atomic_t& interr
     data = app.mainText.Text();
   }
   if (o.output.empty() || o.output == "-") {
-    std::fwrite(data.data(), 1, data.size(), stdout);
-    return std::fflush(stdout) == 0 ? 0 : 1;
+    // A failed write can empty the stream's buffer, after which fflush succeeds: the error flag
+    // is the only trace left of a full disk, so it must be asked for there.
+    const bool whole = std::fwrite(data.data(), 1, data.size(), stdout) == data.size();
+    if (std::fflush(stdout) != 0 || !whole || std::ferror(stdout))
+      return Fail(std::string("standard output: ") + std::strerror(errno ? errno : EIO));
+    return 0;
   }
   if (!WriteFileAtomically(o.output, data, &error)) return Fail(o.output + ": " + error);
   return 0;

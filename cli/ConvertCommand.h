@@ -30,7 +30,8 @@ struct ConvertOptions {
 };
 
 void AddConvertOptions(CLI::App& command, ConvertOptions& options);
-// Exit status: 0 done, 1 refused or failed.
+// Exit status: 0 done; 1 refused or failed; 2 a usage error found after parsing (a bad --set,
+// --area or --origin), the same status the parser gives its own usage errors.
 int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& interrupted, bool terminal);
 const char* VersionText();
 
