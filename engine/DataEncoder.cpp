@@ -228,6 +228,7 @@ bool DataEncoder::EncodeCanvasTable() {
   colourIndex_.Build(s_.PaletteSize > 0 ? s_.PaletteTable : s_.ModeColours);
   lastColour_ = kOutside;
   lastValue_ = -1;
+  PrepareValues();
 
   const bool machine = s_.Output == OutputKind::BinaryFile || s_.Output == OutputKind::IntelHex;
   if (!machine) {
@@ -236,6 +237,8 @@ bool DataEncoder::EncodeCanvasTable() {
   }
 
   RunWalker();
+  std::vector<std::int32_t>().swap(values_);  // give the plane back at once
+  valuesWidth_ = 0;
   ui_.Progress(static_cast<long long>(s_.ByteCount), s_.TotalBytes);
   if (s_.Abort) return false;
 
@@ -567,6 +570,37 @@ Colour DataEncoder::ReadPixel(Step step) {
   return c;
 }
 
+void DataEncoder::PrepareValues() {
+  values_.clear();
+  valuesWidth_ = 0;
+  // Worth it for the large palettes only, and only while the plane stays small beside the canvas.
+  const Bitmap* src = s_.Source;
+  if (!src || s_.Colours16M || s_.PaletteSize <= 0) return;
+  const std::size_t w = static_cast<std::size_t>(src->Width()), h = static_cast<std::size_t>(src->Height());
+  if (w * h == 0 || w * h > (std::size_t{1} << 22)) return;
+  values_.resize(w * h);
+  for (std::size_t y = 0; y < h; ++y) colourIndex_.IndexOfRun(src->Row(static_cast<int>(y)), &values_[y * w], w);
+  valuesWidth_ = static_cast<int>(w);
+}
+
+bool DataEncoder::ValueAt(int x, int y, int& value) {
+  const Bitmap* src = s_.Source;
+  if (valuesWidth_ > 0 && x >= 0 && y >= 0 && x < src->Width() && y < src->Height()) {
+    const int v = values_[static_cast<std::size_t>(y) * static_cast<std::size_t>(valuesWidth_) + static_cast<std::size_t>(x)];
+    if (v >= 0) {
+      value = v;
+      return true;
+    }
+  }
+  return ValueOf(src ? src->GetPixel(x, y) : kOutside, value);
+}
+
+bool DataEncoder::ReadValue(Step step, int& value) {
+  const int x = s_.CurX, y = s_.CurY;
+  Advance(step);
+  return ValueAt(x, y, value);
+}
+
 void DataEncoder::ReportColourNotFound(Colour c) {
   ui_.MessageDlg(std::string(" Color not found in Palette! \r") +
                      (c == kOutside ? " Check if Heigth or Width matches with pixels per byte format " : " "),
@@ -668,7 +702,7 @@ void DataEncoder::Pack(Step step) {
     if (s_.Gray4TwoPages && s_.Direction == PagingDirection::Down) {
       // Both planes' source bytes at once: eight pixels down the column.
       for (int i = 0; i < 8; ++i)
-        if (!ValueOf(ReadPixel(step), p[i])) return;
+        if (!ReadValue(step, p[i])) return;
       int first = (p[0] << 6) + (p[1] << 4) + (p[2] << 2) + p[3];
       int second = (p[4] << 6) + (p[5] << 4) + (p[6] << 2) + p[7];
       if (s_.ReorderOn) {
@@ -681,14 +715,14 @@ void DataEncoder::Pack(Step step) {
     }
     for (int i = 0; i < 4; ++i) {
       if (i > 0 && step == Step::Up && s_.CurY < 0) break;
-      if (!ValueOf(ReadPixel(step), p[i])) return;
+      if (!ReadValue(step, p[i])) return;
     }
     Emit(static_cast<int>(Transform(static_cast<std::uint32_t>((p[0] << 6) + (p[1] << 4) + (p[2] << 2) + p[3]), 8)));
     return;
   }
 
   if (s_.Gray32) {
-    if (!ValueOf(ReadPixel(step), p[0])) return;
+    if (!ReadValue(step, p[0])) return;
     if (!s_.Packed) {
       Emit(static_cast<int>(Transform(static_cast<std::uint32_t>(s_.Gray32Left ? p[0] << 3 : p[0]), 8)));
       return;
@@ -709,7 +743,7 @@ void DataEncoder::Pack(Step step) {
 
   if (s_.Colours8) {
     for (int i = 0; i < 8; ++i)
-      if (!ValueOf(ReadPixel(step), p[i])) return;
+      if (!ReadValue(step, p[i])) return;
     const int bytes[3] = {(p[0] << 5) + (p[1] << 2) + (p[2] >> 1),
                           ((p[2] << 7) & 255) + (p[3] << 4) + (p[4] << 1) + (p[5] >> 2),
                           ((p[5] << 6) & 255) + (p[6] << 3) + p[7]};
@@ -725,8 +759,8 @@ void DataEncoder::Pack(Step step) {
       if (s_.ExportAreaY2 % 8 != 0) ++s_.ExportAreaY2;
       for (int b = 0; b < 4; ++b) {
         int v0 = 0, v1 = 0;
-        ValueOf(ReadPixel(step), v0);
-        ValueOf(ReadPixel(step), v1);
+        ReadValue(step, v0);
+        ReadValue(step, v1);
         int byte = 0;
         if (v0 >= 0 && v1 >= 0) byte = s_.SwapNibble ? (v1 << 4) + v0 : (v0 << 4) + v1;
         Emit(static_cast<int>(Transform(static_cast<std::uint32_t>(byte), 8)));
@@ -738,13 +772,13 @@ void DataEncoder::Pack(Step step) {
     if (s_.Gray16Horizontal && vertical) {
       const int x = s_.CurX;
       const bool forward = step == Step::Down ? s_.Origin == OriginCorner::TL : s_.Origin == OriginCorner::BL;
-      if (!ValueOf(s_.Source ? s_.Source->GetPixel(x, s_.CurY) : kOutside, p[0])) return;
-      if (!ValueOf(s_.Source ? s_.Source->GetPixel(forward ? x + 1 : x - 1, s_.CurY) : kOutside, p[1])) return;
+      if (!ValueAt(x, s_.CurY, p[0])) return;
+      if (!ValueAt(forward ? x + 1 : x - 1, s_.CurY, p[1])) return;
       Advance(step);
     } else {
-      if (!ValueOf(ReadPixel(step), p[0])) return;
+      if (!ReadValue(step, p[0])) return;
       if (!(step == Step::Up && s_.CurY < 0))
-        if (!ValueOf(ReadPixel(step), p[1])) return;
+        if (!ReadValue(step, p[1])) return;
     }
     const int byte = s_.SwapNibble ? (p[1] << 4) + p[0] : (p[0] << 4) + p[1];
     Emit(static_cast<int>(Transform(static_cast<std::uint32_t>(byte), 8)));
@@ -752,7 +786,7 @@ void DataEncoder::Pack(Step step) {
   }
 
   // One pixel per call from here on.
-  if (!ValueOf(ReadPixel(step), p[0])) return;
+  if (!ReadValue(step, p[0])) return;
   const std::uint32_t raw = static_cast<std::uint32_t>(p[0]);
 
   if (s_.Colours256 || s_.Gray256 || s_.Colours256NoPalette) {

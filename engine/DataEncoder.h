@@ -1,5 +1,7 @@
 #pragma once
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "engine/ConversionSession.h"
 #include "engine/DataFormatter.h"
@@ -63,6 +65,12 @@ class DataEncoder {
   void Advance(Step step);
   // The mode's value of a colour; false after reporting a colour that no table holds.
   bool ValueOf(Colour c, int& value);
+  // The value of the pixel at (x, y), from the plane PrepareValues made when there is one.
+  bool ValueAt(int x, int y, int& value);
+  // Reads the current pixel's value and steps on, as ReadPixel does.
+  bool ReadValue(Step step, int& value);
+  // The values of the whole source, looked up once in row order before a walk.
+  void PrepareValues();
   void ReportColourNotFound(Colour c);
   std::uint32_t Transform(std::uint32_t v, int width) const;
   void Emit(int byte);
@@ -81,6 +89,8 @@ class DataEncoder {
   ColourIndex colourIndex_;  // the mode's table, indexed once per walk
   Colour lastColour_ = kOutside;
   int lastValue_ = -1;
+  std::vector<std::int32_t> values_;
+  int valuesWidth_ = 0;
   long long progressTick_ = 0;
 };
 

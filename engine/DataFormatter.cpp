@@ -7,9 +7,6 @@ namespace rm {
 
 namespace {
 
-bool IsBinaryKind(const std::string& k) { return k == "B" || k == "0B" || k == "+B+"; }
-bool IsAffixKind(const std::string& k) { return k == "+H+" || k == "+B+" || k == "+D+"; }
-
 std::string Hex2(int v) {
   static constexpr char kDigits[] = "0123456789ABCDEF";
   const char t[2] = {kDigits[(v >> 4) & 0xF], kDigits[v & 0xF]};
@@ -18,7 +15,18 @@ std::string Hex2(int v) {
 
 }  // namespace
 
+DataFormatter::Kind DataFormatter::KindOf(const std::string& k) {
+  if (k == "H") return Kind::H;
+  if (k == "B") return Kind::B;
+  if (k == "0B") return Kind::ZeroB;
+  if (k == "+H+") return Kind::AffixH;
+  if (k == "+B+") return Kind::AffixB;
+  if (k == "+D+") return Kind::AffixD;
+  return Kind::X;  // "X" and anything unknown: C hex
+}
+
 void DataFormatter::Reset() {
+  kind_ = KindOf(s_.Syntax.DataFormatKind);
   main_ = {};
   page2_ = {};
   dataPerLine_ = s_.WorkDataPerLine;
@@ -50,9 +58,8 @@ std::string DataFormatter::ByteToBinaryText(int value, int digits) {
 }
 
 std::string DataFormatter::ByteText(int value) const {
-  const std::string& kind = s_.Syntax.DataFormatKind;
-  if (IsBinaryKind(kind)) return ByteToBinaryText(value, 8);
-  if (kind == "+D+") return std::to_string(value);
+  if (Binary()) return ByteToBinaryText(value, 8);
+  if (kind_ == Kind::AffixD) return std::to_string(value);
   return Hex2(value);
 }
 
@@ -149,8 +156,7 @@ void DataFormatter::EmitDataByte(bool /*lastOfPixel*/) {
   }
   MakeDataText(value);
   if (n > 1) {
-    const std::string& kind = s_.Syntax.DataFormatKind;
-    if (kind == "+D+") {
+    if (kind_ == Kind::AffixD) {
       long long v = 0;
       if (n == 2) {
         v = (static_cast<long long>(wordValues_[0]) << 8) + wordValues_[1];
@@ -175,8 +181,7 @@ void DataFormatter::EmitDataByte(bool /*lastOfPixel*/) {
     // The leading zero looks at the first byte of the text as written.
     const int firstShown = s_.BigEndian ? wordValues_[0] : wordValues_[n - 1];
     leadZero_.clear();
-    if ((s_.Syntax.DataFormatKind == "H" || s_.Syntax.DataFormatKind == "+H+") && s_.Syntax.LeadingZero &&
-        firstShown >= 0xA0)
+    if (HexH() && s_.Syntax.LeadingZero && firstShown >= 0xA0)
       leadZero_ = "0";
   }
   gap_ = " ";
@@ -196,7 +201,7 @@ void DataFormatter::EmitDataByte(bool /*lastOfPixel*/) {
 void DataFormatter::MakeDataText(int value) {
   dataText_ = ByteText(value);
   leadZero_.clear();
-  if ((s_.Syntax.DataFormatKind == "H" || s_.Syntax.DataFormatKind == "+H+") && s_.Syntax.LeadingZero && value >= 0xA0)
+  if (HexH() && s_.Syntax.LeadingZero && value >= 0xA0)
     leadZero_ = "0";
 }
 
@@ -230,6 +235,19 @@ void Append(std::string& out, std::initializer_list<std::string_view> pieces) {
   for (std::string_view p : pieces) out.append(p.data(), p.size());
 }
 
+// The first run of four blanks, as find("    ") gives it, in one pass without calls per blank.
+std::size_t FindFourBlanks(const std::string& l) {
+  int run = 0;
+  for (std::size_t i = 0; i < l.size(); ++i) {
+    if (l[i] != ' ') {
+      run = 0;
+    } else if (++run == 4) {
+      return i - 3;
+    }
+  }
+  return std::string::npos;
+}
+
 }  // namespace
 
 void DataFormatter::AppendDatumToLine(LineState& line, const std::string& comment) {
@@ -238,8 +256,8 @@ void DataFormatter::AppendDatumToLine(LineState& line, const std::string& commen
   ++line.linePosition;
   const int p = line.linePosition;
   if (syn.LineNumbers && p == n) ++line.lineNumber;
-  const std::string& kind = syn.DataFormatKind;
-  const bool binary = IsBinaryKind(kind);
+  const Kind kind = kind_;
+  const bool binary = Binary();
   std::string_view S;
   if (syn.SeparatorOn) S = binary ? std::string_view(", ") : (syn.SeparatorCustom ? std::string_view(syn.SeparatorString) : ",");
   if (s_.FontMode && n > 1) S = {};
@@ -259,30 +277,30 @@ void DataFormatter::AppendDatumToLine(LineState& line, const std::string& commen
   }
 
   if (n > 1) {
-    if (kind == "H") {
+    if (kind == Kind::H) {
       if (p == 1)
         Append(out, {P, word16 ? "" : " ", LZ, D, "h", S});
       else if (p < n)
         Append(out, {" ", LZ, D, "h ", moreS});
       else
         Append(out, {" ", LZ, D, "h "});
-    } else if (kind == "0B") {
+    } else if (kind == Kind::ZeroB) {
       if (p == 1)
         Append(out, {P, " 0b", D, moreS});
       else if (p < n)
         Append(out, {" 0b", D, " ", S});
       else
         Append(out, {" 0b", D, " "});
-    } else if (kind == "B") {
+    } else if (kind == Kind::B) {
       if (p == 1)
         Append(out, {P, " ", D, "b", moreS});
       else if (p < n)
         Append(out, {" ", D, "b", S});
       else
         Append(out, {" ", D, "b"});
-    } else if (IsAffixKind(kind)) {
+    } else if (Affix()) {
       const std::string_view space = syn.SpaceBetweenData ? " " : "";
-      const std::string_view lz = kind == "+H+" ? std::string_view(LZ) : std::string_view();
+      const std::string_view lz = kind == Kind::AffixH ? std::string_view(LZ) : std::string_view();
       if (p == 1)
         Append(out, {P, syn.DataPrefix, lz, D, syn.DataSuffix, space, moreS});
       else if (p < n)
@@ -302,22 +320,22 @@ void DataFormatter::AppendDatumToLine(LineState& line, const std::string& commen
 
   // One datum per line: the picture comment follows the datum.
   out.clear();
-  if (kind == "H") {
+  if (kind == Kind::H) {
     if (syn.SeparatorOn && more)
       Append(out, {P, " ", LZ, D, "h ,", gap_, comment});
     else
       Append(out, {P, " ", LZ, D, "h ", gap_, comment});
-  } else if (IsAffixKind(kind)) {
+  } else if (Affix()) {
     std::string pad;
-    if (kind == "+D+") {
+    if (kind == Kind::AffixD) {
       const std::size_t width = word16 ? 5 : (s_.Output == OutputKind::Bits32 ? 0 : 3);
       if (D.size() < width) pad.assign(width - D.size(), ' ');
     }
-    const std::string_view lz = kind == "+H+" ? std::string_view(LZ) : std::string_view();
+    const std::string_view lz = kind == Kind::AffixH ? std::string_view(LZ) : std::string_view();
     Append(out, {P, syn.DataPrefix, lz, D, syn.DataSuffix, pad, comment});
-  } else if (kind == "0B") {
+  } else if (kind == Kind::ZeroB) {
     Append(out, {P, " 0b", D, " ", moreS, comment});
-  } else if (kind == "B") {
+  } else if (kind == Kind::B) {
     Append(out, {P, " ", D, "b", moreS, comment});
   } else {  // "X"
     if (syn.SeparatorOn && more)
@@ -335,7 +353,7 @@ void DataFormatter::FlushLine(LineState& line, TextLines& target, const std::str
   std::string& l = line.dataLine;
   const std::string e = EndOfLineText();
   // The end of line goes before the picture comment, which starts with a run of blanks.
-  const std::size_t gapPos = l.find("    ");
+  const std::size_t gapPos = FindFourBlanks(l);
   if (gapPos == std::string::npos)
     l += e;
   else

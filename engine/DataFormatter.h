@@ -45,6 +45,13 @@ class DataFormatter {
   int DataPerLine() const { return dataPerLine_; }
 
  private:
+  // The data format kind, read once per table: comparing the setting's text per byte is slow.
+  enum class Kind { X, H, B, ZeroB, AffixH, AffixB, AffixD };
+  static Kind KindOf(const std::string& text);
+  bool Binary() const { return kind_ == Kind::B || kind_ == Kind::ZeroB || kind_ == Kind::AffixB; }
+  bool Affix() const { return kind_ == Kind::AffixH || kind_ == Kind::AffixB || kind_ == Kind::AffixD; }
+  bool HexH() const { return kind_ == Kind::H || kind_ == Kind::AffixH; }
+
   struct LineState {
     std::string dataLine;
     int linePosition = 0;
@@ -71,6 +78,7 @@ class DataFormatter {
   LineState main_;
   LineState page2_;
   int dataPerLine_ = 16;
+  Kind kind_ = Kind::X;
   std::string dataText_;
   std::string b_[3];
   int wordValues_[4] = {0, 0, 0, 0};

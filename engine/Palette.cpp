@@ -307,12 +307,17 @@ void ColourIndex::Build(const std::vector<Colour>& table) {
   mask_ = 0;
   if (table.empty()) return;
   std::size_t size = 16;
-  while (size < table.size() * 2) size <<= 1;  // at most half full: short probe runs
+  int bits = 4;
+  while (size < table.size() * 2) {  // at most half full: short probe runs
+    size <<= 1;
+    ++bits;
+  }
   slots_.assign(size, Slot{});
   mask_ = size - 1;
+  shift_ = 32 - bits;
   for (std::size_t n = 0; n < table.size(); ++n) {
     const Colour c = table[n];
-    for (std::size_t i = Hash(c) & mask_;; i = (i + 1) & mask_) {
+    for (std::size_t i = Hash(c);; i = (i + 1) & mask_) {
       Slot& s = slots_[i];
       if (s.index < 0) {
         s = {c, static_cast<std::int32_t>(n)};
@@ -320,6 +325,19 @@ void ColourIndex::Build(const std::vector<Colour>& table) {
       }
       if (s.colour == c) break;  // a colour standing twice keeps its first index
     }
+  }
+}
+
+void ColourIndex::IndexOfRun(const std::uint32_t* pixels, std::int32_t* out, std::size_t n) const {
+  constexpr std::size_t kAhead = 8;
+  if (slots_.empty()) {
+    std::fill(out, out + n, -1);
+    return;
+  }
+  for (std::size_t i = 0; i < n; ++i) {
+    if (i + kAhead < n)
+      __builtin_prefetch(&slots_[Hash(static_cast<Colour>(pixels[i + kAhead] & 0xFFFFFFu))]);
+    out[i] = IndexOf(static_cast<Colour>(pixels[i] & 0xFFFFFFu));
   }
 }
 

@@ -118,21 +118,28 @@ class ColourIndex {
   void Build(const std::vector<Colour>& table);
   int IndexOf(Colour c) const {
     if (slots_.empty()) return -1;
-    for (std::size_t i = Hash(c) & mask_;; i = (i + 1) & mask_) {
+    for (std::size_t i = Hash(c); ; i = (i + 1) & mask_) {
       const Slot& s = slots_[i];
       if (s.index < 0) return -1;
       if (s.colour == c) return s.index;
     }
   }
+  // IndexOf for a run of pixels (the low 24 bits of each), with the table's memory fetched a few
+  // pixels ahead: a large palette does not fit the cache, and waiting for each slot in turn
+  // would cost a memory round trip per pixel.
+  void IndexOfRun(const std::uint32_t* pixels, std::int32_t* out, std::size_t n) const;
 
  private:
   struct Slot {
     Colour colour = 0;
     std::int32_t index = -1;
   };
-  static std::size_t Hash(Colour c) { return (static_cast<std::size_t>(c) * 0x9E3779B1u) >> 7; }
+  // Fibonacci hashing: the top bits of the 32 bit product, which depend on every bit of the
+  // colour (palettes are lattices whose low bits repeat the high ones).
+  std::size_t Hash(Colour c) const { return (static_cast<std::uint32_t>(c) * 0x9E3779B1u) >> shift_; }
   std::vector<Slot> slots_;
   std::size_t mask_ = 0;
+  int shift_ = 32;
 };
 
 // The number of distinct colours of `bitmap`; `list`, if given, receives them in order of first
