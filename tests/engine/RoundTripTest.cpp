@@ -1,0 +1,470 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <map>
+#include <ostream>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "support/ShellTestSupport.h"
+
+// Round trips through the whole Convert command: a pseudo-random picture made of a mode's colours
+// is converted, and the bytes are read back by a decoder written here from the packing rules
+// (walk order, bit layout per mode, bit order, outer field swap), without any of the engine's
+// packers. Every pixel must come back as its colour's value.
+
+namespace {
+
+using rm::Bitmap;
+using rm::Colour;
+using rm::ConversionSession;
+using rm::OriginCorner;
+using D = rm::PagingDirection;
+
+const std::vector<D> kEveryDirection = {D::Down,    D::DownAll,    D::Up,     D::UpAll,
+                                        D::ToRight, D::ToRightAll, D::ToLeft, D::ToLeftAll};
+const std::vector<D> kWholeLines = {D::DownAll, D::UpAll, D::ToRightAll, D::ToLeftAll};
+
+const char* Name(D d) {
+  constexpr const char* names[] = {"Down", "Down All", "Up", "Up All", "To Right", "To Right All", "To Left", "To Left All"};
+  return names[static_cast<int>(d)];
+}
+const char* Name(OriginCorner c) {
+  constexpr const char* names[] = {"TL", "TR", "BR", "BL"};
+  return names[static_cast<int>(c)];
+}
+
+bool Vertical(D d) { return !rm::IsHorizontal(d); }
+bool WholeLine(D d) { return d == D::DownAll || d == D::UpAll || d == D::ToRightAll || d == D::ToLeftAll; }
+bool Backward(D d) { return d == D::Up || d == D::UpAll || d == D::ToLeft || d == D::ToLeftAll; }
+
+// The corner a direction command picks, and the one the origin button moves it to (left and right
+// for vertical directions, top and bottom for horizontal ones).
+OriginCorner NormalCorner(D d) {
+  if (d == D::Up || d == D::UpAll) return OriginCorner::BL;
+  if (d == D::ToLeft || d == D::ToLeftAll) return OriginCorner::TR;
+  return OriginCorner::TL;
+}
+OriginCorner OtherCorner(D d) {
+  if (d == D::Down || d == D::DownAll) return OriginCorner::TR;
+  if (d == D::ToRight || d == D::ToRightAll) return OriginCorner::BL;
+  return OriginCorner::BR;
+}
+
+// ---- the walk -------------------------------------------------------------------------------
+
+struct Pos {
+  int x, y;
+};
+
+// The pixels in the order the packers read them. A byte's pixels lie along the byte axis (down or
+// up a column, right or left along a row). Whole-line directions read each line to its end before
+// the next; sliced ones read a band `band` pixels deep across every line, then the next band. The
+// normal corner takes the lines from the left (vertical) or the top (horizontal), the other corner
+// from the opposite side. `pairs`: gray 16 with two horizontal pixels walked vertically reads each
+// row of a column pair as one byte. Bands may reach past the picture's end (slices of 8).
+std::vector<Pos> WalkOrder(D d, bool normal, int w, int h, int band, bool pairs) {
+  const bool vertical = Vertical(d);
+  const int along = vertical ? h : w, across = vertical ? w : h;
+  const auto at = [&](int a, int c) {
+    const int pa = Backward(d) ? along - 1 - a : a;
+    const int pc = normal ? c : across - 1 - c;
+    return vertical ? Pos{pc, pa} : Pos{pa, pc};
+  };
+  std::vector<Pos> out;
+  const auto read = [&](int c, int from, int to) {
+    for (int a = from; a < to; ++a) {
+      out.push_back(at(a, c));
+      if (pairs) out.push_back(at(a, c + 1));
+    }
+  };
+  const int lineStep = pairs ? 2 : 1;
+  if (WholeLine(d)) {
+    for (int c = 0; c + lineStep <= across; c += lineStep) read(c, 0, along);
+  } else {
+    for (int from = 0; from < along; from += band)
+      for (int c = 0; c < across; ++c) read(c, from, from + band);
+  }
+  return out;
+}
+
+// ---- the decoder ----------------------------------------------------------------------------
+
+int Reverse8(int b) {
+  int r = 0;
+  for (int i = 0; i < 8; ++i)
+    if (b & (1 << i)) r |= 0x80 >> i;
+  return r;
+}
+
+// Wide values have their outer fields exchanged: the top f bits with the bottom f bits, bit for
+// bit (11..8 with 3..0 at 12 bits, 5 bit fields at 16, 6 at 18, whole bytes at 24).
+std::uint32_t SwapOuter(std::uint32_t v, int width) {
+  const int f = width == 12 ? 4 : width == 16 ? 5 : width == 18 ? 6 : width == 24 ? 8 : 0;
+  std::uint32_t r = v;
+  for (int i = 0; i < f; ++i) {
+    const int hi = width - 1 - i, lo = f - 1 - i;
+    r &= ~((1u << hi) | (1u << lo));
+    r |= (((v >> hi) & 1u) << lo) | (((v >> lo) & 1u) << hi);
+  }
+  return r;
+}
+
+struct Packing {
+  // The bits of one group of bytes, most significant first: 'a' + i is a bit of the group's i-th
+  // pixel (its bits most significant first), '0' a bit that must be clear.
+  std::string layout;
+  int width = 0;                 // 12, 16, 18, 24: a wide value whose outer fields are swapped
+  bool reverseEachByte = false;  // little endian where each byte is mirrored
+  bool reverseValue = false;     // little endian on a wide value: only its mirrored low byte survives
+  bool swapBytes = false;        // Swap First and Last: a pixel's bytes (zero bytes aside) come reversed
+  bool swapFieldsAtCut = false;  // 65536 Swap Red and Blue: the outer fields swapped once more
+  bool invert = false;           // inverted monochrome
+};
+
+struct Decoded {
+  std::vector<std::uint32_t> value;  // per pixel, in reading order
+  std::vector<std::uint32_t> known;  // the bits of the value the data holds
+  std::string error;
+};
+
+Decoded Unpack(const std::vector<std::uint8_t>& data, std::size_t pixels, const Packing& p) {
+  Decoded d;
+  const std::size_t groupBytes = p.layout.size() / 8;
+  const int groupPixels = *std::max_element(p.layout.begin(), p.layout.end()) - 'a' + 1;
+  const auto zeroByte = [&](std::size_t i) { return p.layout.compare(8 * i, 8, "00000000") == 0; };
+  std::size_t at = 0;
+  for (std::size_t first = 0; first < pixels; first += groupPixels) {
+    const int here = static_cast<int>(std::min<std::size_t>(groupPixels, pixels - first));
+    // A byte goes out once all the pixels with bits in it have been read: a group that the end
+    // of the walk cuts short keeps only its leading complete bytes.
+    std::size_t bytes = 0;
+    while (bytes < groupBytes && std::all_of(p.layout.begin() + 8 * bytes, p.layout.begin() + 8 * bytes + 8,
+                                             [&](char c) { return c == '0' || c - 'a' < here; }))
+      ++bytes;
+    if (at + bytes > data.size()) {
+      d.error = "the data ends after " + std::to_string(data.size()) + " bytes, at pixel " + std::to_string(first);
+      return d;
+    }
+    std::vector<int> g(data.begin() + at, data.begin() + at + bytes);
+    at += bytes;
+    for (int& b : g) {
+      if (p.invert) b ^= 0xFF;
+      if (p.reverseEachByte) b = Reverse8(b);
+    }
+    if (p.swapBytes) {
+      std::vector<std::size_t> slots;
+      for (std::size_t i = 0; i < g.size(); ++i)
+        if (!zeroByte(i)) slots.push_back(i);
+      for (std::size_t i = 0; i < slots.size() / 2; ++i) std::swap(g[slots[i]], g[slots[slots.size() - 1 - i]]);
+    }
+    std::vector<std::uint32_t> v(groupPixels, 0), k(groupPixels, 0);
+    for (std::size_t j = 0; j < p.layout.size(); ++j) {
+      const bool present = j / 8 < g.size();
+      const std::uint32_t bit = present ? (g[j / 8] >> (7 - j % 8)) & 1 : 0;
+      const char c = p.layout[j];
+      if (c == '0') {
+        if (bit && d.error.empty())
+          d.error = "byte " + std::to_string(at - g.size() + j / 8) + " has a bit set that must be clear";
+        continue;
+      }
+      v[c - 'a'] = (v[c - 'a'] << 1) | bit;
+      k[c - 'a'] = (k[c - 'a'] << 1) | (present ? 1 : 0);
+    }
+    for (int i = 0; i < here; ++i) {
+      for (int swaps = p.swapFieldsAtCut ? 2 : p.width ? 1 : 0; swaps > 0; --swaps) {
+        v[i] = SwapOuter(v[i], p.width);
+        k[i] = SwapOuter(k[i], p.width);
+      }
+      if (p.reverseValue) {
+        v[i] = Reverse8(v[i] & 0xFF) | (v[i] & ~0xFFu);
+        k[i] = Reverse8(k[i] & 0xFF) | (k[i] & ~0xFFu);
+      }
+      d.value.push_back(v[i]);
+      d.known.push_back(k[i]);
+    }
+  }
+  if (at != data.size() && d.error.empty())
+    d.error = std::to_string(data.size() - at) + " bytes more than the walk fills";
+  return d;
+}
+
+// The two plane tables back to the gray 4 byte pairs they were split from: V = first * 256 +
+// second holds plane A in its odd bits and plane B in its even bits, from the top bits of the
+// planes in big endian and from their bottom bits otherwise.
+std::vector<std::uint8_t> MergePlanes(const std::vector<std::uint8_t>& a, const std::vector<std::uint8_t>& b,
+                                      bool bigEndian) {
+  std::vector<std::uint8_t> out;
+  for (std::size_t i = 0; i < std::min(a.size(), b.size()); ++i) {
+    unsigned v = 0;
+    for (int k = 0; k < 8; ++k) {
+      const int bit = bigEndian ? k : 7 - k;
+      v |= (((a[i] >> bit) & 1u) << (2 * k + 1)) | (((b[i] >> bit) & 1u) << (2 * k));
+    }
+    out.push_back(static_cast<std::uint8_t>(v >> 8));
+    out.push_back(static_cast<std::uint8_t>(v & 0xFF));
+  }
+  return out;
+}
+
+// The bytes of each data table of an 8 bit text output; a table opens with its "{" line.
+std::vector<std::vector<std::uint8_t>> TextTables(const std::vector<std::string>& lines) {
+  static const std::regex hex("0x([0-9A-F]{2})");
+  std::vector<std::vector<std::uint8_t>> tables;
+  for (const auto& line : lines) {
+    if (line == "{") tables.emplace_back();
+    if (tables.empty()) continue;
+    for (std::sregex_iterator m(line.begin(), line.end(), hex), end; m != end; ++m)
+      tables.back().push_back(static_cast<std::uint8_t>(std::stoi((*m)[1].str(), nullptr, 16)));
+  }
+  return tables;
+}
+
+// ---- the families of modes --------------------------------------------------------------------
+
+struct Variant {
+  const char* label;
+  void (*apply)(ConversionSession&);
+  std::string layout;
+  bool swapBytes;
+  bool swapFieldsAtCut;
+};
+
+struct Family {
+  const char* name;
+  int mode;
+  std::vector<std::pair<int, int>> sizes;
+  std::vector<D> directions;
+  int along;  // the picture's size along the byte axis must be a multiple of this
+  int band;   // the depth of a sliced band
+  int width;  // 0, or the bit width of a wide value
+  bool pairs;
+  // The direction commands refuse these modes at some or all sizes (8 colours: no whole number is a
+  // multiple of 2.66666666; slices: odd heights), yet a stored project still holds a direction.
+  bool storedDirection;
+  std::vector<Variant> variants;
+};
+
+void NoOption(ConversionSession&) {}
+void SwapNibble(ConversionSession& s) { s.SwapNibble = true; }
+void SwapFirstLast(ConversionSession& s) { s.SwapFirstLast = true; }
+void Rgba(ConversionSession& s) { s.Rgba = true; }
+void SwapAndRgba(ConversionSession& s) { s.SwapFirstLast = s.Rgba = true; }
+void SwapRedBlue(ConversionSession& s) { s.SwapRedGreen = true; }
+
+std::string Bits(char pixel, int n) { return std::string(n, pixel); }
+
+const std::vector<Family>& Families() {
+  const std::vector<std::pair<int, int>> any = {{13, 11}, {16, 8}};
+  const std::vector<Variant> nibbles = {{"", NoOption, "aaaabbbb", false, false},
+                                        {"swap nibble", SwapNibble, "bbbbaaaa", false, false}};
+  const auto plain = [](std::string layout) {
+    return std::vector<Variant>{{"", NoOption, std::move(layout), false, false}};
+  };
+  const auto swappable = [](const std::string& layout) {
+    return std::vector<Variant>{{"", NoOption, layout, false, false},
+                                {"swap first and last", SwapFirstLast, layout, true, false}};
+  };
+  const std::string rgb = Bits('a', 24);
+  static const std::vector<Family> families = {
+      {"monochrome", 1, {{16, 8}, {13, 16}, {24, 13}}, kEveryDirection, 8, 8, 0, false, false, plain("abcdefgh")},
+      {"monochrome inverted", 2, {{16, 8}, {13, 16}, {24, 13}}, kEveryDirection, 8, 8, 0, false, false,
+       plain("abcdefgh")},
+      {"gray 4", 24, {{16, 8}, {13, 12}, {12, 13}}, kEveryDirection, 4, 4, 0, false, false, plain("aabbccdd")},
+      // Down reads eight pixels for both planes at once; the other walks pair up gray 4 bytes.
+      {"gray 4 two pages", 25, {{16, 8}, {13, 8}, {8, 13}}, {D::Down, D::DownAll, D::UpAll, D::ToRightAll, D::ToLeftAll},
+       4, 8, 0, false, false, plain("aabbccdd")},
+      {"gray 16", 26, {{16, 8}, {13, 10}, {10, 13}}, kEveryDirection, 2, 2, 0, false, false, nibbles},
+      {"gray 16 horizontal pixels", 27, {{16, 8}, {10, 13}, {14, 6}},
+       {D::DownAll, D::UpAll, D::ToRight, D::ToRightAll, D::ToLeft, D::ToLeftAll}, 2, 2, 0, true, false, nibbles},
+      {"gray 16 slices of 8", 28, {{13, 11}, {16, 8}, {8, 16}}, {D::Down}, 1, 8, 0, false, true, nibbles},
+      // 120, 128 and 130 pixels leave 0, 2 and 1 pixels of the last triple.
+      {"gray 32 packed", 29, {{12, 10}, {16, 8}, {13, 10}, {10, 13}}, kWholeLines, 2, 1, 0, false, false,
+       plain("aaaaa0bbbbbccccc")},
+      {"gray 32 right aligned", 30, any, kWholeLines, 1, 1, 0, false, false, plain("000aaaaa")},
+      {"gray 32 left aligned", 31, any, kWholeLines, 1, 1, 0, false, false, plain("aaaaa000")},
+      {"gray 256", 32, any, kEveryDirection, 1, 1, 0, false, false, plain("aaaaaaaa")},
+      {"8 colours", 54, {{16, 8}, {13, 16}, {16, 11}}, kWholeLines, 8, 8, 0, false, true,
+       plain("aaabbbcccdddeeefffggghhh")},
+      {"16 colours", 55, {{16, 8}, {13, 10}, {10, 13}}, kEveryDirection, 2, 2, 0, false, false, nibbles},
+      {"256 colours", 56, any, kEveryDirection, 1, 1, 0, false, false, plain("aaaaaaaa")},
+      // Swap First and Last has no effect on packed pairs; 143 pixels leave the last one half sent.
+      {"4096 packed", 57, any, kEveryDirection, 1, 1, 12, false, false,
+       {{"", NoOption, Bits('a', 12) + Bits('b', 12), false, false},
+        {"swap first and last", SwapFirstLast, Bits('a', 12) + Bits('b', 12), false, false}}},
+      {"4096 unpacked", 58, any, kEveryDirection, 1, 1, 12, false, false, swappable("0000" + Bits('a', 12))},
+      {"65536", 59, any, kEveryDirection, 1, 1, 16, false, false,
+       {{"", NoOption, Bits('a', 16), false, false}, {"swap red and blue", SwapRedBlue, Bits('a', 16), false, true}}},
+      {"262k packed", 60, any, kEveryDirection, 1, 1, 18, false, false, swappable("000000" + Bits('a', 18))},
+      {"262k unpacked", 61, any, kEveryDirection, 1, 1, 18, false, false,
+       swappable("00" + Bits('a', 6) + "00" + Bits('a', 6) + "00" + Bits('a', 6))},
+      {"16M", 62, any, kEveryDirection, 1, 1, 24, false, false, swappable(rgb)},
+      // The zero byte leads, or trails with RGBA; with RGBA and the swap there is none.
+      {"16M with alpha", 63, any, kEveryDirection, 1, 1, 24, false, false,
+       {{"", NoOption, "00000000" + rgb, false, false},
+        {"swap first and last", SwapFirstLast, "00000000" + rgb, true, false},
+        {"RGBA", Rgba, rgb + "00000000", false, false},
+        {"RGBA, swap first and last", SwapAndRgba, rgb, true, false}}},
+  };
+  return families;
+}
+
+// The colours a picture of the mode is made of.
+std::vector<Colour> PictureColours(const ConversionSession& s, int mode) {
+  if (mode <= 2) return {rm::kWhite, rm::kBlack};
+  std::uint32_t seed = 12345u + static_cast<std::uint32_t>(mode);
+  const auto next = [&] {
+    seed = seed * 1664525u + 1013904223u;
+    return seed >> 8;
+  };
+  std::vector<Colour> out;
+  if (mode >= 62) {
+    out = {rm::kWhite, rm::kBlack};
+    for (int i = 0; i < 64; ++i) out.push_back(static_cast<Colour>(next() & 0xFFFFFF));
+    return out;
+  }
+  const auto& table = s.PaletteSize > 0 ? s.PaletteTable : s.ModeColours;
+  if (table.size() <= 256) return table;
+  out = {table.front(), table.back()};
+  for (int i = 0; i < 98; ++i) out.push_back(table[next() % table.size()]);
+  return out;
+}
+
+// The value a colour must come back as: its first place in the mode's table, found by a plain
+// search; in monochrome black is 1, in 16M the colour is its own value.
+std::map<Colour, std::uint32_t> ExpectedValues(const ConversionSession& s, int mode, const std::vector<Colour>& colours) {
+  std::map<Colour, std::uint32_t> out;
+  for (Colour c : colours) out[c] = mode <= 2 ? (c == rm::kBlack ? 1 : 0) : static_cast<std::uint32_t>(c);
+  if (mode <= 2 || mode >= 62) return out;
+  // Walking the table backwards leaves each colour at the first place it holds.
+  const auto& table = s.PaletteSize > 0 ? s.PaletteTable : s.ModeColours;
+  for (std::size_t i = table.size(); i-- > 0;)
+    if (const auto it = out.find(table[i]); it != out.end()) it->second = static_cast<std::uint32_t>(i);
+  return out;
+}
+
+std::string Hex(std::uint32_t v) {
+  char buf[16];
+  std::snprintf(buf, sizeof buf, "0x%X", v);
+  return buf;
+}
+
+// Test names and failure output show the family by its name.
+void PrintTo(const Family& f, std::ostream* os) { *os << f.name; }
+
+// Inverted monochrome is read from the 8 bit text, the form its inversion is made for; the two
+// page mode exists only as 8 bit text. The others are read from the Binary output.
+bool ReadFromText(const Family& f) { return f.mode == 2 || f.mode == 25; }
+
+// Sets one Paging Scheme, converts, and reads every pixel back. Empty when all came back, else
+// what went wrong, up to the first pixel that did not.
+std::string ConvertAndReadBack(rmtest::TestProgram& p, const Family& f, const Variant& variant, const Bitmap& picture,
+                               const std::map<Colour, std::uint32_t>& values, D d, bool other, bool big) {
+  ConversionSession& s = p.app.session;
+  if (f.storedDirection) {
+    s.Direction = d;
+    s.Horizontal = rm::IsHorizontal(d);
+    s.Origin = NormalCorner(d);
+  } else if (!p.app.mainForm.SetDirection(d)) {
+    return "the direction command refused";
+  }
+  if (other) p.app.mainForm.ToggleOriginCorner();
+  if (s.Origin != (other ? OtherCorner(d) : NormalCorner(d))) return std::string("the origin is ") + Name(s.Origin);
+  if (big)
+    p.app.mainForm.MsbFirst();
+  else
+    p.app.mainForm.MsbLast();
+
+  if (!p.Convert())
+    return "the conversion failed" + (p.ui.messages.empty() ? "" : ": " + p.ui.messages.back().text);
+  if (s.Direction != d) return std::string("walked ") + Name(s.Direction) + " instead";
+
+  std::vector<std::uint8_t> data = p.app.hex.Bytes();
+  if (ReadFromText(f)) {
+    const auto tables = TextTables(p.app.mainText.Lines());
+    const std::size_t expectedTables = f.mode == 25 ? 2 : 1;
+    if (tables.size() != expectedTables || tables[0].size() != tables.back().size())
+      return std::to_string(tables.size()) + " data tables where " + std::to_string(expectedTables) +
+             " of one size were due";
+    // Plane B is the first table, plane A the second.
+    data = f.mode == 25 ? MergePlanes(tables[1], tables[0], big) : tables[0];
+  }
+
+  const bool twoPagesDown = f.mode == 25 && d == D::Down;
+  Packing packing;
+  // Down in two pages assembles eight pixels into two bytes at once, without mirroring them.
+  packing.layout = twoPagesDown ? "aabbccddeeffgghh" : variant.layout;
+  packing.width = f.width;
+  packing.reverseEachByte = !big && f.width == 0 && !twoPagesDown;
+  packing.reverseValue = !big && f.width != 0;
+  packing.swapBytes = variant.swapBytes;
+  packing.swapFieldsAtCut = variant.swapFieldsAtCut;
+  packing.invert = f.mode == 2;
+
+  const std::vector<Pos> walk = WalkOrder(d, !other, picture.Width(), picture.Height(), f.band, f.pairs && Vertical(d));
+  const Decoded got = Unpack(data, walk.size(), packing);
+  if (!got.error.empty())
+    return got.error + " (" + std::to_string(data.size()) + " bytes for " + std::to_string(walk.size()) + " pixels)";
+  for (std::size_t i = 0; i < walk.size(); ++i) {
+    const Colour c = picture.GetPixel(walk[i].x, walk[i].y);
+    std::uint32_t expected = c == rm::kOutside ? 0 : values.at(c);  // below the picture reads as 0
+    if (packing.reverseValue) expected &= 0xFF;
+    if (((got.value[i] ^ expected) & got.known[i]) != 0)
+      return "pixel " + std::to_string(i) + " of " + std::to_string(walk.size()) + " at (" +
+             std::to_string(walk[i].x) + ", " + std::to_string(walk[i].y) + "), colour " +
+             Hex(static_cast<std::uint32_t>(c)) + ", should read " + Hex(expected) + ", the data gives " +
+             Hex(got.value[i]) + " in the bits " + Hex(got.known[i]);
+  }
+  return "";
+}
+
+class RoundTrip : public ::testing::TestWithParam<Family> {};
+
+TEST_P(RoundTrip, EveryPixelComesBack) {
+  const Family& f = GetParam();
+  std::map<D, int> walked;
+  for (const Variant& variant : f.variants) {
+    for (auto [w, h] : f.sizes) {
+      rmtest::TestProgram p;
+      p.Setup(f.mode, Bitmap(w, h));
+      variant.apply(p.app.session);
+      const std::vector<Colour> colours = PictureColours(p.app.session, f.mode);
+      ASSERT_FALSE(colours.empty()) << f.name << ": the mode's colour table is empty";
+      const auto values = ExpectedValues(p.app.session, f.mode, colours);
+      const Bitmap picture = rmtest::PatternPicture(w, h, colours, static_cast<std::uint32_t>(w * 31 + h + f.mode));
+      p.app.pixelForm.SetCanvas(picture);
+      if (!ReadFromText(f)) p.app.mainForm.HexOutput1Click();
+
+      for (D d : f.directions) {
+        const int along = (f.mode == 25 && d == D::Down) ? 8 : f.along;
+        if ((Vertical(d) ? h : w) % along != 0 || (f.pairs && Vertical(d) && w % 2 != 0)) continue;
+        ++walked[d];
+        for (bool other : {false, true}) {
+          if (f.mode == 25 && d == D::Down && other) continue;  // two pages go down from the left only
+          for (bool big : {true, false}) {
+            const std::string failure = ConvertAndReadBack(p, f, variant, picture, values, d, other, big);
+            if (failure.empty()) continue;
+            ADD_FAILURE() << f.name << " (mode " << f.mode << ")" << (*variant.label ? ", " : "") << variant.label
+                          << ", " << w << "x" << h << ", " << Name(d) << ", origin "
+                          << Name(other ? OtherCorner(d) : NormalCorner(d)) << (big ? ", MSB first" : ", MSB last")
+                          << ": " << failure;
+          }
+        }
+      }
+    }
+  }
+  for (D d : f.directions) EXPECT_GT(walked[d], 0) << f.name << ": no size fits " << Name(d);
+}
+
+std::string CaseName(const ::testing::TestParamInfo<Family>& info) {
+  std::string name = info.param.name;
+  std::replace(name.begin(), name.end(), ' ', '_');
+  return "Mode" + std::to_string(info.param.mode) + "_" + name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, RoundTrip, ::testing::ValuesIn(Families()), CaseName);
+
+}  // namespace
