@@ -215,6 +215,13 @@ TEST(ConvertRoad, InvertedMonochrome) {
   p.Setup(2, Bitmap(16, 1));
   ASSERT_TRUE(p.Convert());
   EXPECT_EQ(p.DataLines()[0], " 0xFF , 0xFF ");
+
+  // The machine formats carry the bytes as packed, before the text's inversion.
+  TestProgram bin;
+  bin.Setup(2, Bitmap(16, 1));
+  bin.app.mainForm.HexOutput1Click();
+  ASSERT_TRUE(bin.Convert());
+  EXPECT_EQ(bin.app.hex.Bytes(), (std::vector<std::uint8_t>{0x00, 0x00}));
 }
 
 TEST(ConvertRoad, EscapeStopsAndKeepsWhatWasWritten) {
