@@ -7,6 +7,7 @@
 #include <map>
 
 #include "engine/ColourModes.h"
+#include "engine/HeaderTemplate.h"
 #include "engine/TextLines.h"
 #include "platform/PlatformImageCodecs.h"
 #include "shell/Application.h"
@@ -104,6 +105,8 @@ int RunConvert(const ConvertOptions& o, const volatile std::sig_atomic_t& interr
   if (!codecs.Load(o.input, picture, error)) return Fail(error);
   app.pixelForm.SetCanvas(picture);
   app.globals.BitmapSourceFile = o.input;
+  app.session.SourceFileName = BaseName(o.input);
+  app.session.TableName = TableNameFromFile(o.input);
 
   for (const auto& kv : o.settings) {
     const std::size_t eq = kv.find('=');

@@ -165,6 +165,21 @@ struct ConversionSession {
   int Packed4096Phase = 0;
   int Packed4096First = 0;
 
+  // Output assembly: the header template, the names and the texts around the table.
+  std::string HeaderIncludeFile;        // empty: the default template, held in memory
+  std::string TableName = "NewBitmap";  // the output name the tags and descriptors use
+  std::string SourceFileName = "Newfile.bmp";
+  std::string InfoFilePath;             // named by the closing comment
+  std::string LastInfoDateText;         // date and time of the last parameter file written
+  bool GraphicSizeInData = false;       // width and height as the table's first data
+  bool GraphicPositionInData = false;   // X and Y likewise
+  bool SizeDescriptors = true;          // the WidthPages/HeightPixels lines after the table
+  std::string DescriptorsEol = ";";
+  bool PostProcessing = false;
+  std::string Underscore = "_";
+  int AnimationFrame = 0;               // 1-based frame of an animation run, 0 outside one
+  int AnimationFrames = 0;
+
   // Working copies of the end of line settings, taken at the start of each conversion.
   EndOfLine WorkEol = EndOfLine::Comma;
   std::string WorkEolString = ",";

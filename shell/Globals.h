@@ -29,7 +29,6 @@ struct Globals {
   std::string BitmapSourceFile = "Newfile.bmp";
   int ExportEntry = 0;  // the Export dialog's Full / Partial choice
   std::string LastAction;
-  std::string DescriptorsEol = ";";
 };
 
 }  // namespace rm

@@ -42,8 +42,18 @@ std::vector<SettingDef> BuildTable() {
   using A = Application;
   using CA = const Application;
   return {
-      {"S", "EODS", kStr, ";", [](CA& a) { return a.globals.DescriptorsEol; },
-       [](A& a, const std::string& v) { a.globals.DescriptorsEol = v; }},
+      {"S", "EODS", kStr, ";", [](CA& a) { return a.session.DescriptorsEol; },
+       [](A& a, const std::string& v) { a.session.DescriptorsEol = v; }},
+      {"B2", "WORIG", kBool, "0", [](CA& a) { return B(a.session.GraphicPositionInData); },
+       [](A& a, const std::string& v) { a.session.GraphicPositionInData = ToBool(v); }},
+      {"B2", "WSIZE", kBool, "0", [](CA& a) { return B(a.session.GraphicSizeInData); },
+       [](A& a, const std::string& v) { a.session.GraphicSizeInData = ToBool(v); }},
+      {"B17", "BSD", kBool, "1", [](CA& a) { return B(a.session.SizeDescriptors); },
+       [](A& a, const std::string& v) { a.session.SizeDescriptors = ToBool(v); }},
+      {"B17", "BCD", kBool, "0", [](CA& a) { return B(a.session.CoordinatesDescriptors); },
+       [](A& a, const std::string& v) { a.session.CoordinatesDescriptors = ToBool(v); }},
+      {"S12", "usco", kStr, "_", [](CA& a) { return a.session.Underscore; },
+       [](A& a, const std::string& v) { a.session.Underscore = v; }},
       {"S", "CPRE", kStr, "", [](CA& a) { return a.session.Syntax.LinePrefix; },
        [](A& a, const std::string& v) { SYN.LinePrefix = v.substr(0, 15); }},
       {"S", "FXHB", kStr, "X", [](CA& a) { return a.session.Syntax.DataFormatKind; },
