@@ -81,6 +81,7 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
       ->check(CLI::IsMember({"upper", "lower"}));
   c.add_flag("--interleave", o.interleave, "Interleave rows: 0, H/2, 1, H/2+1 ...");
   c.add_flag("--auto-frame", o.autoFrame, "Export only the painted part of the canvas, rounded to whole bytes");
+  c.add_option("--template", o.templateFile, "Header Include template to fill instead of the default one");
   c.add_flag("-v,--verbose", o.verbose, "Print every step of the log");
 }
 
@@ -107,6 +108,7 @@ int RunConvert(const ConvertOptions& o, const volatile std::sig_atomic_t& interr
   app.globals.BitmapSourceFile = o.input;
   app.session.SourceFileName = BaseName(o.input);
   app.session.TableName = TableNameFromFile(o.input);
+  app.session.HeaderIncludeFile = o.templateFile;
 
   for (const auto& kv : o.settings) {
     const std::size_t eq = kv.find('=');

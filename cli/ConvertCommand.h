@@ -27,6 +27,7 @@ struct ConvertOptions {
   bool interleave = false;
   bool autoFrame = false;
   bool verbose = false;
+  std::string templateFile;
 };
 
 void AddConvertOptions(CLI::App& command, ConvertOptions& options);
