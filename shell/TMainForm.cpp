@@ -288,9 +288,23 @@ void TMainForm::SetOutputKind(OutputKind kind) {
     case OutputKind::Bits8: StatusBarAndLog("8 bit output format"); break;
     case OutputKind::Bits16: StatusBarAndLog("16 bit output format"); break;
     case OutputKind::Bits32: StatusBarAndLog("32 bit output format"); break;
-    case OutputKind::BinaryFile: StatusBarAndLog("Hex File output format"); break;
-    case OutputKind::IntelHex: StatusBarAndLog("Intel Hex output format"); break;
+    case OutputKind::BinaryFile: StatusBarAndLog("Binary output mode"); break;
+    case OutputKind::IntelHex: StatusBarAndLog("Hex File output mode"); break;
   }
+}
+
+bool TMainForm::ExportToBinaryClick() {
+  ConversionSession& s = app_.session;
+  if (s.Output == OutputKind::IntelHex) return app_.imageForm.EncodeButtonClick();
+  // A one-off binary image of the canvas: the user's word width and compression come back after.
+  const OutputKind kind = s.Output;
+  const bool compression = s.Compression;
+  s.Compression = false;
+  HexOutput1Click();
+  const bool ok = app_.imageForm.EncodeButtonClick();
+  SetOutputKind(kind);
+  s.Compression = compression;
+  return ok;
 }
 
 void TMainForm::SetDataPerLine(int n) {
@@ -417,6 +431,12 @@ bool TMainForm::TranslateCanvas() {
   if (s.AutoFraming && cs.area == CanvasState::Area::AutoFrame) {
     s.SelectionActive = false;
     cs.area = CanvasState::Area::None;
+  }
+  // A finished table gets its short last record and the end of file record; a stopped one is
+  // left as it stands, like the text of a stopped table.
+  if (s.Output == OutputKind::IntelHex && ok) {
+    app_.exploForm2.EndIntelHex();
+    app_.encoder.Formatter().IntelHex().AddEndOfFile();
   }
   if (saved) canvas.WorkBitmap = std::move(*saved);
   s.Source = &canvas.WorkBitmap;

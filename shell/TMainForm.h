@@ -36,6 +36,10 @@ class TMainForm {
   void HexOutput1Click() { SetOutputKind(OutputKind::BinaryFile); }
   void IntelHexOutputClick() { SetOutputKind(OutputKind::IntelHex); }
   void SetOutputKind(OutputKind kind);
+  // Exports the Work Canvas as a binary data array: Binary File output without compression for
+  // this one conversion, then the word width and compression as they were. With Intel Hex chosen
+  // it converts to Intel HEX as usual.
+  bool ExportToBinaryClick();
   // The settings panel's Data per line command (1 also selects no separator).
   void SetDataPerLine(int n);
   void SetInterleaved(bool on) { app_session().Interleaved = on; }
