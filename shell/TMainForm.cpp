@@ -341,18 +341,15 @@ bool TMainForm::InterleaveRows() {
 
 bool TMainForm::HasStrayColours() const {
   const ConversionSession& s = app_.session;
-  ColourIndex index;
-  index.Build(s.PaletteSize > 0 ? s.PaletteTable : s.ModeColours);
+  // Kept between conversions: the index is rebuilt only when the table has changed.
+  strayIndex_.Build(s.PaletteSize > 0 ? s.PaletteTable : s.ModeColours);
   const Bitmap& b = app_.pixelForm.WorkBitmap;
-  Colour last = kOutside;  // neighbours mostly share a colour: one lookup per run
+  // Row by row through the run lookup, which fetches a large palette's slots ahead of use.
+  std::vector<std::int32_t> values(static_cast<std::size_t>(b.Width()));
   for (int y = 0; y < b.Height(); ++y) {
-    const auto* row = b.Row(y);
-    for (int x = 0; x < b.Width(); ++x) {
-      const Colour c = static_cast<Colour>(row[x] & 0xFFFFFFu);
-      if (c == last) continue;
-      if (index.IndexOf(c) < 0) return true;
-      last = c;
-    }
+    strayIndex_.IndexOfRun(b.Row(y), values.data(), values.size());
+    for (const std::int32_t v : values)
+      if (v < 0) return true;
   }
   return false;
 }

@@ -3,6 +3,7 @@
 
 #include "engine/ColourModes.h"
 #include "engine/ConversionSession.h"
+#include "engine/Palette.h"
 
 namespace rm {
 
@@ -56,6 +57,7 @@ class TMainForm {
   bool InterleaveRows();
 
   Application& app_;
+  mutable ColourIndex strayIndex_;
 };
 
 const char* DirectionInfoText(PagingDirection d);
