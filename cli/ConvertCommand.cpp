@@ -8,6 +8,7 @@
 
 #include "engine/ColourModes.h"
 #include "engine/HeaderTemplate.h"
+#include "engine/IntelHex.h"
 #include "engine/TextLines.h"
 #include "platform/PlatformImageCodecs.h"
 #include "shell/Application.h"
@@ -62,7 +63,10 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
   std::vector<std::string> modeNames;
   for (const auto& m : kColourModes) modeNames.emplace_back(m.cliName);
   c.add_option("INPUT", o.input, "Picture to convert (PNG or BMP)")->required();
-  c.add_option("-o,--output", o.output, "Write the Data Array to this file; '-' or no option prints it");
+  c.add_option("-o", o.output, "Write the Data Array to this file; '-' or no option prints it");
+  c.add_option("--output", o.outputKind,
+               "Output kind: text (default), bin (the bytes themselves) or hex (Intel HEX records); any other "
+               "value is taken as the file to write, like -o");
   c.add_option("--mode", o.mode, "Colour mode")->check(CLI::IsMember(modeNames));
   c.add_option("--direction", o.direction, "Paging direction")
       ->check(CLI::IsMember({"tr", "tl", "tra", "tla", "td", "tu", "tda", "tua"}));
@@ -85,9 +89,29 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
   c.add_flag("--compress", o.compress,
              "Run length compression: a data table and a pointer table (monochrome, 8 bit text output only)");
   c.add_flag("-v,--verbose", o.verbose, "Print every step of the log");
+  c.add_option("--hex-line", o.hexLine, "Intel HEX: data bytes per record (default 16)")
+      ->check(CLI::IsMember({8, 16, 32}));
+  c.add_option("--hex-address-digits", o.hexAddressDigits,
+               "Intel HEX: digits of the record address; 6 and 8 go beyond the published format (default 4)")
+      ->check(CLI::IsMember({4, 6, 8}));
+  c.add_option("--hex-offset", o.hexOffset,
+               "Intel HEX: address of the first byte, 1 to 8 hex digits, rounded down to a multiple of 16");
 }
 
-int RunConvert(const ConvertOptions& o, const volatile std::sig_atomic_t& interrupted, bool terminal) {
+int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& interrupted, bool terminal) {
+  ConvertOptions o = options;
+  const bool kindNamed = o.outputKind == "text" || o.outputKind == "bin" || o.outputKind == "hex";
+  if (!o.outputKind.empty() && !kindNamed) {
+    if (!o.output.empty()) return Fail("-o and --output both name the file to write", 2);
+    o.output = o.outputKind;
+    o.outputKind.clear();
+  }
+  if ((o.outputKind == "bin" || o.outputKind == "hex") && o.width != 0)
+    return Fail("--width applies to text output only, not to --output " + o.outputKind, 2);
+  std::uint32_t hexOffset = 0;
+  if (o.hexOffset && !IntelHexRecords::ParseOffset(*o.hexOffset, hexOffset))
+    return Fail("--hex-offset takes 1 to 8 hex digits, not \"" + *o.hexOffset + "\"", 2);
+
   ConsoleUi ui(stderr, &interrupted);
   ui.SetYes(o.yes);
   ui.SetVerbose(o.verbose);
@@ -129,9 +153,16 @@ int RunConvert(const ConvertOptions& o, const volatile std::sig_atomic_t& interr
   if (o.perLine > 0) app.mainForm.SetDataPerLine(o.perLine);
   if (o.msbFirst) app.mainForm.MsbFirst();
   if (o.msbLast) app.mainForm.MsbLast();
+  if (o.outputKind == "text" && (s.Output == OutputKind::BinaryFile || s.Output == OutputKind::IntelHex))
+    app.mainForm.Data8bitClick();
+  if (o.outputKind == "bin") app.mainForm.HexOutput1Click();
+  if (o.outputKind == "hex") app.mainForm.IntelHexOutputClick();
   if (o.width == 8) app.mainForm.Data8bitClick();
   if (o.width == 16) app.mainForm.data16bitClick();
   if (o.width == 32) app.mainForm.data32bitClick();
+  if (o.hexLine != 0) s.HexBytesPerLine = o.hexLine;
+  if (o.hexAddressDigits != 0) s.HexAddressDigits = o.hexAddressDigits;
+  if (o.hexOffset) s.HexAddressOffset = hexOffset;
   if (!o.area.empty()) {
     int x = 0, y = 0, w = 0, h = 0;
     char extra = 0;
@@ -161,12 +192,12 @@ int RunConvert(const ConvertOptions& o, const volatile std::sig_atomic_t& interr
   if (interrupted) return Fail("interrupted: nothing was written");
   if (!ok) return Fail("the conversion did not run to its end: nothing was written");
 
+  // Binary output is the hex editor's bytes; Intel HEX records stand in the main text like any
+  // other output text.
   std::string data;
   if (s.Output == OutputKind::BinaryFile) {
     const auto& bytes = app.hex.Bytes();
     data.assign(bytes.begin(), bytes.end());
-  } else if (s.Output == OutputKind::IntelHex) {
-    return Fail("Intel HEX files are written by the whole-file output, which this build does not have yet");
   } else {
     data = app.mainText.Text();
   }

@@ -1,5 +1,6 @@
 #pragma once
 #include <csignal>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,12 @@ namespace rmcli {
 struct ConvertOptions {
   std::string input;
   std::string output;  // empty or "-": standard output
+  // --output: "text", "bin" or "hex" choose the output kind; any other value names the file, as
+  // -o does (the option named the file before it named the kind).
+  std::string outputKind;
+  int hexLine = 0;           // Intel HEX data bytes per record; 0 keeps the setting
+  int hexAddressDigits = 0;  // 4, 6 or 8; 0 keeps the setting
+  std::optional<std::string> hexOffset;  // hex digits; absent keeps the setting
   std::string mode;
   std::string direction;
   std::string origin;
@@ -33,7 +40,8 @@ struct ConvertOptions {
 
 void AddConvertOptions(CLI::App& command, ConvertOptions& options);
 // Exit status: 0 done; 1 refused or failed; 2 a usage error found after parsing (a bad --set,
-// --area or --origin), the same status the parser gives its own usage errors.
+// --area, --origin or --hex-offset, conflicting options), the same status the parser gives its
+// own usage errors.
 int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& interrupted, bool terminal);
 const char* VersionText();
 

@@ -105,6 +105,11 @@ struct ConversionSession {
 
   // Width group.
   OutputKind Output = OutputKind::Bits8;
+  // Intel HEX records: data bytes per record (8, 16, 32), digits of the address field (4, 6, 8)
+  // and the first address, which the records round down to a multiple of 16.
+  int HexBytesPerLine = 16;
+  int HexAddressDigits = 4;
+  std::uint32_t HexAddressOffset = 0;
 
   // Options of the packers and rearrangement.
   bool SwapFirstLast = false;   // rgb2

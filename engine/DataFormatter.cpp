@@ -43,6 +43,7 @@ void DataFormatter::Reset() {
   suffixPending_ = false;
   holdingFirstPlane_ = false;
   firstPlaneByte_ = 0;
+  intelHex_.Start(s_.HexBytesPerLine, s_.HexAddressDigits, s_.HexAddressOffset);
 }
 
 int DataFormatter::WordBytes() const {
@@ -135,8 +136,10 @@ void DataFormatter::EmitDataByte(bool /*lastOfPixel*/) {
   if (s_.Output == OutputKind::BinaryFile || s_.Output == OutputKind::IntelHex) {
     // The machine formats take the byte as packed: the inversion belongs to the text output,
     // so a binary image of an inverted table is the plain picture.
-    dataText_ = Hex2(value);
-    hex_.AddPair(dataText_);
+    if (s_.Output == OutputKind::IntelHex)
+      intelHex_.InputByte(static_cast<std::uint8_t>(value));
+    else
+      hex_.AddByte(static_cast<std::uint8_t>(value));
     return;
   }
   if (s_.Monochrome && s_.NegativeOutput) value = 255 - value;

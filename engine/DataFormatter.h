@@ -4,6 +4,7 @@
 
 #include "engine/ConversionSession.h"
 #include "engine/HexBuffer.h"
+#include "engine/IntelHex.h"
 #include "engine/TextLines.h"
 
 namespace rm {
@@ -13,7 +14,7 @@ namespace rm {
 class DataFormatter {
  public:
   DataFormatter(ConversionSession& session, TextLines& text, TextLines& aux, HexBuffer& hex)
-      : s_(session), text_(text), aux_(aux), hex_(hex) {}
+      : s_(session), text_(text), aux_(aux), hex_(hex), intelHex_(text) {}
 
   // All line state empty, Data per line from the working value.
   void Reset();
@@ -54,6 +55,8 @@ class DataFormatter {
 
   // Data per line in force for this table.
   int DataPerLine() const { return dataPerLine_; }
+  // The records of Intel HEX output, written into the main text.
+  IntelHexRecords& IntelHex() { return intelHex_; }
 
  private:
   // The data format kind, read once per table: comparing the setting's text per byte is slow.
@@ -87,6 +90,7 @@ class DataFormatter {
   TextLines& text_;
   TextLines& aux_;
   HexBuffer& hex_;
+  IntelHexRecords intelHex_;
 
   LineState main_;
   LineState page2_;

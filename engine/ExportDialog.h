@@ -1,4 +1,5 @@
 #pragma once
+#include <string>
 
 namespace rm {
 
@@ -12,8 +13,10 @@ struct ExportDialogState {
   bool compression = false;
   bool compressionEnabled = true;
   bool postProcessing = false;
+  // The "Intel Hex Output" group. The offset is the text as typed: hex digits.
+  int hexBytesPerLine = 16;
   int addressDigits = 4;
-  unsigned long addressOffset = 0;
+  std::string addressOffset = "0000";
 };
 
 }  // namespace rm

@@ -1,5 +1,7 @@
 #include "engine/HexBuffer.h"
 
+#include "engine/TextLines.h"
+
 namespace rm {
 
 namespace {
@@ -14,6 +16,10 @@ int HexDigit(char c) {
 void HexBuffer::AddPair(const std::string& two) {
   if (two.size() < 2) return;
   bytes_.push_back(static_cast<std::uint8_t>(HexDigit(two[0]) * 16 + HexDigit(two[1])));
+}
+
+bool HexBuffer::SaveToFile(const std::string& path, std::string* error) const {
+  return WriteFileAtomically(path, std::string(bytes_.begin(), bytes_.end()), error);
 }
 
 }  // namespace rm

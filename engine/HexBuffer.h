@@ -14,6 +14,8 @@ class HexBuffer {
   void Clear() { bytes_.clear(); }
   std::size_t Size() const { return bytes_.size(); }
   const std::vector<std::uint8_t>& Bytes() const { return bytes_; }
+  // Writes the bytes through a temporary file and a rename, so a failed write keeps the old file.
+  bool SaveToFile(const std::string& path, std::string* error = nullptr) const;
 
  private:
   std::vector<std::uint8_t> bytes_;

@@ -25,6 +25,8 @@ struct Globals {
   std::string StatusText;
   std::vector<std::string> Log;
   bool EditorUnsaved = false;
+  // "Allways Overwrite": the Convert command saves its output at once, over an existing file.
+  bool AlwaysOverwrite = false;
   std::string OutputName = "NewBitmap.h";
   std::string BitmapSourceFile = "Newfile.bmp";
   int ExportEntry = 0;  // the Export dialog's Full / Partial choice

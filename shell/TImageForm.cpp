@@ -1,5 +1,6 @@
 #include "shell/TImageForm.h"
 
+#include "engine/IntelHex.h"
 #include "shell/Application.h"
 
 namespace rm {
@@ -40,9 +41,22 @@ bool TImageForm::EncodeButtonClick() {
   if (!s.Monochrome || machine) s.Compression = false;
   dlg.compression = s.Compression;
   dlg.compressionEnabled = s.Monochrome && !machine;
+  dlg.hexBytesPerLine = s.HexBytesPerLine;
+  dlg.addressDigits = s.HexAddressDigits;
+  dlg.addressOffset = IntelHexRecords::OffsetText(s.HexAddressOffset);
   if (!ui.ExportDialog(dlg)) return false;
   s.Compression = dlg.compression && dlg.compressionEnabled;
   g.ExportEntry = dlg.entry;
+  if (s.Output == OutputKind::IntelHex) {
+    std::uint32_t offset = 0;
+    if (!IntelHexRecords::ParseOffset(dlg.addressOffset, offset)) {
+      ui.MessageDlg(" Address Offset must be 1 to 8 hexadecimal digits ! ", "Intel Hex", DlgType::Error, {"OK"});
+      return false;
+    }
+    s.HexBytesPerLine = dlg.hexBytesPerLine;
+    s.HexAddressDigits = dlg.addressDigits;
+    s.HexAddressOffset = offset;
+  }
 
   s.HalfExport = dlg.entry == 1 || dlg.entry == 2;
   s.LowerHalf = dlg.entry == 2;

@@ -288,9 +288,23 @@ void TMainForm::SetOutputKind(OutputKind kind) {
     case OutputKind::Bits8: StatusBarAndLog("8 bit output format"); break;
     case OutputKind::Bits16: StatusBarAndLog("16 bit output format"); break;
     case OutputKind::Bits32: StatusBarAndLog("32 bit output format"); break;
-    case OutputKind::BinaryFile: StatusBarAndLog("Hex File output format"); break;
-    case OutputKind::IntelHex: StatusBarAndLog("Intel Hex output format"); break;
+    case OutputKind::BinaryFile: StatusBarAndLog("Binary output mode"); break;
+    case OutputKind::IntelHex: StatusBarAndLog("Hex File output mode"); break;
   }
+}
+
+bool TMainForm::ExportToBinaryClick() {
+  ConversionSession& s = app_.session;
+  if (s.Output == OutputKind::IntelHex) return app_.imageForm.EncodeButtonClick();
+  // A one-off binary image of the canvas: the user's word width and compression come back after.
+  const OutputKind kind = s.Output;
+  const bool compression = s.Compression;
+  s.Compression = false;
+  HexOutput1Click();
+  const bool ok = app_.imageForm.EncodeButtonClick();
+  SetOutputKind(kind);
+  s.Compression = compression;
+  return ok;
 }
 
 void TMainForm::SetDataPerLine(int n) {
@@ -346,18 +360,15 @@ bool TMainForm::ExportColorPaletteAsArray3Click() {
 
 bool TMainForm::HasStrayColours() const {
   const ConversionSession& s = app_.session;
-  ColourIndex index;
-  index.Build(s.PaletteSize > 0 ? s.PaletteTable : s.ModeColours);
+  // Kept between conversions: the index is rebuilt only when the table has changed.
+  strayIndex_.Build(s.PaletteSize > 0 ? s.PaletteTable : s.ModeColours);
   const Bitmap& b = app_.pixelForm.WorkBitmap;
-  Colour last = kOutside;  // neighbours mostly share a colour: one lookup per run
+  // Row by row through the run lookup, which fetches a large palette's slots ahead of use.
+  std::vector<std::int32_t> values(static_cast<std::size_t>(b.Width()));
   for (int y = 0; y < b.Height(); ++y) {
-    const auto* row = b.Row(y);
-    for (int x = 0; x < b.Width(); ++x) {
-      const Colour c = static_cast<Colour>(row[x] & 0xFFFFFFu);
-      if (c == last) continue;
-      if (index.IndexOf(c) < 0) return true;
-      last = c;
-    }
+    strayIndex_.IndexOfRun(b.Row(y), values.data(), values.size());
+    for (const std::int32_t v : values)
+      if (v < 0) return true;
   }
   return false;
 }
@@ -436,6 +447,12 @@ bool TMainForm::TranslateCanvas() {
   if (s.AutoFraming && cs.area == CanvasState::Area::AutoFrame) {
     s.SelectionActive = false;
     cs.area = CanvasState::Area::None;
+  }
+  // A finished table gets its short last record and the end of file record; a stopped one is
+  // left as it stands, like the text of a stopped table.
+  if (s.Output == OutputKind::IntelHex && ok) {
+    app_.exploForm2.EndIntelHex();
+    app_.encoder.Formatter().IntelHex().AddEndOfFile();
   }
   if (saved) canvas.WorkBitmap = std::move(*saved);
   s.Source = &canvas.WorkBitmap;

@@ -3,6 +3,7 @@
 
 #include "engine/ColourModes.h"
 #include "engine/ConversionSession.h"
+#include "engine/Palette.h"
 
 namespace rm {
 
@@ -36,6 +37,10 @@ class TMainForm {
   void HexOutput1Click() { SetOutputKind(OutputKind::BinaryFile); }
   void IntelHexOutputClick() { SetOutputKind(OutputKind::IntelHex); }
   void SetOutputKind(OutputKind kind);
+  // Exports the Work Canvas as a binary data array: Binary File output without compression for
+  // this one conversion, then the word width and compression as they were. With Intel Hex chosen
+  // it converts to Intel HEX as usual.
+  bool ExportToBinaryClick();
   // The settings panel's Data per line command (1 also selects no separator).
   void SetDataPerLine(int n);
   void SetInterleaved(bool on) { app_session().Interleaved = on; }
@@ -55,6 +60,7 @@ class TMainForm {
   bool InterleaveRows();
 
   Application& app_;
+  mutable ColourIndex strayIndex_;
 };
 
 const char* DirectionInfoText(PagingDirection d);

@@ -226,7 +226,6 @@ TEST_F(Cli, ExitStatusStdoutAndStderr) {
       {"BMP header only", {"convert", bmpHeader}, 1, "header.bmp"},
       {"direction the canvas refuses", {"convert", rows12, "--direction", "td"}, 1, "does not fit"},
       {"area outside the canvas", {"convert", good, "--area", "0,0,64,8"}, 1, "nothing was written"},
-      {"Intel HEX output", {"convert", good, "--set", "DIHec=1"}, 1, "Intel HEX"},
       {"unknown mode", {"convert", good, "--mode", "c17"}, 2, "--mode"},
       {"unknown direction", {"convert", good, "--direction", "sideways"}, 2, "--direction"},
       {"both bit orders", {"convert", good, "--msb-first", "--msb-last"}, 2, "excludes"},

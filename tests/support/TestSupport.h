@@ -1,5 +1,6 @@
 #pragma once
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,10 @@ class ScriptedUi : public rm::UiPort {
   }
   bool EscapePressed() override;
   void Beep() override { ++beeps; }
+  bool ExportDialog(rm::ExportDialogState& state) override { return exportDialog ? exportDialog(state) : true; }
+
+  // Plays the user's part in the Export dialog; unset, the dialog is confirmed as it opens.
+  std::function<bool(rm::ExportDialogState&)> exportDialog;
 
   std::deque<std::string> answers;
   std::vector<Message> messages;

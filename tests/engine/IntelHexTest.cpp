@@ -1,0 +1,130 @@
+#include "engine/IntelHex.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "support/HexRecordReader.h"
+
+namespace {
+
+using rm::IntelHexRecords;
+using rm::TextLines;
+using rmtest::HexRecord;
+using rmtest::ParseHexRecord;
+
+std::uint8_t ByteAt(int i) { return static_cast<std::uint8_t>((i * 37 + 11) & 0xFF); }
+
+TEST(IntelHexRecords, RecordArithmetic) {
+  struct Case {
+    const char* name;
+    int count, perLine, digits;
+    std::uint32_t offset;
+    std::uint64_t firstAddress;
+    std::vector<int> lengths;  // LL of each data record, in order
+  };
+  const std::vector<int> sixtyFourFull(64, 0x10);
+  std::vector<int> shortLast(62, 0x10);
+  shortLast.push_back(8);
+  const Case cases[] = {
+      {"1024 bytes at 16", 1024, 16, 4, 0, 0, sixtyFourFull},
+      {"1000 bytes: a short last record", 1000, 16, 4, 0, 0, shortLast},
+      {"offset 1234 rounds down to 1230", 40, 16, 4, 0x1234, 0x1230, {16, 16, 8}},
+      {"6 digit addresses", 40, 16, 6, 0, 0, {16, 16, 8}},
+      {"8 per line", 20, 8, 4, 0, 0, {8, 8, 4}},
+      {"8 digits, 32 per line", 100, 32, 8, 0xABCDEF1F, 0xABCDEF10, {32, 32, 32, 4}},
+      {"one byte", 1, 32, 6, 0x10, 0x10, {1}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    TextLines out;
+    IntelHexRecords records(out);
+    records.Start(c.perLine, c.digits, c.offset);
+    for (int i = 0; i < c.count; ++i) records.InputByte(ByteAt(i));
+    records.EndRecord();
+    records.AddEndOfFile();
+
+    ASSERT_EQ(out.Count(), c.lengths.size() + 1);
+    EXPECT_EQ(out.Last(), ":00000001FF");
+    int next = 0;
+    for (std::size_t i = 0; i < c.lengths.size(); ++i) {
+      SCOPED_TRACE(out[i]);
+      const HexRecord r = ParseHexRecord(out[i], c.digits);
+      ASSERT_EQ(r.length, c.lengths[i]);
+      EXPECT_EQ(r.type, 0);
+      EXPECT_EQ(r.address, c.firstAddress + i * static_cast<std::uint64_t>(c.perLine));
+      EXPECT_EQ(r.byteSum % 256, 0) << "checksum";
+      for (std::uint8_t b : r.data) EXPECT_EQ(b, ByteAt(next++));
+    }
+    EXPECT_EQ(next, c.count);
+  }
+}
+
+TEST(IntelHexRecords, KnownRecords) {
+  struct Case {
+    int digits;
+    std::uint32_t offset;
+    const char* expected;
+  } cases[] = {
+      {4, 0x0100, ":0401000001020304F1"},
+      {6, 0x0100, ":040001000001020304F1"},
+      {8, 0x12345678, ":04123456700001020304E6"},
+  };
+  for (const auto& c : cases) {
+    TextLines out;
+    IntelHexRecords records(out);
+    records.Start(16, c.digits, c.offset);
+    records.InputHex("01");
+    records.InputHex("02");
+    records.InputHex("03");
+    records.InputHex("04");
+    records.EndRecord();
+    records.EndRecord();  // nothing pending: no second, empty record
+    ASSERT_EQ(out.Count(), 1u);
+    EXPECT_EQ(out[0], c.expected);
+  }
+}
+
+TEST(IntelHexRecords, FourDigitsBeyond64KiBAnnounceEachSegment) {
+  TextLines out;
+  IntelHexRecords records(out);
+  records.Start(16, 4, 0xFFE0);
+  for (int i = 0; i < 64; ++i) records.InputByte(ByteAt(i));
+  std::vector<std::string> heads;
+  for (const auto& l : out.Lines()) heads.push_back(l.substr(0, 9));
+  EXPECT_EQ(heads, (std::vector<std::string>{":10FFE000", ":10FFF000", ":02000004", ":10000000", ":10001000"}));
+  EXPECT_EQ(out[2], ":020000040001F9");
+
+  // A wide field holds the whole address: no segment records.
+  TextLines wide;
+  IntelHexRecords wideRecords(wide);
+  wideRecords.Start(16, 6, 0xFFF0);
+  for (int i = 0; i < 32; ++i) wideRecords.InputByte(ByteAt(i));
+  ASSERT_EQ(wide.Count(), 2u);
+  EXPECT_EQ(wide[1].substr(0, 11), ":1001000000");
+}
+
+TEST(IntelHexRecords, OffsetText) {
+  struct Case {
+    const char* text;
+    bool ok;
+    std::uint32_t value;
+  } cases[] = {
+      {"0000", true, 0},   {"1234", true, 0x1234},         {"ff", true, 0xFF},
+      {"7", true, 7},      {"FFFFFFFF", true, 0xFFFFFFFF}, {"", false, 0},
+      {"123456789", false, 0}, {"12G4", false, 0},        {"0x10", false, 0},
+      {" 10", false, 0},   {"-1", false, 0},
+  };
+  for (const auto& c : cases) {
+    std::uint32_t v = 0xDEAD;
+    EXPECT_EQ(IntelHexRecords::ParseOffset(c.text, v), c.ok) << '"' << c.text << '"';
+    EXPECT_EQ(v, c.ok ? c.value : 0xDEAD) << '"' << c.text << "\": a refused text leaves the value alone";
+  }
+  EXPECT_EQ(IntelHexRecords::OffsetText(0), "0000");
+  EXPECT_EQ(IntelHexRecords::OffsetText(0x1A0), "01A0");
+  EXPECT_EQ(IntelHexRecords::OffsetText(0xABCDEF12), "ABCDEF12");
+}
+
+}  // namespace
