@@ -169,6 +169,31 @@ struct ConversionSession {
   EndOfLine WorkEol = EndOfLine::Comma;
   std::string WorkEolString = ",";
   int WorkDataPerLine = 16;
+
+  // Output naming. The engine writes these names into the comments of the table, so they live
+  // here rather than with the shell's folders.
+  // The Output files folder. Empty until a project or a front end chooses one; without it the
+  // Convert command leaves its results in the editors and writes no file.
+  std::string OutputFolder;
+  std::string OutputFileName = "NewBitmap.h";    // the table's file, extension by output kind
+  std::string LastBitmapName = "NewBitmap.bmp";  // the picture the output name is made from
+  std::string BitmapSourceFile = "Newfile.bmp";  // "Newfile.bmp" means: no file behind the canvas
+  // Source language of the text output; when several are on, the first in this order wins.
+  bool AsmFile = false;
+  bool LibraryFile = false;
+  bool BasicFile = false;
+  bool CFile = false;
+  std::string LibraryExtension = "lib";  // without its point
+  std::string Underscore = "_";          // joins a name and a frame number
+  // On when the header template asks for coordinates measured from the origin corner.
+  bool TrueOrigin = false;
+  // Date and time of the last parameter file written; the next table's top comment shows it.
+  // Empty until the first parameter file.
+  std::string LastInfoDateText;
+  // Filled by the compressor for the parameter file: the size of the compressed data and its
+  // statistics, one line each, without comment marks.
+  long long CompressedBytes = 0;
+  std::vector<std::string> CompressionInfoLines;
 };
 
 }  // namespace rm

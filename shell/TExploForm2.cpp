@@ -11,12 +11,24 @@ bool TExploForm2::TranslateCanvasButtons() {
     ui.MessageDlg("Sorry, Data compression only works in the 8 bit output mode !", "Info", DlgType::Information, {"OK"});
     return false;
   }
+  app_.mainForm.defineOutputFileName();
   if (s.Gray16Horizontal && (s.Direction == PagingDirection::Up || s.Direction == PagingDirection::Down)) {
     ui.MessageDlg("Sorry this data orientation is yet not available in this grayscale mode > 2 horizontal pixels", "Info",
                   DlgType::Information, {"OK"});
     return false;
   }
-  return app_.mainForm.TranslateCanvas();
+  if (!app_.mainForm.TranslateCanvas()) return false;
+  // With Always Overwrite the text was saved on the way out of the conversion already. A failed
+  // save keeps the data in the editor and says why; the conversion itself stands.
+  const bool overwrite = app_.globals.AlwaysOverwrite;
+  if (!s.OutputFolder.empty()) {
+    if (s.Output == OutputKind::BinaryFile) {
+      if (overwrite) app_.mainForm.SaveOutputFile(true);
+    } else if (!overwrite && app_.globals.EditorUnsaved) {
+      app_.mainForm.SaveOutputFile(false);
+    }
+  }
+  return true;
 }
 
 }  // namespace rm
