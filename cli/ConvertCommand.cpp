@@ -7,6 +7,7 @@
 #include <map>
 
 #include "engine/ColourModes.h"
+#include "engine/OutputNaming.h"
 #include "engine/TextLines.h"
 #include "platform/PlatformImageCodecs.h"
 #include "shell/Application.h"
@@ -81,6 +82,7 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
   c.add_flag("--interleave", o.interleave, "Interleave rows: 0, H/2, 1, H/2+1 ...");
   c.add_flag("--auto-frame", o.autoFrame, "Export only the painted part of the canvas, rounded to whole bytes");
   c.add_flag("-v,--verbose", o.verbose, "Print every step of the log");
+  c.add_flag("--no-info", o.noInfo, "With -o FILE, do not write the parameter file (FILE's name with .rtf) beside it");
 }
 
 int RunConvert(const ConvertOptions& o, const volatile std::sig_atomic_t& interrupted, bool terminal) {
@@ -103,7 +105,8 @@ int RunConvert(const ConvertOptions& o, const volatile std::sig_atomic_t& interr
   std::string error;
   if (!codecs.Load(o.input, picture, error)) return Fail(error);
   app.pixelForm.SetCanvas(picture);
-  app.globals.BitmapSourceFile = o.input;
+  app.session.BitmapSourceFile = o.input;
+  app.session.LastBitmapName = o.input;
 
   for (const auto& kv : o.settings) {
     const std::size_t eq = kv.find('=');
@@ -167,6 +170,12 @@ int RunConvert(const ConvertOptions& o, const volatile std::sig_atomic_t& interr
     return 0;
   }
   if (!WriteFileAtomically(o.output, data, &error)) return Fail(o.output + ": " + error);
+  if (o.noInfo) return 0;
+  // The parameter file goes beside the file written, under its name, never into the working
+  // folder unasked: printing to standard output writes none.
+  s.OutputFolder = FolderPart(o.output).empty() ? "." : FolderPart(o.output);
+  s.OutputFileName = FileNamePart(o.output);
+  if (!app.mainForm.WriteInfoFile()) return Fail(app.mainForm.InfoFileName() + ": the parameter file was not written");
   return 0;
 }
 

@@ -27,6 +27,7 @@ struct ConvertOptions {
   bool interleave = false;
   bool autoFrame = false;
   bool verbose = false;
+  bool noInfo = false;  // no parameter file beside the output file
 };
 
 void AddConvertOptions(CLI::App& command, ConvertOptions& options);
