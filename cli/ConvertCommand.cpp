@@ -7,6 +7,7 @@
 #include <map>
 
 #include "engine/ColourModes.h"
+#include "engine/HeaderTemplate.h"
 #include "engine/OutputNaming.h"
 #include "engine/TextLines.h"
 #include "platform/PlatformImageCodecs.h"
@@ -105,7 +106,7 @@ int RunConvert(const ConvertOptions& o, const volatile std::sig_atomic_t& interr
   std::string error;
   if (!codecs.Load(o.input, picture, error)) return Fail(error);
   app.pixelForm.SetCanvas(picture);
-  app.session.BitmapSourceFile = o.input;
+  app.session.SourceFileName = BaseName(o.input);
   app.session.LastBitmapName = o.input;
 
   for (const auto& kv : o.settings) {

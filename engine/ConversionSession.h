@@ -165,31 +165,41 @@ struct ConversionSession {
   int Packed4096Phase = 0;
   int Packed4096First = 0;
 
+  // Output assembly: the header template, the names and the texts around the table.
+  std::string HeaderIncludeFile;        // empty: the default template, held in memory
+  std::string TableName = "NewBitmap";  // the output name the tags and descriptors use
+  std::string SourceFileName = "Newfile.bmp";
+  std::string InfoFilePath;             // named by the closing comment
+  std::string LastInfoDateText;         // date and time of the last parameter file written
+  bool GraphicSizeInData = false;       // width and height as the table's first data
+  bool GraphicPositionInData = false;   // X and Y likewise
+  bool SizeDescriptors = true;          // the WidthPages/HeightPixels lines after the table
+  std::string DescriptorsEol = ";";
+  bool PostProcessing = false;
+  std::string Underscore = "_";
+  int AnimationFrame = 0;               // 1-based frame of an animation run, 0 outside one
+  int AnimationFrames = 0;
+
   // Working copies of the end of line settings, taken at the start of each conversion.
   EndOfLine WorkEol = EndOfLine::Comma;
   std::string WorkEolString = ",";
   int WorkDataPerLine = 16;
 
-  // Output naming. The engine writes these names into the comments of the table, so they live
-  // here rather than with the shell's folders.
+  // Output files. The output name comes from the last picture's name (TableName, the name in
+  // the source, follows from it); the parameter file lies beside the output.
   // The Output files folder. Empty until a project or a front end chooses one; without it the
   // Convert command leaves its results in the editors and writes no file.
   std::string OutputFolder;
   std::string OutputFileName = "NewBitmap.h";    // the table's file, extension by output kind
   std::string LastBitmapName = "NewBitmap.bmp";  // the picture the output name is made from
-  std::string BitmapSourceFile = "Newfile.bmp";  // "Newfile.bmp" means: no file behind the canvas
   // Source language of the text output; when several are on, the first in this order wins.
   bool AsmFile = false;
   bool LibraryFile = false;
   bool BasicFile = false;
   bool CFile = false;
   std::string LibraryExtension = "lib";  // without its point
-  std::string Underscore = "_";          // joins a name and a frame number
   // On when the header template asks for coordinates measured from the origin corner.
   bool TrueOrigin = false;
-  // Date and time of the last parameter file written; the next table's top comment shows it.
-  // Empty until the first parameter file.
-  std::string LastInfoDateText;
   // Filled by the compressor for the parameter file: the size of the compressed data and its
   // statistics, one line each, without comment marks.
   long long CompressedBytes = 0;

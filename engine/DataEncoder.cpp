@@ -231,10 +231,12 @@ bool DataEncoder::EncodeCanvasTable() {
   PrepareValues();
 
   const bool machine = s_.Output == OutputKind::BinaryFile || s_.Output == OutputKind::IntelHex;
+  FilledTemplate head;
   if (!machine) {
-    text_.Clear();
-    text_.Add(s_.Syntax.Groups ? s_.Syntax.ArrayPrefix : s_.Syntax.BeginOfData);
+    head = LoadHeaderTemplate();
+    WriteTableHead(head);
   }
+  s_.TrueOrigin = head.trueOrigin;  // the parameter file reports the coordinates the same way
 
   RunWalker();
   std::vector<std::int32_t>().swap(values_);  // give the plane back at once
@@ -247,14 +249,7 @@ bool DataEncoder::EncodeCanvasTable() {
 
   formatter_.TakePendingSuffix();
   text_.Add(endString);
-
-  if (s_.Gray4TwoPages) {
-    formatter_.TreatLastLine(true);
-    text_.Add("");
-    text_.Add(s_.Syntax.Groups ? s_.Syntax.ArrayPrefix : s_.Syntax.BeginOfData);
-    for (const auto& l : aux_.Lines()) text_.Add(l);
-    text_.Add(endString);
-  }
+  WriteTableTail(head, endString);
   return true;
 }
 

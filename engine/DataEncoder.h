@@ -5,6 +5,7 @@
 
 #include "engine/ConversionSession.h"
 #include "engine/DataFormatter.h"
+#include "engine/HeaderTemplate.h"
 #include "engine/Palette.h"
 #include "engine/HexBuffer.h"
 #include "engine/TextLines.h"
@@ -63,6 +64,16 @@ class DataEncoder {
   void PackMonochrome(Step step);
   Colour ReadPixel(Step step);
   void Advance(Step step);
+  // The table's surroundings: the header template filled in, the comments above the table,
+  // the second plane, the descriptors and the closing comment below it.
+  FilledTemplate LoadHeaderTemplate();
+  void WriteTableHead(const FilledTemplate& head);
+  void WriteTopComments();
+  void WriteTableTail(const FilledTemplate& head, const std::string& endString);
+  std::string SizeText() const;
+  // A comment line of the chosen form: the prefix, the text and, for C comments, " */".
+  std::string Comment(const std::string& text) const;
+
   // The mode's value of a colour; false after reporting a colour that no table holds.
   bool ValueOf(Colour c, int& value);
   // The value of the pixel at (x, y), from the plane PrepareValues made when there is one.

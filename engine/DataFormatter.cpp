@@ -127,14 +127,15 @@ void DataFormatter::EmitDataByte(bool /*lastOfPixel*/) {
 
   // Monochrome marks its comment pixel by pixel as it reads them; the other modes from the value.
   if (!s_.Monochrome && commentActive_) MarkDataComment(value);
-  if (s_.Monochrome && s_.NegativeOutput) value = 255 - value;
 
   if (s_.Output == OutputKind::BinaryFile || s_.Output == OutputKind::IntelHex) {
-    // Inverted monochrome stays inverted in the machine formats too.
+    // The machine formats take the byte as packed: the inversion belongs to the text output,
+    // so a binary image of an inverted table is the plain picture.
     dataText_ = Hex2(value);
     hex_.AddPair(dataText_);
     return;
   }
+  if (s_.Monochrome && s_.NegativeOutput) value = 255 - value;
 
   if (s_.Gray4TwoPages && s_.Output == OutputKind::Bits8) {
     if (!holdingFirstPlane_) {

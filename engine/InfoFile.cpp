@@ -112,9 +112,9 @@ std::vector<std::string> InfoFileLines(const ConversionSession& s, const InfoFil
 
   // Binary and Intel HEX files are bytes, not source text: no language to name.
   if (!machine) add(FileKindText(s) + s.OutputFileName);
-  const bool noSource = s.BitmapSourceFile == "Newfile.bmp" || s.BitmapSourceFile.empty();
+  const bool noSource = s.SourceFileName == "Newfile.bmp" || s.SourceFileName.empty();
   add(std::string(f.animation ? "Animation Source file : " : "Bitmap Source file : ") +
-      (noSource ? "<none>" : s.BitmapSourceFile));
+      (noSource ? "<none>" : s.SourceFileName));
   if (!f.animation) {
     add((machine ? "Data file created : " : "Data table created : ") + s.OutputFileName);
   } else {

@@ -1,5 +1,7 @@
 #include "engine/OutputNaming.h"
 
+#include "engine/HeaderTemplate.h"
+
 namespace rm {
 
 std::string FileNamePart(const std::string& path) {
@@ -37,23 +39,9 @@ std::string DefineOutputFileName(ConversionSession& s) {
 }
 
 std::string OutputTableName(const ConversionSession& s, int frame) {
-  const std::string stem = StripExtension(FileNamePart(s.OutputFileName));
-  // Hyphens and bracketed parts cannot stand in an identifier; every one of them goes.
-  std::string name;
-  name.reserve(stem.size());
-  for (std::size_t i = 0; i < stem.size(); ++i) {
-    if (stem[i] == '-') continue;
-    if (stem[i] == '[') {
-      const std::size_t close = stem.find(']', i + 1);
-      if (close != std::string::npos) {
-        i = close;
-        continue;
-      }
-    }
-    name += stem[i];
-  }
+  const std::string name = TableNameFromFile(s.OutputFileName);
   if (frame >= 1) return name + s.Underscore + std::to_string(frame);
-  if (s.HalfExport) name += s.LowerHalf ? "_L" : "_U";
+  if (s.HalfExport) return name + (s.LowerHalf ? "_L" : "_U");
   return name;
 }
 

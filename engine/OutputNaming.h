@@ -14,9 +14,9 @@ std::string OutputExtension(const ConversionSession& s);
 std::string DefineOutputFileName(ConversionSession& s);
 
 // The name a table carries in the source ([&NAME] of the header template): the output file name
-// without extension, without hyphens and bracketed parts (a frame number "[3]" of an animation
-// file, say), then "_U" or "_L" for an upper or lower half export. For a frame of an animation
-// (frame >= 1) the underscore setting and the frame number follow instead of the half mark.
+// made an identifier by TableNameFromFile, then "_U" or "_L" for an upper or lower half export.
+// For a frame of an animation (frame >= 1) the underscore setting and the frame number follow
+// instead of the half mark.
 std::string OutputTableName(const ConversionSession& s, int frame = 0);
 
 // Output folder + "/" + output file name; the bare name when no folder is chosen.

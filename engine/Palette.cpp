@@ -303,6 +303,10 @@ int ModeColourIndexOf(const std::vector<Colour>& modeColours, Colour c) {
 }
 
 void ColourIndex::Build(const std::vector<Colour>& table) {
+  // Conversions mostly repeat on one palette; comparing is far cheaper than rebuilding.
+  if (built_ && table == source_) return;
+  source_ = table;
+  built_ = true;
   slots_.clear();
   mask_ = 0;
   if (table.empty()) return;

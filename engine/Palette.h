@@ -138,6 +138,8 @@ class ColourIndex {
   // colour (palettes are lattices whose low bits repeat the high ones).
   std::size_t Hash(Colour c) const { return (static_cast<std::uint32_t>(c) * 0x9E3779B1u) >> shift_; }
   std::vector<Slot> slots_;
+  std::vector<Colour> source_;  // the table the slots were built from
+  bool built_ = false;
   std::size_t mask_ = 0;
   int shift_ = 32;
 };

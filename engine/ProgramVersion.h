@@ -2,7 +2,7 @@
 
 namespace rm {
 
-// The program's version text, as the generated files quote it ("0.1.0").
+// The program's version text, as the generated files and the parameter file name it.
 const char* ProgramVersion();
 
 }  // namespace rm

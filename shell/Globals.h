@@ -29,19 +29,17 @@ struct Globals {
   bool EditorUnsaved = false;
   int ExportEntry = 0;  // the Export dialog's Full / Partial choice
   std::string LastAction;
-  std::string DescriptorsEol = ";";
-
   // Saving at the end of the Convert command: overwrite an existing output without asking, and
   // save a binary output as well.
   bool AlwaysOverwrite = true;
 
-  // Post-processing of the generated text after a conversion; the batch runner fills these.
-  bool PostProcessing = false;
+  // What the post-processing of the last conversion did (the switch is the session's
+  // PostProcessing); the batch runner fills these.
   std::string PostProcessingFile;
   int PostProcessingCount = 0;
 
   // The frames of the last animation conversion, for its parameter file.
-  std::vector<InfoFrameRecord> AnimationFrames;
+  std::vector<InfoFrameRecord> AnimationFrameRecords;
   long long AnimationBytes = 0;
   std::string ClipUnitFile;  // empty when no clip unit was written
 };

@@ -1,5 +1,6 @@
 #include "shell/TExploForm2.h"
 
+#include "engine/OutputNaming.h"
 #include "shell/Application.h"
 
 namespace rm {
@@ -12,6 +13,8 @@ bool TExploForm2::TranslateCanvasButtons() {
     return false;
   }
   app_.mainForm.defineOutputFileName();
+  s.TableName = OutputTableName(s);
+  s.InfoFilePath = InfoFileName(s);
   if (s.Gray16Horizontal && (s.Direction == PagingDirection::Up || s.Direction == PagingDirection::Down)) {
     ui.MessageDlg("Sorry this data orientation is yet not available in this grayscale mode > 2 horizontal pixels", "Info",
                   DlgType::Information, {"OK"});

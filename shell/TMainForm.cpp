@@ -442,10 +442,10 @@ bool TMainForm::WriteInfoFile() {
   // made, so a pinned clock gives the same bytes on every machine.
   facts.dateText = FormatDateTime(app_.clock.Now());
   facts.animation = g.AnimationActive;
-  facts.frames = g.AnimationFrames;
+  facts.frames = g.AnimationFrameRecords;
   facts.animationBytes = g.AnimationBytes;
   facts.clipUnitFile = g.ClipUnitFile;
-  facts.postProcessing = g.PostProcessing;
+  facts.postProcessing = s.PostProcessing;
   facts.postProcessingFile = g.PostProcessingFile;
   facts.postProcessingCount = g.PostProcessingCount;
 

@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "engine/ColourModes.h"
+#include "engine/HeaderTemplate.h"
 #include "engine/ProgramVersion.h"
 #include "engine/TextLines.h"
 #include "platform/PlatformImageCodecs.h"
@@ -191,9 +192,13 @@ Bitmap CornerPixel() {
   return b;
 }
 
-std::string LibraryText(int mode, const Bitmap& picture, const std::function<void(TestProgram&)>& setup) {
+// The whole file the library makes of `picture`, named as the command line names it after `file`.
+std::string LibraryText(const std::string& file, int mode, const Bitmap& picture,
+                        const std::function<void(TestProgram&)>& setup) {
   TestProgram p;
-  p.Setup(mode, picture);
+  p.Setup(mode, picture, true);
+  p.app.session.SourceFileName = rm::BaseName(file);
+  p.app.session.LastBitmapName = file;  // the Convert command names the table after it
   if (setup) setup(p);
   EXPECT_TRUE(p.Convert());
   return p.app.mainText.Text();
@@ -306,7 +311,7 @@ TEST_F(Cli, PrintsTheLibrarysText) {
     args.insert(args.end(), c.args.begin(), c.args.end());
     const Result r = Run(args);
     ASSERT_EQ(r.status, 0) << r.err;
-    EXPECT_EQ(r.out, LibraryText(c.mode, c.colourPicture ? colour : mono, c.setup));
+    EXPECT_EQ(r.out, LibraryText(c.colourPicture ? colourPath : monoPath, c.mode, c.colourPicture ? colour : mono, c.setup));
     distinct.insert(r.out);
   }
   // Only "auto frame" may equal the defaults: the pattern touches every edge.
@@ -336,12 +341,12 @@ TEST_F(Cli, EveryDirectionAndOriginMatchesTheLibrary) {
     SCOPED_TRACE(c.flag);
     const Result plain = Run({"convert", path, "--direction", c.flag});
     ASSERT_EQ(plain.status, 0) << plain.err;
-    EXPECT_EQ(plain.out, LibraryText(1, picture, [&](TestProgram& p) {
+    EXPECT_EQ(plain.out, LibraryText(path, 1, picture, [&](TestProgram& p) {
                 ASSERT_TRUE(p.app.mainForm.SetDirection(c.direction));
               }));
     const Result turned = Run({"convert", path, "--direction", c.flag, "--origin", c.otherCorner});
     ASSERT_EQ(turned.status, 0) << turned.err;
-    EXPECT_EQ(turned.out, LibraryText(1, picture, [&](TestProgram& p) {
+    EXPECT_EQ(turned.out, LibraryText(path, 1, picture, [&](TestProgram& p) {
                 ASSERT_TRUE(p.app.mainForm.SetDirection(c.direction));
                 p.app.session.Origin = c.other;
               }));
@@ -370,7 +375,8 @@ TEST_F(Cli, OptionsChangeTheBytes) {
       {{"--origin", "BL"}, 1, " 0x00 , 0x00 ,", 4},
       {{"--width", "16"}, 1, " 0x8000 , 0x0000 ,", 3},
       {{"--width", "16", "--msb-last"}, 1, " 0x0001 ,", 3},
-      {{"--width", "32"}, 1, " 0x80000000,", 10},
+      // Without the picture comment the end of line follows the padded datum.
+      {{"--width", "32"}, 1, " 0x80000000   ,", 10},
       {{"--per-line", "4"}, 1, " 0x80 , 0x00 , 0x00 , 0x00,", 10},
       {{"--set", "ORGC=8"}, 1, " 0x80 , 0x00 ,", 6},
       {{"--set", "Neg=1"}, 1, " 0x7F , 0xFF ,", 4},
@@ -378,8 +384,11 @@ TEST_F(Cli, OptionsChangeTheBytes) {
       {{"--mode", "gray4"}, 1, " 0xC0 , 0x00 ,", 6},
       {{"--mode", "c16m"}, 1, " 0x00 , 0x00 , 0x00 , 0xFF ,", 50},
   };
+  // The bare table: no header, no comments around it, no descriptors.
+  const std::vector<std::string> bare{"--set", "Noh=1", "--set", "Noonts=1", "--set", "BSD=0"};
   for (const auto& c : cases) {
     std::vector<std::string> args{"convert", path};
+    args.insert(args.end(), bare.begin(), bare.end());
     args.insert(args.end(), c.args.begin(), c.args.end());
     SCOPED_TRACE(JoinArgs(c.args));
     const Result r = Run(args);
@@ -391,7 +400,7 @@ TEST_F(Cli, OptionsChangeTheBytes) {
   }
 
   // The origin case above only says the first line lost the pixel; here is where it went.
-  const Result bl = Run({"convert", path, "--origin", "BL"});
+  const Result bl = Run({"convert", path, "--origin", "BL", "--set", "Noh=1", "--set", "Noonts=1", "--set", "BSD=0"});
   rm::TextLines lines;
   lines.SetText(bl.out);
   ASSERT_EQ(lines.Count(), 4u);
@@ -441,7 +450,7 @@ TEST_F(Cli, ParameterFileBesideTheOutput) {
                        0),
             0u)
       << info;
-  const std::vector<std::string> lines = {"C Header File : logo-big.h", "Bitmap Source file : " + path,
+  const std::vector<std::string> lines = {"C Header File : logo-big.h", "Bitmap Source file : p.png",
                                           "Data table created : logo-big.h", "Full screen pattern 32x16", "64 Bytes"};
   for (const auto& line : lines)
     EXPECT_NE(info.find("\n" + line + "\n"), std::string::npos) << line << " missing from\n" << info;

@@ -25,8 +25,8 @@ TEST(ConvertRoad, DefaultMonochromeWhiteCanvasLines) {
   EXPECT_EQ(lines[0], Repeat(" 0x00 ,", 15) + " 0x00,");
   // The very last end of line comma goes.
   EXPECT_EQ(lines[63], Repeat(" 0x00 ,", 15) + " 0x00");
-  EXPECT_EQ(p.app.mainText[0], "{");
-  EXPECT_EQ(p.app.mainText.Last(), "};");
+  EXPECT_EQ(p.TableLines().front(), "{");
+  EXPECT_EQ(p.TableLines().back(), "};");
   EXPECT_EQ(p.app.session.TotalBytes, 1024);
   EXPECT_EQ(p.app.session.TotalBytesPlus, 1025);
   EXPECT_TRUE(p.ui.messages.empty());
@@ -207,7 +207,7 @@ TEST(ConvertRoad, GroupsFrameEachRow) {
   p.app.mainForm.SetDataPerLine(2);  // one full line per band: lines are not cut at a band's end
   ASSERT_TRUE(p.Convert());
   const std::vector<std::string> expected = {"{", "{", " 0x00 , 0x00,", "},", "{", " 0x00 , 0x00", "},", "};"};
-  EXPECT_EQ(p.app.mainText.Lines(), expected);
+  EXPECT_EQ(p.TableLines(), expected);
 }
 
 TEST(ConvertRoad, InvertedMonochrome) {
@@ -215,6 +215,13 @@ TEST(ConvertRoad, InvertedMonochrome) {
   p.Setup(2, Bitmap(16, 1));
   ASSERT_TRUE(p.Convert());
   EXPECT_EQ(p.DataLines()[0], " 0xFF , 0xFF ");
+
+  // The machine formats carry the bytes as packed, before the text's inversion.
+  TestProgram bin;
+  bin.Setup(2, Bitmap(16, 1));
+  bin.app.mainForm.HexOutput1Click();
+  ASSERT_TRUE(bin.Convert());
+  EXPECT_EQ(bin.app.hex.Bytes(), (std::vector<std::uint8_t>{0x00, 0x00}));
 }
 
 TEST(ConvertRoad, EscapeStopsAndKeepsWhatWasWritten) {
@@ -223,7 +230,11 @@ TEST(ConvertRoad, EscapeStopsAndKeepsWhatWasWritten) {
   p.ui.escapeAfterPolls = 40;
   EXPECT_FALSE(p.Convert());
   EXPECT_TRUE(p.app.session.Abort);
-  EXPECT_EQ(p.app.mainText.Count(), 3u);  // the begin of data and two lines of 16
+  // The text ends with the begin of data and two lines of 16: nothing after the stop.
+  const auto& l = p.app.mainText.Lines();
+  ASSERT_GE(l.size(), 3u);
+  EXPECT_EQ(l[l.size() - 3], "{");
+  EXPECT_EQ(l.back(), Repeat(" 0x00 ,", 15) + " 0x00,");
   EXPECT_EQ(p.app.session.ByteCount, 40);
 }
 

@@ -43,11 +43,11 @@ void Direction(TestProgram& p, PagingDirection d) { ASSERT_TRUE(p.app.mainForm.S
 
 void RunCase(const GoldenCase& c) {
   TestProgram p;
-  p.app.mainForm.SetColourMode(c.mode, true);
+  p.Setup(c.mode, Bitmap(1, 1));
   p.app.pixelForm.SetCanvas(rmtest::PatternPicture(c.width, c.height, ModeColours(p.app.session)));
   if (c.setup) c.setup(p);
   ASSERT_TRUE(p.Convert()) << c.file << ": " << (p.ui.messages.empty() ? "" : p.ui.messages.back().text);
-  const std::string diff = rmtest::CompareGolden(std::string("data/") + c.file, p.Text());
+  const std::string diff = rmtest::CompareGolden(std::string("data/") + c.file, p.TableText());
   EXPECT_TRUE(diff.empty()) << diff;
 }
 

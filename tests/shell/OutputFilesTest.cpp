@@ -131,7 +131,6 @@ TEST(OutputNaming, TableNameRules) {
       {"walk[3].h", 0, 0, "_", "walk"},
       {"walk[3]-x[12].asm", 0, 0, "_", "walkx"},
       {"[all].h", 0, 0, "_", ""},
-      {"odd[.h", 0, 0, "_", "odd["},
       {"name.with.dots.h", 0, 0, "_", "name.with.dots"},
       {"logo.h", 1, 0, "_", "logo_U"},
       {"lo-go.h", 2, 0, "_", "logo_L"},
@@ -203,7 +202,7 @@ TEST(OutputNaming, NewKeysKeepTheirFactoryDefaults) {
   TestProgram p;
   const std::pair<const char*, const char*> keys[] = {
       {"OFP", ""},      {"Asmf", "0"},  {"libf", "0"}, {"basf", "0"}, {"cfil", "0"},
-      {"nbmfn", "NewBitmap.bmp"}, {"usco", "_"}, {"fexts", "lib"}, {"Dnask", "1"},
+      {"nbmfn", "NewBitmap.bmp"}, {"fexts", "lib"}, {"Dnask", "1"},
   };
   for (const auto& [key, value] : keys) {
     const rm::SettingDef* def = rm::FindSetting(key);
@@ -253,40 +252,39 @@ TEST_F(InfoFile, GoldenParameterFiles) {
          Set(p, "snib", "1");
          Set(p, "cfil", "1");
          Set(p, "nbmfn", "/art/gray-ramp.png");
-         p.app.session.BitmapSourceFile = "/art/gray-ramp.png";
+         p.app.session.SourceFileName = "gray-ramp.png";
        }},
   };
   for (const auto& c : cases) Check(c);
 }
 
 TEST_F(InfoFile, AreaExportWithAndWithoutTrueOrigin) {
-  // To Left All from the bottom right corner, so the true origin mirrors both axes.
-  auto area = [](bool trueOrigin) {
-    return [trueOrigin](TestProgram& p) {
-      ASSERT_TRUE(p.app.mainForm.SetDirection(PagingDirection::ToLeftAll));
-      p.app.mainForm.ToggleOriginCorner();
-      ASSERT_EQ(p.app.session.Origin, rm::OriginCorner::BR);
-      auto& s = p.app.session;
-      s.SelectionActive = true;
-      s.ExportAreaX1 = 8;
-      s.ExportAreaY1 = 16;
-      s.ExportAreaX2 = 40;
-      s.ExportAreaY2 = 32;
-      p.app.globals.ExportEntry = 3;
-      p.ui.answers.push_back("Yes");  // " Export Selected Area to Data Array ? "
-      s.TrueOrigin = trueOrigin;
-    };
-  };
-  // The answered question is the one message of these runs.
-  for (bool on : {false, true}) {
+  // To Left All from the bottom right corner, so the true origin mirrors both axes. The default
+  // header template asks for the true origin; a template without [&TRUEORG] does not.
+  for (bool trueOrigin : {false, true}) {
+    SCOPED_TRACE(trueOrigin);
     for (const auto& e : fs::directory_iterator(dir_)) fs::remove_all(e.path());
     TestProgram p;
     Prepare(p, rmtest::PatternPicture(128, 64, {rm::kWhite, rm::kBlack}));
-    area(on)(p);
+    auto& s = p.app.session;
+    if (!trueOrigin) {
+      s.HeaderIncludeFile = dir_ + "/plain.txt";
+      std::ofstream(s.HeaderIncludeFile) << "const uint8_t [&NAME][] = {\n";
+    }
+    ASSERT_TRUE(p.app.mainForm.SetDirection(PagingDirection::ToLeftAll));
+    p.app.mainForm.ToggleOriginCorner();
+    ASSERT_EQ(s.Origin, rm::OriginCorner::BR);
+    s.SelectionActive = true;
+    s.ExportAreaX1 = 8;
+    s.ExportAreaY1 = 16;
+    s.ExportAreaX2 = 40;
+    s.ExportAreaY2 = 32;
+    p.app.globals.ExportEntry = 3;
     ASSERT_TRUE(p.Convert());
+    // The question of the area export is the one message of these runs.
     ASSERT_EQ(p.ui.messages.size(), 1u);
     EXPECT_EQ(p.ui.messages[0].text, " Export Selected Area to Data Array ? ");
-    const std::string golden = on ? "infofile/area-true-origin-on.rtf" : "infofile/area-true-origin-off.rtf";
+    const std::string golden = trueOrigin ? "infofile/area-true-origin-on.rtf" : "infofile/area-true-origin-off.rtf";
     const std::string diff = rmtest::CompareGolden(golden, rmtest::ReadFile(p.app.mainForm.InfoFileName()));
     EXPECT_TRUE(diff.empty()) << diff;
   }

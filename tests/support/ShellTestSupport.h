@@ -14,21 +14,30 @@ struct TestProgram {
   rm::FixedClock clock{1700000000};
   rm::Application app{ui, clock};
 
-  // Mode first (on the blank canvas, so no question), then the picture.
-  void Setup(int mode, const rm::Bitmap& picture) {
+  // Mode first (on the blank canvas, so no question), then the picture. A bare table (no header,
+  // comments or descriptors) unless `wholeFile`: most tests look at the data alone.
+  void Setup(int mode, const rm::Bitmap& picture, bool wholeFile = false) {
     app.mainForm.SetColourMode(mode, true);
     app.pixelForm.SetCanvas(picture);
+    if (!wholeFile) {
+      app.session.Syntax.NoHeader = true;
+      app.session.SizeDescriptors = false;
+    }
   }
   bool Convert() {
     app.globals.EditorUnsaved = false;
     return app.imageForm.EncodeButtonClick();
   }
   std::string Text() const { return app.mainText.Text(); }
-  // The data lines: everything between the begin and the end of data.
+  // The table: from the begin of data (or the array prefix with groups) to the end string, both
+  // included. Comments and descriptors around it are left out.
+  std::vector<std::string> TableLines() const;
+  std::string TableText() const;
+  // The data lines: the table without its first and last line.
   std::vector<std::string> DataLines() const {
-    const auto& l = app.mainText.Lines();
-    if (l.size() < 2) return {};
-    return std::vector<std::string>(l.begin() + 1, l.end() - 1);
+    auto t = TableLines();
+    if (t.size() < 2) return {};
+    return std::vector<std::string>(t.begin() + 1, t.end() - 1);
   }
 };
 

@@ -1,0 +1,192 @@
+// The parts of a table around its data: the header template, the comments above, the second
+// plane of the two page mode, the descriptors and the closing comment below.
+#include <cmath>
+
+#include "engine/DataEncoder.h"
+#include "engine/ProgramVersion.h"
+
+namespace rm {
+
+namespace {
+
+std::string TrimRight(std::string s) {
+  while (!s.empty() && (s.back() == ' ' || s.back() == '\t' || s.back() == '\r')) s.pop_back();
+  return s;
+}
+
+std::string ReplaceAll(std::string s, const std::string& from, const std::string& to) {
+  for (std::size_t pos = s.find(from); pos != std::string::npos; pos = s.find(from, pos + to.size()))
+    s.replace(pos, from.size(), to);
+  return s;
+}
+
+}  // namespace
+
+std::string DataEncoder::Comment(const std::string& text) const {
+  if (s_.Syntax.Comment == CommentForm::C) return "/*" + text + " */";
+  return formatter_.CommentPrefix() + text;
+}
+
+std::string DataEncoder::SizeText() const {
+  long long size = s_.TotalBytes;
+  if (s_.Output == OutputKind::Bits32)
+    size /= 4;
+  else if (s_.Output == OutputKind::Bits16)
+    size /= 2;
+  if (s_.Monochrome && !s_.Not6bit && s_.EncodeWidth % 6 == 0) ++size;
+  if (s_.Gray4TwoPages && s_.Direction != PagingDirection::Down) size /= 2;
+  // Numbers above 255 take two bytes each in the data.
+  const int numbers = (s_.EncodeWidth > 255 || s_.EncodeHeight > 255) ? 4 : 2;
+  if (s_.GraphicSizeInData) size += numbers;
+  if (s_.GraphicPositionInData) size += numbers;
+  return std::to_string(size);
+}
+
+FilledTemplate DataEncoder::LoadHeaderTemplate() {
+  std::vector<std::string> lines;
+  if (s_.HeaderIncludeFile.empty()) {
+    lines = DefaultGraphicsTemplate();
+  } else {
+    TextLines file;
+    if (file.LoadFromFile(s_.HeaderIncludeFile))
+      lines = file.Lines();
+    else
+      ui_.MessageDlg(" File " + s_.HeaderIncludeFile + " not found ! No table header will be add... ", "Warning",
+                     DlgType::Warning, {"OK"});
+  }
+  HeaderTagValues v;
+  const bool animation = s_.AnimationFrame > 0;
+  v.name = animation ? s_.TableName + s_.Underscore + std::to_string(s_.AnimationFrame) : s_.TableName;
+  v.nameLengthSkew = animation ? -static_cast<int>(s_.Underscore.size()) : 0;
+  v.size = s_.Compression ? std::string() : SizeText();
+  v.sizeInData = s_.GraphicSizeInData;
+  v.positionInData = s_.GraphicPositionInData;
+  v.linePrefix = s_.Syntax.LinePrefix + s_.Syntax.LinePrefix2;
+  v.width = s_.EncodeWidth;
+  v.height = s_.EncodeHeight;
+  v.x1 = s_.ExportAreaX1;
+  v.y1 = s_.ExportAreaY1;
+  v.x2 = s_.ExportAreaX2;
+  v.y2 = s_.ExportAreaY2;
+  v.canvasWidth = s_.CanvasWidth;
+  v.canvasHeight = s_.CanvasHeight;
+  v.originRight = s_.Origin == OriginCorner::TR || s_.Origin == OriginCorner::BR;
+  v.originBottom = s_.Origin == OriginCorner::BL || s_.Origin == OriginCorner::BR;
+  v.pointerName = "x" + s_.Underscore + v.name;
+  return FillTemplate(lines, v);
+}
+
+void DataEncoder::WriteTopComments() {
+  const std::string version = ProgramVersion();
+  const bool c = s_.Syntax.Comment == CommentForm::C;
+  if (s_.Compression)
+    text_.Add(c ? "/* COMPRESSED Data generated with rastermill " + version + "*/"
+                : Comment(" COMPRESSED Data generated with rastermill " + version));
+  else
+    text_.Add(Comment(" Data generated with rastermill " + version));
+  if (s_.AnimationFrame > 0)
+    text_.Add(Comment(" Animated Sequence Part # " + std::to_string(s_.AnimationFrame) + " of " +
+                      std::to_string(s_.AnimationFrames) + " "));
+  text_.Add(Comment(" " + s_.LastInfoDateText));
+  text_.Add(Comment(" Bitmap Source file : " + s_.SourceFileName));
+  std::string width;
+  switch (s_.Output) {
+    case OutputKind::Bits16: width = " Word width format is 16 bit "; break;
+    case OutputKind::Bits32: width = " Word width format is 32 bit "; break;
+    default: width = " Byte width format is 8 bit "; break;
+  }
+  width += s_.BigEndian ? "/ Big endian" : "/ Little endian";
+  if (s_.Monochrome && !s_.Not6bit) width += " / 6 bit T6963 Mode ";
+  text_.Add(Comment(width));
+  if (s_.PostProcessing) text_.Add(Comment(" Postprocessing is ENABLED "));
+  text_.Add("");
+}
+
+void DataEncoder::WriteTableHead(const FilledTemplate& head) {
+  const DataSyntax& syn = s_.Syntax;
+  text_.Clear();
+  for (const std::string& l : head.commentLines) text_.Add(l);
+  if (!syn.NoComments) WriteTopComments();
+  const bool widen = syn.ConvertUint8 && (s_.Output == OutputKind::Bits16 || s_.Output == OutputKind::Bits32);
+  const std::string wide = s_.Output == OutputKind::Bits32 ? "uint32_t" : "uint16_t";
+  if (!syn.NoHeader) {
+    for (const std::string& raw : head.header) {
+      const std::string l = TrimRight(widen ? ReplaceAll(raw, "uint8_t", wide) : raw);
+      if (l.empty() && !text_.Empty() && text_.Last().empty()) continue;  // one blank line, not two
+      text_.Add(l);
+    }
+  } else if (!syn.Groups) {
+    text_.Add(syn.BeginOfData);
+  }
+  if (syn.Groups) text_.Add(syn.ArrayPrefix);
+
+  // The pointer table of a compressed run is built beside the data, under its own header.
+  if (s_.Compression) {
+    aux_.Clear();
+    for (const std::string& l : head.pointerHeader) aux_.Add(TrimRight(l));
+  }
+}
+
+void DataEncoder::WriteTableTail(const FilledTemplate& head, const std::string& endString) {
+  const DataSyntax& syn = s_.Syntax;
+  if (s_.Gray4TwoPages) {
+    // The second plane, under the declaration line of the first.
+    formatter_.TreatLastLine(true);
+    text_.Add("");
+    const bool declared = !syn.NoHeader && !head.nameLine.empty();
+    if (declared) text_.Add(TrimRight(head.nameLine));
+    if (syn.Groups)
+      text_.Add(syn.ArrayPrefix);
+    else if (!declared)
+      text_.Add(syn.BeginOfData);
+    for (const auto& l : aux_.Lines()) text_.Add(l);
+    text_.Add(endString);
+  }
+
+  const auto descriptor = [&](const std::string& text) {
+    if (text_.Empty() || !text_.Last().empty()) text_.Add("");
+    text_.Add(head.beforeName + " " + s_.TableName + text + " " + s_.DescriptorsEol);
+    text_.Add("");
+  };
+  const long double ppb = s_.PixelsPerByte;
+  if (s_.SizeDescriptors) {
+    if (s_.Horizontal) {
+      descriptor("WidthPages = " + std::to_string(static_cast<long long>(std::trunc(s_.EncodeWidth / ppb))));
+      descriptor("HeightPixels = " + std::to_string(s_.EncodeHeight));
+    } else {
+      descriptor("WidthPixels = " + std::to_string(s_.EncodeWidth));
+      descriptor("HeightPages = " + std::to_string(static_cast<long long>(std::trunc(s_.EncodeHeight / ppb))));
+    }
+  }
+  if (s_.CoordinatesDescriptors) {
+    descriptor("X = " + std::to_string(head.x));
+    descriptor("Y = " + std::to_string(head.y));
+  }
+
+  if (syn.NoComments) return;
+  long double count = s_.ByteCount;
+  const bool words = s_.Output == OutputKind::Bits16 || s_.Output == OutputKind::Bits32;
+  if (s_.Output == OutputKind::Bits16) count /= 2;
+  if (s_.Output == OutputKind::Bits32) count /= 4;
+  if (s_.ModeNumber == 29) count = std::ceil(count / 3);
+  const std::string number = std::to_string(static_cast<long long>(std::trunc(count)));
+  const std::string unit = words ? " Words" : " Bytes";
+  const std::string info = s_.InfoFilePath.empty() ? s_.TableName + ".rtf" : s_.InfoFilePath;
+  if (syn.Comment == CommentForm::C) {
+    text_.Add("/*****************/");
+    text_.Add("/* " + number + unit + " */");
+    text_.Add("/* End of LCD Pattern           */");
+    text_.Add("");
+    text_.Add("/* Save table and see info file " + info + " */");
+  } else {
+    const std::string t = formatter_.CommentPrefix();
+    text_.Add(t + " ******************");
+    text_.Add(t + number + unit + " ");
+    text_.Add(t + "  End of LCD Pattern  ");
+    text_.Add("");
+    text_.Add(t + "  Save table and see info file " + info);
+  }
+  text_.Add("");
+}
+
+}  // namespace rm

@@ -1,0 +1,13 @@
+// FOR GRAPHICS exported from WORK CANVAS
+
+#include <avr/pgmspace.h>
+
+const uint8_t  NewBitmap [16] PROGMEM = {
+
+ 0xFF , 0xFF , 0xA0 , 0x01 , 0x88 , 0x01 , 0x82 , 0x01 , 0x80 , 0x81 , 0x80 , 0x21 , 0x80 , 0x09 , 0xFF , 0xFF
+};
+
+const uint8_t  NewBitmapWidthPages = 2 ;
+
+const uint8_t  NewBitmapHeightPixels = 8 ;
+

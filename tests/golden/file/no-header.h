@@ -1,0 +1,19 @@
+/* Data generated with rastermill 0.1.0 */
+/*  */
+/* Bitmap Source file : Newfile.bmp */
+/* Byte width format is 8 bit / Big endian */
+
+{
+ 0xFF , 0xFF , 0xA0 , 0x01 , 0x88 , 0x01 , 0x82 , 0x01 , 0x80 , 0x81 , 0x80 , 0x21 , 0x80 , 0x09 , 0xFF , 0xFF
+};
+
+const uint8_t  NewBitmapWidthPages = 2 ;
+
+const uint8_t  NewBitmapHeightPixels = 8 ;
+
+/*****************/
+/* 16 Bytes */
+/* End of LCD Pattern           */
+
+/* Save table and see info file NewBitmap.rtf */
+

@@ -1,0 +1,122 @@
+// Whole generated files: comments, header template, table, descriptors and closing comment,
+// compared with reviewed files in tests/golden/file. UPDATE_GOLDEN=1 rewrites them.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <functional>
+
+#include "support/ShellTestSupport.h"
+
+namespace {
+
+using rm::Bitmap;
+using rmtest::TestProgram;
+
+// A small picture with a recognisable pattern: a frame and a diagonal.
+Bitmap Picture(int w, int h) {
+  Bitmap b(w, h);
+  for (int x = 0; x < w; ++x) {
+    b.SetPixel(x, 0, rm::kBlack);
+    b.SetPixel(x, h - 1, rm::kBlack);
+  }
+  for (int y = 0; y < h; ++y) {
+    b.SetPixel(0, y, rm::kBlack);
+    b.SetPixel(w - 1, y, rm::kBlack);
+    b.SetPixel(y * w / h, y, rm::kBlack);
+  }
+  return b;
+}
+
+struct FileCase {
+  const char* file;
+  int mode;
+  Bitmap picture;
+  std::function<void(TestProgram&)> setup;
+};
+
+void Check(const FileCase& c) {
+  TestProgram p;
+  p.Setup(c.mode, c.picture, true);
+  if (c.setup) c.setup(p);
+  ASSERT_TRUE(p.Convert()) << c.file;
+  const std::string diff = rmtest::CompareGolden(std::string("file/") + c.file, p.Text());
+  EXPECT_TRUE(diff.empty()) << diff;
+}
+
+TEST(GoldenFile, DefaultFileLineForLine) {
+  // The blank 128 x 64 canvas of a new project, as a new user first converts it.
+  Check({"default.h", 1, Bitmap(128, 64), [](TestProgram& p) { p.app.session.LastInfoDateText = "23/11/2026 10:00:00"; }});
+}
+
+TEST(GoldenFile, Variants) {
+  const FileCase cases[] = {
+      {"word16.h", 1, Picture(32, 8), [](TestProgram& p) { p.app.mainForm.data16bitClick(); }},
+      {"word32-le.h", 1, Picture(32, 4),
+       [](TestProgram& p) {
+         p.app.mainForm.data32bitClick();
+         p.app.mainForm.MsbLast();
+       }},
+      {"slashes.h", 1, Picture(16, 8), [](TestProgram& p) { p.app.session.Syntax.Comment = rm::CommentForm::Slashes; }},
+      {"semicolon-asm.h", 1, Picture(16, 8),
+       [](TestProgram& p) {
+         auto& s = p.app.session.Syntax;
+         s.Comment = rm::CommentForm::Semicolon;
+         s.DataFormatKind = "H";
+         s.LinePrefix = "  .db";
+       }},
+      {"no-header.h", 1, Picture(16, 8), [](TestProgram& p) { p.app.session.Syntax.NoHeader = true; }},
+      {"no-comments.h", 1, Picture(16, 8), [](TestProgram& p) { p.app.session.Syntax.NoComments = true; }},
+      {"groups.h", 1, Picture(16, 4),
+       [](TestProgram& p) {
+         p.app.mainForm.SetDataPerLine(2);
+         p.app.session.Syntax.Groups = true;
+       }},
+      {"vertical-descriptors.h", 1, Picture(16, 16),
+       [](TestProgram& p) {
+         ASSERT_TRUE(p.app.mainForm.SetDirection(rm::PagingDirection::Down));
+         p.app.session.CoordinatesDescriptors = true;
+         p.app.session.DescriptorsEol = "; // set by the project";
+       }},
+      {"size-and-position-in-data.h", 1, Picture(16, 8),
+       [](TestProgram& p) {
+         p.app.session.GraphicSizeInData = true;
+         p.app.session.GraphicPositionInData = true;
+       }},
+      {"gray4-two-pages.h", 25, Bitmap(16, 8), nullptr},
+      {"c65k-uint16.h", 59, Bitmap(4, 2), [](TestProgram& p) { p.app.mainForm.data16bitClick(); }},
+  };
+  for (const auto& c : cases) Check(c);
+}
+
+TEST(GoldenFile, TemplateFromTheProject) {
+  const std::string dir = rmtest::MakeTempDir();
+  const std::string path = dir + "/project.txt";
+  std::ofstream(path) << "//** kept above everything\n"
+                         "; [&NAME] for the assembler\n"
+                         "[&TRUEORG][&NAME]:  ; [&XPOS] [&YPOS] [&WIDTH] [&HEIGHT]\n"
+                         "[&COMPRESSION]\n"
+                         "x [&CNAME]\n";
+  Check({"project-template.asm", 1, Picture(16, 4), [&](TestProgram& p) {
+           p.app.session.HeaderIncludeFile = path;
+           p.app.session.GraphicPositionInData = true;
+           p.app.session.Syntax.Comment = rm::CommentForm::Semicolon;
+           p.app.session.Syntax.DataFormatKind = "H";
+           p.app.session.Syntax.BeginOfData = "";
+           p.app.session.Syntax.EndOfData = "";
+         }});
+}
+
+TEST(GoldenFile, MissingTemplateWarnsAndGoesOn) {
+  TestProgram p;
+  p.Setup(1, Bitmap(8, 2), true);
+  p.app.session.HeaderIncludeFile = "/nonexistent/folder/project.txt";
+  ASSERT_TRUE(p.Convert());
+  ASSERT_EQ(p.ui.messages.size(), 1u);
+  EXPECT_EQ(p.ui.messages[0].text,
+            " File /nonexistent/folder/project.txt not found ! No table header will be add... ");
+  EXPECT_EQ(p.ui.messages[0].title, "Warning");
+  // An empty template: the data follow the comments with no declaration of their own.
+  EXPECT_NE(p.Text().find("Big endian */\n\n 0x00 , 0x00 \n};\n"), std::string::npos) << p.Text();
+}
+
+}  // namespace
