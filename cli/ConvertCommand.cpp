@@ -82,6 +82,7 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
       ->check(CLI::IsMember({"upper", "lower"}));
   c.add_flag("--interleave", o.interleave, "Interleave rows: 0, H/2, 1, H/2+1 ...");
   c.add_flag("--auto-frame", o.autoFrame, "Export only the painted part of the canvas, rounded to whole bytes");
+  c.add_option("--template", o.templateFile, "Header Include template to fill instead of the default one");
   c.add_flag("-v,--verbose", o.verbose, "Print every step of the log");
   c.add_flag("--no-info", o.noInfo, "With -o FILE, do not write the parameter file (FILE's name with .rtf) beside it");
 }
@@ -108,6 +109,7 @@ int RunConvert(const ConvertOptions& o, const volatile std::sig_atomic_t& interr
   app.pixelForm.SetCanvas(picture);
   app.session.SourceFileName = BaseName(o.input);
   app.session.LastBitmapName = o.input;
+  app.session.HeaderIncludeFile = o.templateFile;
 
   for (const auto& kv : o.settings) {
     const std::size_t eq = kv.find('=');

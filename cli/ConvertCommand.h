@@ -28,6 +28,7 @@ struct ConvertOptions {
   bool autoFrame = false;
   bool verbose = false;
   bool noInfo = false;  // no parameter file beside the output file
+  std::string templateFile;
 };
 
 void AddConvertOptions(CLI::App& command, ConvertOptions& options);

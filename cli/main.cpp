@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/ClutCommand.h"
 #include "cli/ConvertCommand.h"
 
 namespace {
@@ -30,6 +31,9 @@ int main(int argc, char** argv) {
   rmcli::ConvertOptions convert;
   CLI::App* conv = app.add_subcommand("convert", "Convert a picture into a Data Array");
   rmcli::AddConvertOptions(*conv, convert);
+  rmcli::ClutOptions clut;
+  CLI::App* clutCommand = app.add_subcommand("clut", "Write the colour mode's palette as a Color Look-up Table");
+  rmcli::AddClutOptions(*clutCommand, clut);
 
   try {
     app.parse(argc, argv);
@@ -39,5 +43,6 @@ int main(int argc, char** argv) {
 
   std::signal(SIGINT, OnInterrupt);
   if (*conv) return rmcli::RunConvert(convert, InterruptFlag(), isatty(fileno(stderr)) != 0);
+  if (*clutCommand) return rmcli::RunClut(clut);
   return 2;
 }

@@ -253,6 +253,23 @@ bool DataEncoder::EncodeCanvasTable() {
   return true;
 }
 
+bool DataEncoder::ConvertPalette() {
+  if (s_.Compression) {
+    ui_.MessageDlg("Data compression has been disabled !", "Confirm", DlgType::Confirmation, {"OK"});
+    s_.Compression = false;
+  }
+  if (canvas_.animationActive) {
+    ui_.MessageDlg(" Animation Mode Active ! ", "Error", DlgType::Error, {"OK"});
+    return false;
+  }
+  text_.Clear();
+  aux_.Clear();
+  hex_.Clear();
+  s_.Abort = false;
+  s_.ByteCount = 0;
+  return EncodeColorLutTable();
+}
+
 void DataEncoder::RunWalker() {
   switch (s_.Direction) {
     case PagingDirection::Down: WalkDown(); break;

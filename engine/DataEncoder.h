@@ -35,6 +35,10 @@ class DataEncoder {
 
   ConvertResult ConvertWorkCanvas();
   bool EncodeCanvasTable();
+  // The palette of the mode as a table of 24 bit colours, under the name "COLORLUT".
+  bool EncodeColorLutTable();
+  // The CLUT's run of the Convert command: its refusals, the buffers emptied, the table written.
+  bool ConvertPalette();
 
   void ComputeTotalBytesPlus();
   void ComputeTotalBytes();
@@ -66,9 +70,10 @@ class DataEncoder {
   void Advance(Step step);
   // The table's surroundings: the header template filled in, the comments above the table,
   // the second plane, the descriptors and the closing comment below it.
-  FilledTemplate LoadHeaderTemplate();
-  void WriteTableHead(const FilledTemplate& head);
-  void WriteTopComments();
+  // `fixedName` and `fixedSize` replace the table's own name and size (the colour table's).
+  FilledTemplate LoadHeaderTemplate(const std::string* fixedName = nullptr, const std::string* fixedSize = nullptr);
+  void WriteTableHead(const FilledTemplate& head, bool clut = false);
+  void WriteTopComments(bool clut);
   void WriteTableTail(const FilledTemplate& head, const std::string& endString);
   std::string SizeText() const;
   // A comment line of the chosen form: the prefix, the text and, for C comments, " */".

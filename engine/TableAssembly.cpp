@@ -42,7 +42,7 @@ std::string DataEncoder::SizeText() const {
   return std::to_string(size);
 }
 
-FilledTemplate DataEncoder::LoadHeaderTemplate() {
+FilledTemplate DataEncoder::LoadHeaderTemplate(const std::string* fixedName, const std::string* fixedSize) {
   std::vector<std::string> lines;
   if (s_.HeaderIncludeFile.empty()) {
     lines = DefaultGraphicsTemplate();
@@ -59,6 +59,8 @@ FilledTemplate DataEncoder::LoadHeaderTemplate() {
   v.name = animation ? s_.TableName + s_.Underscore + std::to_string(s_.AnimationFrame) : s_.TableName;
   v.nameLengthSkew = animation ? -static_cast<int>(s_.Underscore.size()) : 0;
   v.size = s_.Compression ? std::string() : SizeText();
+  if (fixedName) v.name = *fixedName;
+  if (fixedSize) v.size = *fixedSize;
   v.sizeInData = s_.GraphicSizeInData;
   v.positionInData = s_.GraphicPositionInData;
   v.linePrefix = s_.Syntax.LinePrefix + s_.Syntax.LinePrefix2;
@@ -76,10 +78,12 @@ FilledTemplate DataEncoder::LoadHeaderTemplate() {
   return FillTemplate(lines, v);
 }
 
-void DataEncoder::WriteTopComments() {
+void DataEncoder::WriteTopComments(bool clut) {
   const std::string version = ProgramVersion();
   const bool c = s_.Syntax.Comment == CommentForm::C;
-  if (s_.Compression)
+  if (clut)
+    text_.Add(Comment(" Color Look-Up Table generated with rastermill " + version));
+  else if (s_.Compression)
     text_.Add(c ? "/* COMPRESSED Data generated with rastermill " + version + "*/"
                 : Comment(" COMPRESSED Data generated with rastermill " + version));
   else
@@ -90,7 +94,7 @@ void DataEncoder::WriteTopComments() {
   text_.Add(Comment(" " + s_.LastInfoDateText));
   text_.Add(Comment(" Bitmap Source file : " + s_.SourceFileName));
   std::string width;
-  switch (s_.Output) {
+  switch (clut ? OutputKind::Bits32 : s_.Output) {
     case OutputKind::Bits16: width = " Word width format is 16 bit "; break;
     case OutputKind::Bits32: width = " Word width format is 32 bit "; break;
     default: width = " Byte width format is 8 bit "; break;
@@ -102,13 +106,15 @@ void DataEncoder::WriteTopComments() {
   text_.Add("");
 }
 
-void DataEncoder::WriteTableHead(const FilledTemplate& head) {
+void DataEncoder::WriteTableHead(const FilledTemplate& head, bool clut) {
   const DataSyntax& syn = s_.Syntax;
   text_.Clear();
   for (const std::string& l : head.commentLines) text_.Add(l);
-  if (!syn.NoComments) WriteTopComments();
-  const bool widen = syn.ConvertUint8 && (s_.Output == OutputKind::Bits16 || s_.Output == OutputKind::Bits32);
-  const std::string wide = s_.Output == OutputKind::Bits32 ? "uint32_t" : "uint16_t";
+  if (!syn.NoComments) WriteTopComments(clut);
+  // A colour look-up table holds 24 bit values: its entries are 32 bit wide whatever the output.
+  const OutputKind width = clut ? OutputKind::Bits32 : s_.Output;
+  const bool widen = syn.ConvertUint8 && (width == OutputKind::Bits16 || width == OutputKind::Bits32);
+  const std::string wide = width == OutputKind::Bits32 ? "uint32_t" : "uint16_t";
   if (!syn.NoHeader) {
     for (const std::string& raw : head.header) {
       const std::string l = TrimRight(widen ? ReplaceAll(raw, "uint8_t", wide) : raw);
@@ -121,7 +127,7 @@ void DataEncoder::WriteTableHead(const FilledTemplate& head) {
   if (syn.Groups) text_.Add(syn.ArrayPrefix);
 
   // The pointer table of a compressed run is built beside the data, under its own header.
-  if (s_.Compression) {
+  if (s_.Compression && !clut) {
     aux_.Clear();
     for (const std::string& l : head.pointerHeader) aux_.Add(TrimRight(l));
   }
@@ -187,6 +193,72 @@ void DataEncoder::WriteTableTail(const FilledTemplate& head, const std::string& 
     text_.Add(t + "  Save table and see info file " + info);
   }
   text_.Add("");
+}
+
+
+bool DataEncoder::EncodeColorLutTable() {
+  if (canvas_.floatingSelection) {
+    ui_.MessageDlg(" Please paste selected area before doing the canvas encoding ! ", "Error", DlgType::Error, {"OK"});
+    return false;
+  }
+  formatter_.Reset();
+  const DataSyntax& syn = s_.Syntax;
+  const std::string name = "COLORLUT";
+  const std::string size = std::to_string(s_.PaletteSize);
+  const FilledTemplate head = LoadHeaderTemplate(&name, &size);
+  WriteTableHead(head, true);
+
+  std::string prefix, suffix;
+  bool decimal = false;
+  const std::string& kind = syn.DataFormatKind;
+  if (kind == "H") {
+    suffix = "h";
+  } else if (kind == "+H+") {
+    prefix = syn.DataPrefix;
+    suffix = syn.DataSuffix;
+  } else if (kind == "B" || kind == "0B" || kind == "+B+" || kind == "+D+") {
+    decimal = true;  // 24 bit binary numbers would not be read by anyone: binary kinds give decimal
+    if (kind == "+B+" || kind == "+D+") {
+      prefix = syn.DataPrefix;
+      suffix = syn.DataSuffix;
+    }
+  } else {
+    prefix = "0x";
+  }
+  std::string eol;
+  switch (s_.WorkEol) {
+    case EndOfLine::Comma: eol = ","; break;
+    case EndOfLine::Semicolon: eol = ";"; break;
+    case EndOfLine::None: break;
+    case EndOfLine::Custom: eol = s_.WorkEolString; break;
+  }
+  const int n = static_cast<int>(std::min<std::size_t>(static_cast<std::size_t>(std::max(s_.PaletteSize, 0)),
+                                                        s_.PaletteTable.size()));
+  for (int i = 0; i < n; ++i) {
+    const std::uint32_t entry = static_cast<std::uint32_t>(s_.PaletteTable[static_cast<std::size_t>(i)]) & 0xFFFFFFu;
+    std::string value;
+    if (decimal) {
+      value = std::to_string(entry);
+    } else {
+      static constexpr char kDigits[] = "0123456789ABCDEF";
+      for (int shift = 20; shift >= 0; shift -= 4) value += kDigits[(entry >> shift) & 0xF];
+    }
+    std::string line = prefix + value + suffix + (i < n - 1 ? eol : std::string());
+    if (!syn.NoDataComments && !syn.NoComments) {
+      if (syn.Comment == CommentForm::C)
+        line += "   //" + std::to_string(i);
+      else
+        line += "   " + formatter_.CommentPrefix() + std::to_string(i);
+    }
+    text_.Add(line);
+  }
+  text_.Add(syn.Groups ? syn.ArraySuffix : syn.EndOfData);
+  if (!syn.NoComments) {
+    text_.Add(syn.Comment == CommentForm::C ? "/* End of Color Look-Up Table (CLUT)  */"
+                                            : formatter_.CommentPrefix() + " End of Color Look-Up Table (CLUT)  ");
+    text_.Add("");
+  }
+  return true;
 }
 
 }  // namespace rm

@@ -317,6 +317,25 @@ bool TMainForm::InterleaveRows() {
   return true;
 }
 
+bool TMainForm::ExportColorPaletteAsArray3Click() {
+  ConversionSession& s = app_.session;
+  const int m = s.ModeNumber;
+  if (!(m == 32 || (m >= 56 && m <= 61))) {
+    // The menu item is only offered in these modes; the command line can still ask for it.
+    app_.ui.MessageDlg(" A Color Look-up Table exists only in the 256 gray, 256, 4096, 65536 and 262k colors modes ! ",
+                       "Information", DlgType::Information, {"OK"});
+    return false;
+  }
+  if (s.Output == OutputKind::BinaryFile || s.Output == OutputKind::IntelHex) SetOutputKind(OutputKind::Bits8);
+  s.WorkEol = s.Syntax.Eol;
+  s.WorkEolString = s.Syntax.EolString;
+  app_.encoder.Canvas().floatingSelection = app_.pixelForm.FloatingSelection;
+  app_.encoder.Canvas().animationActive = app_.globals.AnimationActive;
+  const bool ok = app_.encoder.ConvertPalette();
+  if (ok) app_.globals.EditorUnsaved = true;
+  return ok;
+}
+
 bool TMainForm::HasStrayColours() const {
   const ConversionSession& s = app_.session;
   ColourIndex index;

@@ -43,6 +43,9 @@ class TMainForm {
 
   // Prepares the canvas and runs the conversion. False when refused or aborted.
   bool TranslateCanvas();
+  // "Export RGB Palette to Color Look-up Table (CLUT)": the mode's palette as a table in the
+  // main text. Only the modes with a palette file have one.
+  bool ExportColorPaletteAsArray3Click();
   // True when the canvas holds a colour that the mode's table lacks.
   bool HasStrayColours() const;
 

@@ -574,3 +574,24 @@ TEST_F(Cli, HelpListsEveryOption) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(Cli, ClutWritesThePaletteTable) {
+  const Result c256 = Run({"clut", "--mode", "c256"});
+  ASSERT_EQ(c256.status, 0) << c256.err;
+  EXPECT_EQ(c256.out.rfind("/* Color Look-Up Table generated with rastermill ", 0), 0u);
+  EXPECT_NE(c256.out.find("const uint32_t  COLORLUT [256] PROGMEM = {\n"), std::string::npos);
+  EXPECT_NE(c256.out.find("\n0xFFFFFF   //255\n};\n"), std::string::npos);
+
+  const std::string file = out_ + "/lut.h";
+  const Result toFile = Run({"clut", "--mode", "c4096", "-o", file, "--set", "Nodcom=1"});
+  ASSERT_EQ(toFile.status, 0) << toFile.err;
+  EXPECT_EQ(toFile.out, "");
+  EXPECT_NE(ReadFile(file).find("[4096]"), std::string::npos);
+  EXPECT_EQ(ReadFile(file).find("   //0"), std::string::npos);  // no index comments
+
+  EXPECT_EQ(Run({"clut", "--mode", "mono"}).status, 2);  // monochrome has no palette
+}
+
+}  // namespace

@@ -120,3 +120,46 @@ TEST(GoldenFile, MissingTemplateWarnsAndGoesOn) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(GoldenFile, ColourLookUpTables) {
+  struct Case {
+    const char* file;
+    int mode;
+    void (*setup)(TestProgram&);
+  } cases[] = {
+      {"clut-c256.h", 56, nullptr},
+      {"clut-gray256-decimal-slashes.h", 32,
+       [](TestProgram& p) {
+         p.app.session.Syntax.DataFormatKind = "+D+";
+         p.app.session.Syntax.DataPrefix = "";
+         p.app.session.Syntax.Comment = rm::CommentForm::Slashes;
+       }},
+  };
+  for (const auto& c : cases) {
+    TestProgram p;
+    p.Setup(c.mode, Bitmap(8, 8), true);
+    p.app.mainForm.IntelHexOutputClick();  // the table is text whatever the output kind
+    if (c.setup) c.setup(p);
+    ASSERT_TRUE(p.app.mainForm.ExportColorPaletteAsArray3Click()) << c.file;
+    EXPECT_EQ(p.app.session.Output, rm::OutputKind::Bits8);
+    const std::string diff = rmtest::CompareGolden(std::string("file/") + c.file, p.Text());
+    EXPECT_TRUE(diff.empty()) << diff;
+  }
+
+  TestProgram mono;
+  mono.Setup(1, Bitmap(8, 8), true);
+  EXPECT_FALSE(mono.app.mainForm.ExportColorPaletteAsArray3Click());
+  ASSERT_EQ(mono.ui.messages.size(), 1u);
+  EXPECT_TRUE(mono.app.mainText.Empty());
+
+  TestProgram compressed;
+  compressed.Setup(56, Bitmap(8, 8), true);
+  compressed.app.session.Compression = true;
+  EXPECT_TRUE(compressed.app.mainForm.ExportColorPaletteAsArray3Click());
+  EXPECT_EQ(compressed.ui.messages.front().text, "Data compression has been disabled !");
+  EXPECT_FALSE(compressed.app.session.Compression);
+}
+
+}  // namespace
