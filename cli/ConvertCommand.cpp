@@ -83,6 +83,8 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
   c.add_flag("--interleave", o.interleave, "Interleave rows: 0, H/2, 1, H/2+1 ...");
   c.add_flag("--auto-frame", o.autoFrame, "Export only the painted part of the canvas, rounded to whole bytes");
   c.add_option("--template", o.templateFile, "Header Include template to fill instead of the default one");
+  c.add_flag("--compress", o.compress,
+             "Run length compression: a data table and a pointer table (monochrome, 8 bit text output only)");
   c.add_flag("-v,--verbose", o.verbose, "Print every step of the log");
   c.add_flag("--no-info", o.noInfo, "With -o FILE, do not write the parameter file (FILE's name with .rtf) beside it");
 }
@@ -149,6 +151,11 @@ int RunConvert(const ConvertOptions& o, const volatile std::sig_atomic_t& interr
   if (o.half == "lower") app.globals.ExportEntry = 2;
   if (o.interleave) s.Interleaved = true;
   if (o.autoFrame) s.AutoFraming = true;
+  if (o.compress) {
+    // The program would quietly drop compression for a colour mode; asked for by name, it is refused.
+    if (!s.Monochrome) return Fail("data compression works in the monochrome modes only");
+    s.Compression = true;
+  }
 
   const bool ok = app.imageForm.EncodeButtonClick();
   ui.FinishProgress();

@@ -26,6 +26,7 @@ struct ConvertOptions {
   std::string half;
   bool interleave = false;
   bool autoFrame = false;
+  bool compress = false;
   bool verbose = false;
   bool noInfo = false;  // no parameter file beside the output file
   std::string templateFile;

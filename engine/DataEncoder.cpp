@@ -79,6 +79,7 @@ void DataEncoder::ResetWorkState() {
     s_.ExportAreaX2 = s_.CanvasWidth;
     s_.ExportAreaY2 = s_.CanvasHeight;
   }
+  compression_.Reset();
   if (s_.Compression) aux_.Clear();
 }
 
@@ -247,8 +248,13 @@ bool DataEncoder::EncodeCanvasTable() {
   formatter_.TreatLastLine();
   if (machine) return true;
 
-  formatter_.TakePendingSuffix();
-  text_.Add(endString);
+  // A compressed table closes itself, pointer table and statistics included; one that does not
+  // pay is made again without compression.
+  if (s_.Compression && !FinishCompressedTable(endString)) return RedoTableUncompressed();
+  if (!s_.Compression) {
+    formatter_.TakePendingSuffix();
+    text_.Add(endString);
+  }
   WriteTableTail(head, endString);
   return true;
 }
@@ -270,7 +276,77 @@ bool DataEncoder::ConvertPalette() {
   return EncodeColorLutTable();
 }
 
+// ---- compression --------------------------------------------------------------------------
+
+bool DataEncoder::CompressStep() {
+  if (!CompressesBytes(s_)) return false;
+  s_.ByteCount += CompressionState::ByteStep(s_);
+  return compression_.Take(s_.CurrentByte);
+}
+
+namespace {
+
+bool Blank(const std::string& line) { return line.find_first_not_of(" \t") == std::string::npos; }
+
+void RemoveDoubledBlankLines(TextLines& lines) {
+  for (std::size_t i = 1; i < lines.Count();) {
+    if (Blank(lines[i]) && Blank(lines[i - 1]))
+      lines.Delete(i);
+    else
+      ++i;
+  }
+}
+
+}  // namespace
+
+bool DataEncoder::FinishCompressedTable(const std::string& endString) {
+  formatter_.FinishPointerLines();
+  if (compression_.Saved() < 1) {
+    compressionRefused_ = true;
+    if (!canvas_.animationActive)
+      ui_.MessageDlg("No efficient data compression possible with this frame ! Uncompressed data generated ", "Warning",
+                     DlgType::Warning, {"OK"});
+    return false;
+  }
+  formatter_.TakePendingSuffix();
+  text_.Add(endString);
+  if (s_.Syntax.NoHeader) text_.Add(s_.Syntax.BeginOfData);
+  RemoveDoubledBlankLines(aux_);
+  text_.Add("");
+  for (std::size_t i = 1; i < aux_.Count(); ++i) text_.Add(aux_[i]);
+  text_.Add(endString);
+  text_.Add("");
+  WriteCompressionStatistics();
+  return true;
+}
+
+bool DataEncoder::RedoTableUncompressed() {
+  s_.CanvasWidth = walkCanvasWidth_;
+  s_.CanvasHeight = walkCanvasHeight_;
+  s_.Compression = false;
+  const bool done = EncodeCanvasTable();
+  s_.Compression = true;
+  return done;
+}
+
+void DataEncoder::WriteCompressionStatistics() {
+  const std::string prefix = formatter_.CommentPrefix(), suffix = formatter_.CommentSuffix();
+  for (const auto& line : compression_.StatisticsLines()) text_.Add(prefix + line + suffix);
+}
+
 void DataEncoder::RunWalker() {
+  if (s_.Compression) {
+    compression_.Reset();
+    compressionRefused_ = false;
+    walkCanvasWidth_ = s_.CanvasWidth;
+    walkCanvasHeight_ = s_.CanvasHeight;
+    // Without a pointer table template the table still says what it is.
+    if (aux_.Empty()) {
+      aux_.Add("");
+      aux_.Add(s_.Syntax.Comment == CommentForm::C ? "/* Compression informations /*"
+                                                   : formatter_.CommentPrefix() + "Compression informations ");
+    }
+  }
   switch (s_.Direction) {
     case PagingDirection::Down: WalkDown(); break;
     case PagingDirection::DownAll: WalkDownAll(); break;
@@ -688,6 +764,9 @@ void DataEncoder::PackMonochrome(Step step) {
       formatter_.MarkBit(order[i]);
     }
   }
+  // The byte is compared as read: the cut below and the rearrangement come after.
+  s_.CurrentByte = byte;
+  if (CompressStep()) return;
   if (step == Step::Right || step == Step::Left) {
     switch (s_.PixelsPerByteSetting) {
       case 4: byte &= 240; break;

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/Compression.h"
 #include "engine/ConversionSession.h"
 #include "engine/DataFormatter.h"
 #include "engine/HeaderTemplate.h"
@@ -60,6 +61,27 @@ class DataEncoder {
   void PackRight();
   void PackLeft();
 
+  // Compression of monochrome text tables. Every packer calls CompressStep once per byte, with
+  // the byte in `CurrentByte`: it advances `ByteCount` and returns true when the byte is
+  // swallowed, so it never reaches the data table. Without compression (and in font mode) it
+  // does nothing and the formatter counts the bytes.
+  bool CompressStep();
+  // Closes a compressed table after the last line of its data: the end string, the pointer
+  // table (AuxLines from its line 1 on: line 0 is the rest of the template line that held the
+  // pointer table's tag), the end string again and the statistics. Returns false, writing
+  // nothing, when the two tables would not be smaller than the plain one: alone, the user is
+  // told; in an animation the frame is only marked (CompressionRefused). The caller must then
+  // make the table again without compression.
+  bool FinishCompressedTable(const std::string& endString);
+  // Makes the table again with compression off, and turns it back on.
+  bool RedoTableUncompressed();
+  // True when the last compressed table did not pay and was made again without compression.
+  bool CompressionRefused() const { return compressionRefused_; }
+  void WriteCompressionStatistics();
+  // The statistics of the last compressed table without comment marks, for the parameter file.
+  std::vector<std::string> CompressionStatisticsLines() const { return compression_.StatisticsLines(); }
+  const CompressionState& Compression() const { return compression_; }
+
  private:
   enum class Step { Down, Up, Right, Left };
 
@@ -101,6 +123,12 @@ class DataEncoder {
   HexBuffer& hex_;
   UiPort& ui_;
   DataFormatter formatter_;
+  CompressionState compression_{s_, formatter_};
+  bool compressionRefused_ = false;
+  // The canvas limits as the last compressing walk found them: some walks change them at their
+  // end, and a table made again must start from the same ones.
+  int walkCanvasWidth_ = 0;
+  int walkCanvasHeight_ = 0;
   CanvasState canvas_;
   ColourIndex colourIndex_;  // the mode's table, indexed once per walk
   Colour lastColour_ = kOutside;

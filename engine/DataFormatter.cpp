@@ -3,6 +3,8 @@
 #include <initializer_list>
 #include <string_view>
 
+#include "engine/Compression.h"
+
 namespace rm {
 
 namespace {
@@ -29,6 +31,7 @@ void DataFormatter::Reset() {
   kind_ = KindOf(s_.Syntax.DataFormatKind);
   main_ = {};
   page2_ = {};
+  pointers_ = {};
   dataPerLine_ = s_.WorkDataPerLine;
   dataText_.clear();
   for (auto& b : b_) b.clear();
@@ -122,7 +125,8 @@ void DataFormatter::MarkDataComment(int value) {
 }
 
 void DataFormatter::EmitDataByte(bool /*lastOfPixel*/) {
-  s_.ByteCount += 1;
+  // A compressing walk counts its bytes before they get here, swallowed ones included.
+  if (!CompressesBytes(s_)) s_.ByteCount += 1;
   int value = s_.CurrentByte & 0xFF;
 
   // Monochrome marks its comment pixel by pixel as it reads them; the other modes from the value.
@@ -251,7 +255,7 @@ std::size_t FindFourBlanks(const std::string& l) {
 
 }  // namespace
 
-void DataFormatter::AppendDatumToLine(LineState& line, const std::string& comment) {
+void DataFormatter::AppendDatumToLine(LineState& line, const std::string& comment, std::string_view lead) {
   const DataSyntax& syn = s_.Syntax;
   const int n = dataPerLine_;
   ++line.linePosition;
@@ -272,7 +276,8 @@ void DataFormatter::AppendDatumToLine(LineState& line, const std::string& commen
   // The line prefix P: prefix, line number, prefix end. Only the first datum of a line has it.
   std::string P;
   if (p == 1 || n == 1) {
-    P = syn.LinePrefix;
+    P = lead;
+    P += syn.LinePrefix;
     if (syn.LineNumbers) P += std::to_string(line.lineNumber);
     P += syn.LinePrefix2;
   }
@@ -395,8 +400,30 @@ void DataFormatter::DeleteLastOnes(std::string& line) const {
 }
 
 void DataFormatter::TreatLastLine(bool page2) {
-  LineState& line = page2 ? page2_ : main_;
-  TextLines& target = page2 ? aux_ : text_;
+  if (page2)
+    TreatLast(page2_, aux_);
+  else
+    TreatLast(main_, text_);
+}
+
+void DataFormatter::AppendCompressionPointer(int count, bool consecutive) {
+  const int value = (count & 127) | (consecutive ? 128 : 0);
+  // A pointer is no picture: it takes no comment, and the inversion of the data never applies.
+  MakeDataText(value);
+  gap_ = " ";
+  if (!leadZero_.empty()) ++pointers_.zerosInserted;
+  const DataSyntax& syn = s_.Syntax;
+  const bool prefixed = !syn.LinePrefix.empty() || !syn.LinePrefix2.empty();
+  AppendDatumToLine(pointers_, std::string(), prefixed ? std::string_view(syn.PointerPrefix) : std::string_view());
+  leadZero_.clear();
+  FlushPointerLine();
+}
+
+void DataFormatter::FlushPointerLine() { FlushLine(pointers_, aux_, std::string()); }
+
+void DataFormatter::FinishPointerLines() { TreatLast(pointers_, aux_); }
+
+void DataFormatter::TreatLast(LineState& line, TextLines& target) {
   std::string last;
   if (dataPerLine_ > 1 && line.linePosition > 0) {
     last = std::move(line.dataLine);

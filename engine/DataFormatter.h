@@ -1,5 +1,6 @@
 #pragma once
 #include <string>
+#include <string_view>
 
 #include "engine/ConversionSession.h"
 #include "engine/HexBuffer.h"
@@ -36,6 +37,16 @@ class DataFormatter {
   // The treatment of the table's last line, after the walk. With `page2` the second table.
   void TreatLastLine(bool page2 = false);
 
+  // One pointer byte of a compressed table (bit 7 set for a repeat block) into the pointer
+  // table in `aux`, under the same text rules as data, `PointerPrefix` leading the line prefix
+  // when there is one. A full line is added at once.
+  void AppendCompressionPointer(int count, bool consecutive);
+  // Adds the pointer line once it holds Data per line pointers.
+  void FlushPointerLine();
+  // The end of the pointer table: its last line, partly filled or not, gets the last-line
+  // treatment of the data table.
+  void FinishPointerLines();
+
   // The comment prefix of the chosen form ("/* ", " //", " '", " ;" or the custom string).
   std::string CommentPrefix() const;
   std::string CommentSuffix() const;  // " */" for C comments, else empty
@@ -65,10 +76,12 @@ class DataFormatter {
   std::string ByteText(int value) const;
   std::string EndOfLineText() const;
   void MakeDataText(int value);
-  void AppendDatumToLine(LineState& line, const std::string& comment);
+  // `lead` stands in front of the line prefix on the first datum of a line.
+  void AppendDatumToLine(LineState& line, const std::string& comment, std::string_view lead = {});
   void FlushLine(LineState& line, TextLines& target, const std::string& comment);
   void EmitTwoPlanes(int first, int second);
   void DeleteLastOnes(std::string& line) const;
+  void TreatLast(LineState& line, TextLines& target);
 
   ConversionSession& s_;
   TextLines& text_;
@@ -77,6 +90,7 @@ class DataFormatter {
 
   LineState main_;
   LineState page2_;
+  LineState pointers_;
   int dataPerLine_ = 16;
   Kind kind_ = Kind::X;
   std::string dataText_;

@@ -126,10 +126,13 @@ void DataEncoder::WriteTableHead(const FilledTemplate& head, bool clut) {
   }
   if (syn.Groups) text_.Add(syn.ArrayPrefix);
 
-  // The pointer table of a compressed run is built beside the data, under its own header.
+  // The pointer table of a compressed run is built beside the data, under the header the template
+  // gives it. Without a header the pointer table has no declaration either: it follows the begin
+  // of data under its plain title line, as with a template that has no compression part.
   if (s_.Compression && !clut) {
     aux_.Clear();
-    for (const std::string& l : head.pointerHeader) aux_.Add(TrimRight(l));
+    if (!syn.NoHeader)
+      for (const std::string& l : head.pointerHeader) aux_.Add(TrimRight(l));
   }
 }
 

@@ -414,6 +414,44 @@ TEST_F(Cli, OptionsChangeTheBytes) {
   EXPECT_EQ(bin.out, expected);
 }
 
+TEST_F(Cli, CompressFlag) {
+  // Wide white margins: the compressed table pays.
+  Bitmap framed(64, 32);
+  for (int x = 8; x < 40; ++x) framed.SetPixel(x, 10 + x % 7, rm::kBlack);
+  const std::string path = Png("framed.png", framed);
+  const Result r = Run({"convert", path, "--compress"});
+  ASSERT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.err, "");
+  EXPECT_EQ(r.out, LibraryText(path, 1, framed, [](TestProgram& p) { p.app.session.Compression = true; }));
+  EXPECT_NE(r.out.find("Compression statistics"), std::string::npos) << r.out;
+
+  // A table that does not pay comes out plain, with the warning on stderr.
+  const std::string noisy = Png("noisy.png", Pattern(32, 16));
+  const Result plain = Run({"convert", noisy, "--compress"});
+  ASSERT_EQ(plain.status, 0) << plain.err;
+  EXPECT_EQ(plain.out, Run({"convert", noisy}).out);
+  EXPECT_NE(plain.err.find("No efficient data compression possible"), std::string::npos) << plain.err;
+
+  struct Case {
+    std::vector<std::string> args;
+    std::string stderrHas;
+  } refusals[] = {
+      {{"--width", "16"}, "Data compression only works in the 8 bit output mode"},
+      {{"--width", "32"}, "Data compression only works in the 8 bit output mode"},
+      {{"--set", "DHec=1"}, "not available for animations or data compression"},
+      {{"--mode", "gray4"}, "monochrome"},
+  };
+  for (const auto& c : refusals) {
+    std::vector<std::string> args{"convert", path, "--compress"};
+    args.insert(args.end(), c.args.begin(), c.args.end());
+    SCOPED_TRACE(JoinArgs(args));
+    const Result refused = Run(args);
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.out, "");
+    EXPECT_NE(refused.err.find(c.stderrHas), std::string::npos) << refused.err;
+  }
+}
+
 TEST_F(Cli, StdoutAndFileCarryTheSameText) {
   const std::string path = Png("p.png", Pattern(32, 16));
   const Result none = Run({"convert", path}, InFolder(out_));
@@ -557,7 +595,7 @@ TEST_F(Cli, HelpListsEveryOption) {
     listed.insert(it->str());
   for (const char* name : {"--output", "--mode", "--direction", "--origin", "--msb-first", "--msb-last", "--width",
                            "--per-line", "--set", "--yes", "--answer", "--area", "--half", "--interleave",
-                           "--auto-frame"})
+                           "--auto-frame", "--compress"})
     EXPECT_TRUE(listed.count(name)) << name << " missing from\n" << help.out;
   // Every mode name the program accepts is shown.
   for (const auto& m : rm::kColourModes)

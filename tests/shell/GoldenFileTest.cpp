@@ -84,6 +84,8 @@ TEST(GoldenFile, Variants) {
        }},
       {"gray4-two-pages.h", 25, Bitmap(16, 8), nullptr},
       {"c65k-uint16.h", 59, Bitmap(4, 2), [](TestProgram& p) { p.app.mainForm.data16bitClick(); }},
+      // The pointer table under the template's own declaration, with the statistics after it.
+      {"compressed.h", 1, Picture(64, 16), [](TestProgram& p) { p.app.session.Compression = true; }},
   };
   for (const auto& c : cases) Check(c);
 }
