@@ -200,10 +200,6 @@ struct ConversionSession {
   std::string LibraryExtension = "lib";  // without its point
   // On when the header template asks for coordinates measured from the origin corner.
   bool TrueOrigin = false;
-  // Filled by the compressor for the parameter file: the size of the compressed data and its
-  // statistics, one line each, without comment marks.
-  long long CompressedBytes = 0;
-  std::vector<std::string> CompressionInfoLines;
 };
 
 }  // namespace rm

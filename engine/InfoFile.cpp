@@ -147,10 +147,10 @@ std::vector<std::string> InfoFileLines(const ConversionSession& s, const InfoFil
     add("Height = " + std::to_string(s.EncodeHeight));
   }
 
-  if (s.Compression) {
+  if (f.compressed) {
     add("Compressed data");
-    add(std::to_string(s.CompressedBytes) + " Bytes");
-    for (const auto& l : s.CompressionInfoLines) add(l);
+    add(std::to_string(f.compressedBytes) + " Bytes");
+    for (const auto& l : f.compressionStatistics) add(l);
   } else if (s.Output == OutputKind::Bits16) {
     add(std::to_string(s.TotalBytes / 2) + " Words");
   } else if (s.Output == OutputKind::Bits32) {

@@ -25,6 +25,11 @@ struct InfoFileFacts {
   bool postProcessing = false;
   std::string postProcessingFile;
   int postProcessingCount = 0;
+  // A compressed table: the size of its data and pointer tables, and the compressor's
+  // statistics without comment marks.
+  bool compressed = false;
+  long long compressedBytes = 0;
+  std::vector<std::string> compressionStatistics;
 };
 
 // The lines of the parameter file: a readable account of the settings behind the last table.

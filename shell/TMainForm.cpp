@@ -467,6 +467,13 @@ bool TMainForm::WriteInfoFile() {
   facts.postProcessing = s.PostProcessing;
   facts.postProcessingFile = g.PostProcessingFile;
   facts.postProcessingCount = g.PostProcessingCount;
+  // A table whose compression did not pay was made again plainly: report it as plain.
+  facts.compressed = CompressesBytes(s) && !app_.encoder.CompressionRefused();
+  if (facts.compressed) {
+    const CompressionState& c = app_.encoder.Compression();
+    facts.compressedBytes = c.DataBytes() + c.Pointers();
+    facts.compressionStatistics = c.StatisticsLines();
+  }
 
   TextLines lines;
   for (auto& l : InfoFileLines(s, facts)) lines.Add(std::move(l));

@@ -244,6 +244,13 @@ TEST_F(InfoFile, GoldenParameterFiles) {
       {"16bit.rtf", [](TestProgram& p) { p.app.mainForm.data16bitClick(); }},
       {"msb-last.rtf", [](TestProgram& p) { p.app.mainForm.MsbLast(); }},
       {"binary.rtf", [](TestProgram& p) { p.app.mainForm.HexOutput1Click(); }},
+      {"compressed.rtf",
+       [](TestProgram& p) {
+         Bitmap picture(128, 64);  // mostly white: long runs, so the compression pays
+         for (int x = 0; x < 40; ++x) picture.SetPixel(x, 10 + x % 7, rm::kBlack);
+         p.app.pixelForm.SetCanvas(picture);
+         p.app.session.Compression = true;
+       }},
       {"gray16-nibble-swap.rtf",
        [](TestProgram& p) {
          p.app.pixelForm.SetCanvas(Bitmap(16, 16));  // blank, so the mode change asks nothing
@@ -310,13 +317,30 @@ TEST_F(InfoFile, HeldByAnotherProgram) {
 
 TEST_F(OutputFolder, SavesTableAndParameterFile) {
   TestProgram p;
-  Prepare(p);
-  Set(p, "nbmfn", "logo.png");
+  p.Setup(1, Bitmap(128, 64), true);
+  p.app.session.OutputFolder = dir_;
+  Set(p, "nbmfn", "/art/my-logo.png");
+  p.app.globals.ExportEntry = 1;  // the upper half
+  auto has = [&p](const std::string& line) {
+    const auto& l = p.app.mainText.Lines();
+    return std::find(l.begin(), l.end(), line) != l.end();
+  };
   ASSERT_TRUE(p.Convert());
   EXPECT_TRUE(p.ui.messages.empty());
-  EXPECT_EQ(Names(dir_), (std::vector<std::string>{"logo.h", "logo.rtf"}));
-  EXPECT_EQ(rmtest::ReadFile(dir_ + "/logo.h"), p.Text());
+  EXPECT_EQ(Names(dir_), (std::vector<std::string>{"my-logo.h", "my-logo.rtf"}));
+  EXPECT_EQ(rmtest::ReadFile(dir_ + "/my-logo.h"), p.Text());
   EXPECT_FALSE(p.app.globals.EditorUnsaved);
+  // The table is named after the file, the closing comment names the parameter file, and the
+  // date comment stays empty until a parameter file has been written.
+  EXPECT_TRUE(has("const uint8_t  mylogo_U [512] PROGMEM = {")) << p.Text();
+  EXPECT_TRUE(has("/* Save table and see info file " + dir_ + "/my-logo.rtf */")) << p.Text();
+  EXPECT_TRUE(has("/*  */")) << p.Text();
+
+  // The next table quotes the date of the parameter file before it.
+  ASSERT_TRUE(p.Convert());
+  EXPECT_TRUE(p.ui.messages.empty());
+  EXPECT_TRUE(has("/* 14/11/2023 22:13:20 */")) << p.Text();
+  EXPECT_EQ(rmtest::ReadFile(dir_ + "/my-logo.h"), p.Text());
 }
 
 TEST_F(OutputFolder, NoFolderNoFiles) {
