@@ -190,6 +190,23 @@ TEST(GoldenData, SyntaxOptions) {
          p.app.session.Syntax.Comment = rm::CommentForm::Slashes;
        }},
       {"interleaved.txt", 1, 16, 8, [](TestProgram& p) { p.app.session.Interleaved = true; }},
+      // A controller wired with its colour bits in another order: the 16 bit pixels' outer
+      // fields swap, then the user's table moves two bits and swaps the bytes.
+      {"reorder-table-c65k.txt", 59, 8, 2,
+       [](TestProgram& p) {
+         p.app.session.ReorderOn = true;
+         p.app.session.ReorderTable[0] = {"swap bits", "0", "15"};
+         p.app.session.ReorderTable[1] = {"Swap Bits", "5", "10"};
+         p.app.session.ReorderTable[2] = {"swap bytes 16 bits", "", ""};
+       }},
+      {"reorder-table-mono.txt", 1, 16, 4,
+       [](TestProgram& p) {
+         p.app.session.ReorderOn = true;
+         p.app.session.ReorderTable[0] = {"swap bits", "0", "7"};
+       }},
+      {"swap-options.txt", 62, 4, 2,
+       [](TestProgram& p) { p.app.session.SwapFirstLast = true; }},
+      {"swap-nibble-gray16h.txt", 27, 8, 2, [](TestProgram& p) { p.app.session.SwapNibble = true; }},
   };
   for (const auto& c : cases) RunCase(c);
 }
