@@ -9,6 +9,7 @@
 #include "engine/ColourModes.h"
 #include "engine/HeaderTemplate.h"
 #include "engine/IntelHex.h"
+#include "engine/OutputNaming.h"
 #include "engine/TextLines.h"
 #include "platform/PlatformImageCodecs.h"
 #include "shell/Application.h"
@@ -96,6 +97,7 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
       ->check(CLI::IsMember({4, 6, 8}));
   c.add_option("--hex-offset", o.hexOffset,
                "Intel HEX: address of the first byte, 1 to 8 hex digits, rounded down to a multiple of 16");
+  c.add_flag("--no-info", o.noInfo, "With -o FILE, do not write the parameter file (FILE's name with .rtf) beside it");
 }
 
 int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& interrupted, bool terminal) {
@@ -131,9 +133,8 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
   std::string error;
   if (!codecs.Load(o.input, picture, error)) return Fail(error);
   app.pixelForm.SetCanvas(picture);
-  app.globals.BitmapSourceFile = o.input;
   app.session.SourceFileName = BaseName(o.input);
-  app.session.TableName = TableNameFromFile(o.input);
+  app.session.LastBitmapName = o.input;
   app.session.HeaderIncludeFile = o.templateFile;
 
   for (const auto& kv : o.settings) {
@@ -210,6 +211,12 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
     return 0;
   }
   if (!WriteFileAtomically(o.output, data, &error)) return Fail(o.output + ": " + error);
+  if (o.noInfo) return 0;
+  // The parameter file goes beside the file written, under its name, never into the working
+  // folder unasked: printing to standard output writes none.
+  s.OutputFolder = FolderPart(o.output).empty() ? "." : FolderPart(o.output);
+  s.OutputFileName = FileNamePart(o.output);
+  if (!app.mainForm.WriteInfoFile()) return Fail(app.mainForm.InfoFileName() + ": the parameter file was not written");
   return 0;
 }
 

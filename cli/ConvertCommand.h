@@ -35,6 +35,7 @@ struct ConvertOptions {
   bool autoFrame = false;
   bool compress = false;
   bool verbose = false;
+  bool noInfo = false;  // no parameter file beside the output file
   std::string templateFile;
 };
 

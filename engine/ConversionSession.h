@@ -189,6 +189,22 @@ struct ConversionSession {
   EndOfLine WorkEol = EndOfLine::Comma;
   std::string WorkEolString = ",";
   int WorkDataPerLine = 16;
+
+  // Output files. The output name comes from the last picture's name (TableName, the name in
+  // the source, follows from it); the parameter file lies beside the output.
+  // The Output files folder. Empty until a project or a front end chooses one; without it the
+  // Convert command leaves its results in the editors and writes no file.
+  std::string OutputFolder;
+  std::string OutputFileName = "NewBitmap.h";    // the table's file, extension by output kind
+  std::string LastBitmapName = "NewBitmap.bmp";  // the picture the output name is made from
+  // Source language of the text output; when several are on, the first in this order wins.
+  bool AsmFile = false;
+  bool LibraryFile = false;
+  bool BasicFile = false;
+  bool CFile = false;
+  std::string LibraryExtension = "lib";  // without its point
+  // On when the header template asks for coordinates measured from the origin corner.
+  bool TrueOrigin = false;
 };
 
 }  // namespace rm

@@ -237,6 +237,7 @@ bool DataEncoder::EncodeCanvasTable() {
     head = LoadHeaderTemplate();
     WriteTableHead(head);
   }
+  s_.TrueOrigin = head.trueOrigin;  // the parameter file reports the coordinates the same way
 
   RunWalker();
   std::vector<std::int32_t>().swap(values_);  // give the plane back at once

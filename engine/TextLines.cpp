@@ -5,6 +5,8 @@
 #include <cstring>
 #include <fstream>
 #include <sstream>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 namespace rm {
@@ -76,6 +78,25 @@ bool WriteFileAtomically(const std::string& path, const std::string& data, std::
     if (error) *error = std::strerror(saved ? saved : EIO);
   }
   return ok;
+}
+
+bool IsFileInUse(const std::string& path) {
+  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return errno != ENOENT && errno != ENOTDIR;
+  bool inUse = false;
+  if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
+    inUse = errno == EWOULDBLOCK;
+  } else {
+    ::flock(fd, LOCK_UN);
+  }
+  // Editors and office programs lock with record locks rather than flock; ask for those too.
+  // (Closing fd drops record locks this process holds on the file; it holds none.)
+  struct flock probe {};
+  probe.l_type = F_WRLCK;
+  probe.l_whence = SEEK_SET;
+  if (!inUse && ::fcntl(fd, F_GETLK, &probe) == 0 && probe.l_type != F_UNLCK) inUse = true;
+  ::close(fd);
+  return inUse;
 }
 
 }  // namespace rm

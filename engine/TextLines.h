@@ -40,4 +40,9 @@ class TextLines {
 // Writes `data` to `path` through a temporary file in the same folder and a rename.
 bool WriteFileAtomically(const std::string& path, const std::string& data, std::string* error = nullptr);
 
+// True when another program holds the file: it keeps a lock on it (whole-file or record lock),
+// or the file exists and cannot be opened at all. A missing file is not in use. Nothing is held
+// after the test, so the answer may change before the caller writes.
+bool IsFileInUse(const std::string& path);
+
 }  // namespace rm

@@ -31,6 +31,7 @@ class Application {
   ConversionSession session;
   TextLines mainText;
   TextLines auxLines;
+  TextLines infoText;  // the last parameter file, shown beside the data in the editors
   HexBuffer hex;
   TPixelForm pixelForm;
   DataEncoder encoder;

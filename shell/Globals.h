@@ -2,14 +2,16 @@
 #include <string>
 #include <vector>
 
+#include "engine/InfoFile.h"
+
 namespace rm {
 
 // Everything the program keeps beside the conversion session: folders, special modes, flags.
+// The output folder and file names are in the session, whose comments quote them.
 struct Globals {
   // Folders.
   std::string InitsFolder;
   std::string ActiveProject;            // full path of the active .LCD
-  std::string OutputFolder;
   std::vector<std::string> DataFolders; // where the shipped default palettes are found
 
   // Special modes; they are mutually exclusive.
@@ -25,12 +27,21 @@ struct Globals {
   std::string StatusText;
   std::vector<std::string> Log;
   bool EditorUnsaved = false;
-  // "Allways Overwrite": the Convert command saves its output at once, over an existing file.
-  bool AlwaysOverwrite = false;
-  std::string OutputName = "NewBitmap.h";
-  std::string BitmapSourceFile = "Newfile.bmp";
   int ExportEntry = 0;  // the Export dialog's Full / Partial choice
   std::string LastAction;
+  // Saving at the end of the Convert command: overwrite an existing output without asking, and
+  // save a binary output as well.
+  bool AlwaysOverwrite = true;
+
+  // What the post-processing of the last conversion did (the switch is the session's
+  // PostProcessing); the batch runner fills these.
+  std::string PostProcessingFile;
+  int PostProcessingCount = 0;
+
+  // The frames of the last animation conversion, for its parameter file.
+  std::vector<InfoFrameRecord> AnimationFrameRecords;
+  long long AnimationBytes = 0;
+  std::string ClipUnitFile;  // empty when no clip unit was written
 };
 
 }  // namespace rm

@@ -17,9 +17,6 @@ class TExploForm2 {
   // Closes the pending record, however short.
   void EndIntelHex();
 
-  // Where the Binary File output lands: the output folder and name, with the extension ".bin".
-  std::string BinaryOutputPath() const;
-
  private:
   Application& app_;
 };

@@ -1,9 +1,14 @@
 #include "shell/TMainForm.h"
 
+#include <unistd.h>
+
 #include <cmath>
+#include <filesystem>
 #include <optional>
 
+#include "engine/InfoFile.h"
 #include "engine/NearestColour.h"
+#include "engine/OutputNaming.h"
 #include "engine/Palette.h"
 #include "shell/Application.h"
 
@@ -15,20 +20,6 @@ void TMainForm::StatusBarAndLog(const std::string& text) {
   app_.globals.StatusText = text;
   app_.globals.Log.push_back(text);
   app_.ui.Status(text);
-}
-
-const char* DirectionInfoText(PagingDirection d) {
-  switch (d) {
-    case PagingDirection::Down: return "Paging Scheme vertical downwards";
-    case PagingDirection::DownAll: return "Paging Scheme All vertical downwards";
-    case PagingDirection::Up: return "Paging Scheme vertical upwards";
-    case PagingDirection::UpAll: return "Paging Scheme All vertical upwards";
-    case PagingDirection::ToRight: return "Paging Scheme horizontal From left to right";
-    case PagingDirection::ToRightAll: return "Paging Scheme All horizontal From left to right";
-    case PagingDirection::ToLeft: return "Paging Scheme horizontal from right to left";
-    case PagingDirection::ToLeftAll: return "Paging Scheme All horizontal from right to left";
-  }
-  return "";
 }
 
 // ---- colour modes ---------------------------------------------------------------------------
@@ -284,6 +275,7 @@ void TMainForm::MsbLast() {
 
 void TMainForm::SetOutputKind(OutputKind kind) {
   app_.session.Output = kind;
+  defineOutputFileName();
   switch (kind) {
     case OutputKind::Bits8: StatusBarAndLog("8 bit output format"); break;
     case OutputKind::Bits16: StatusBarAndLog("16 bit output format"); break;
@@ -443,6 +435,9 @@ bool TMainForm::TranslateCanvas() {
     result = app_.encoder.ConvertWorkCanvas();
   }
   const bool ok = result == ConvertResult::Done && !s.Abort;
+  // Files are written only where a folder was chosen; the command line writes its own.
+  const bool toFiles = ok && !s.OutputFolder.empty();
+  if (toFiles) WriteInfoFile();
   if (result != ConvertResult::Stopped || !app_.mainText.Empty()) g.EditorUnsaved = true;
   if (s.AutoFraming && cs.area == CanvasState::Area::AutoFrame) {
     s.SelectionActive = false;
@@ -454,11 +449,118 @@ bool TMainForm::TranslateCanvas() {
     app_.exploForm2.EndIntelHex();
     app_.encoder.Formatter().IntelHex().AddEndOfFile();
   }
+  if (toFiles && g.AlwaysOverwrite && s.Output != OutputKind::BinaryFile) SaveOutputFile(true);
   if (saved) canvas.WorkBitmap = std::move(*saved);
   s.Source = &canvas.WorkBitmap;
   s.CanvasWidth = canvas.MatrixWidth();
   s.CanvasHeight = canvas.MatrixHeight();
   return ok;
+}
+
+// ---- output files ---------------------------------------------------------------------------
+
+std::string TMainForm::defineOutputFileName() { return DefineOutputFileName(app_.session); }
+
+std::string TMainForm::InfoFileName() const { return rm::InfoFileName(app_.session); }
+
+bool TMainForm::WriteInfoFile() {
+  ConversionSession& s = app_.session;
+  Globals& g = app_.globals;
+  const std::string path = InfoFileName();
+  auto refuse = [&] {
+    app_.ui.MessageDlg(" RTF file was opened by another application ! ", "Error", DlgType::Error, {"OK"});
+    return false;
+  };
+  if (IsFileInUse(path)) return refuse();
+
+  InfoFileFacts facts;
+  // Day first and seconds shown, in UTC: readable, and the same text wherever the table is
+  // made, so a pinned clock gives the same bytes on every machine.
+  facts.dateText = FormatDateTime(app_.clock.Now());
+  facts.animation = g.AnimationActive;
+  facts.frames = g.AnimationFrameRecords;
+  facts.animationBytes = g.AnimationBytes;
+  facts.clipUnitFile = g.ClipUnitFile;
+  facts.postProcessing = s.PostProcessing;
+  facts.postProcessingFile = g.PostProcessingFile;
+  facts.postProcessingCount = g.PostProcessingCount;
+  // A table whose compression did not pay was made again plainly: report it as plain.
+  facts.compressed = CompressesBytes(s) && !app_.encoder.CompressionRefused();
+  if (facts.compressed) {
+    const CompressionState& c = app_.encoder.Compression();
+    facts.compressedBytes = c.DataBytes() + c.Pointers();
+    facts.compressionStatistics = c.StatisticsLines();
+  }
+
+  TextLines lines;
+  for (auto& l : InfoFileLines(s, facts)) lines.Add(std::move(l));
+  std::string error;
+  if (!lines.SaveToFile(path, &error)) {
+    StatusBarAndLog("Parameter file not written : " + path + " : " + error);
+    return refuse();
+  }
+  app_.infoText = std::move(lines);
+  s.LastInfoDateText = facts.dateText;
+  StatusBarAndLog("Parameter file written : " + path);
+  return true;
+}
+
+namespace {
+
+// Why a file cannot be written there, in the words of the save message; empty when it can.
+std::string WriteRefusal(const std::string& path) {
+  namespace fs = std::filesystem;
+  std::error_code ec;
+  const std::string folder = FolderPart(path).empty() ? "." : FolderPart(path);
+  if (!fs::is_directory(folder, ec)) return "missing";
+  if (::access(folder.c_str(), W_OK) != 0) return "read only";
+  if (fs::exists(path, ec)) {
+    if (IsFileInUse(path)) return "in use";
+    // The file would be replaced by a rename, which its own mode does not stop; a read-only
+    // output is the user's way of saying "keep this one".
+    if (::access(path.c_str(), W_OK) != 0) return "read only";
+  }
+  return "";
+}
+
+}  // namespace
+
+bool TMainForm::SaveOutputFile(bool overwrite) {
+  ConversionSession& s = app_.session;
+  Globals& g = app_.globals;
+  const std::string path = OutputPath(s);
+  const bool binary = s.Output == OutputKind::BinaryFile;
+  auto denied = [&](const std::string& why) {
+    app_.ui.MessageDlg(" File could not be saved to disk, access denied ! \r Reason = Folder or File is " + why, "Error",
+                       DlgType::Error, {"OK"});
+    StatusBarAndLog("File not saved");
+    return false;
+  };
+
+  const std::string refusal = WriteRefusal(path);
+  if (!refusal.empty()) return denied(refusal);
+  std::error_code ec;
+  // An animation writes its frames one after the other without a question.
+  if (!overwrite && !g.AnimationActive && std::filesystem::exists(path, ec)) {
+    if (app_.ui.MessageDlg(" File already exits,  Overwrite ?", "Confirm", DlgType::Confirmation, {"Yes", "No"}) !=
+        "Yes") {
+      StatusBarAndLog("File not saved");
+      return false;
+    }
+  }
+
+  std::string data;
+  if (binary) {
+    const auto& bytes = app_.hex.Bytes();
+    data.assign(bytes.begin(), bytes.end());
+  } else {
+    data = app_.mainText.Text();
+  }
+  std::string error;
+  if (!WriteFileAtomically(path, data, &error)) return denied("not writable (" + error + ")");
+  if (!binary) g.EditorUnsaved = false;
+  StatusBarAndLog("Data Array saved to file : " + path);
+  return true;
 }
 
 }  // namespace rm

@@ -4,6 +4,7 @@
 #include "engine/ColourModes.h"
 #include "engine/ConversionSession.h"
 #include "engine/Palette.h"
+#include "engine/InfoFile.h"
 
 namespace rm {
 
@@ -55,6 +56,19 @@ class TMainForm {
 
   void StatusBarAndLog(const std::string& text);
 
+  // The output file name from the last picture's name and the output kind; stored in the session.
+  std::string defineOutputFileName();
+  // The parameter file of the last conversion: output folder + "/" + output name + ".rtf".
+  std::string InfoFileName() const;
+  // Writes the parameter file and keeps its date and time for the next table's top comment
+  // (session LastInfoDateText). False, after telling the user, when the file is held by another
+  // program or cannot be written; the old file then stays as it was.
+  bool WriteInfoFile();
+  // Saves the Data Array (the text, or the hex editor's bytes for a binary output) under the
+  // output path. Asks before replacing an existing file unless `overwrite` is set. False when
+  // not saved; the data then stays in the editor, still marked unsaved.
+  bool SaveOutputFile(bool overwrite);
+
  private:
   ConversionSession& app_session();
   bool InterleaveRows();
@@ -62,7 +76,5 @@ class TMainForm {
   Application& app_;
   mutable ColourIndex strayIndex_;
 };
-
-const char* DirectionInfoText(PagingDirection d);
 
 }  // namespace rm

@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -21,6 +22,7 @@
 
 #include "engine/ColourModes.h"
 #include "engine/HeaderTemplate.h"
+#include "engine/ProgramVersion.h"
 #include "engine/TextLines.h"
 #include "platform/PlatformImageCodecs.h"
 #include "support/ShellTestSupport.h"
@@ -196,7 +198,7 @@ std::string LibraryText(const std::string& file, int mode, const Bitmap& picture
   TestProgram p;
   p.Setup(mode, picture, true);
   p.app.session.SourceFileName = rm::BaseName(file);
-  p.app.session.TableName = rm::TableNameFromFile(file);
+  p.app.session.LastBitmapName = file;  // the Convert command names the table after it
   if (setup) setup(p);
   EXPECT_TRUE(p.Convert());
   return p.app.mainText.Text();
@@ -451,11 +453,13 @@ TEST_F(Cli, CompressFlag) {
 
 TEST_F(Cli, StdoutAndFileCarryTheSameText) {
   const std::string path = Png("p.png", Pattern(32, 16));
-  const Result none = Run({"convert", path});
-  const Result dash = Run({"convert", path, "-o", "-"});
+  const Result none = Run({"convert", path}, InFolder(out_));
+  const Result dash = Run({"convert", path, "-o", "-"}, InFolder(out_));
   ASSERT_EQ(none.status, 0) << none.err;
   ASSERT_EQ(dash.status, 0) << dash.err;
   EXPECT_EQ(dash.out, none.out);
+  // Printing leaves no file behind, not even a parameter file in the working folder.
+  EXPECT_TRUE(fs::is_empty(out_));
 
   // An existing, longer file is replaced whole, not overwritten from the front.
   const std::string target = out_ + "/image.c";
@@ -469,7 +473,41 @@ TEST_F(Cli, StdoutAndFileCarryTheSameText) {
   const Result relative = Run({"convert", path, "--output", "second.c"}, InFolder(out_));
   ASSERT_EQ(relative.status, 0) << relative.err;
   EXPECT_EQ(ReadFile(out_ + "/second.c"), none.out);
-  EXPECT_EQ(Names(out_), (std::vector<std::string>{"image.c", "second.c"}));
+  // Each output file has its parameter file beside it, and nothing else is left there.
+  EXPECT_EQ(Names(out_), (std::vector<std::string>{"image.c", "image.rtf", "second.c", "second.rtf"}));
+}
+
+TEST_F(Cli, ParameterFileBesideTheOutput) {
+  const std::string path = Png("p.png", Pattern(32, 16));
+  const Result r = Run({"convert", path, "-o", out_ + "/logo-big.h"});
+  ASSERT_EQ(r.status, 0) << r.err;
+  const std::string info = ReadFile(out_ + "/logo-big.rtf");
+  EXPECT_EQ(info.rfind(std::string("LCD graphic parameters // generated with rastermill ") + rm::ProgramVersion() +
+                           "\n14/11/2023 22:13:20\n",
+                       0),
+            0u)
+      << info;
+  const std::vector<std::string> lines = {"C Header File : logo-big.h", "Bitmap Source file : p.png",
+                                          "Data table created : logo-big.h", "Full screen pattern 32x16", "64 Bytes"};
+  for (const auto& line : lines)
+    EXPECT_NE(info.find("\n" + line + "\n"), std::string::npos) << line << " missing from\n" << info;
+
+  const Result quiet = Run({"convert", path, "-o", out_ + "/plain.h", "--no-info"});
+  ASSERT_EQ(quiet.status, 0) << quiet.err;
+  EXPECT_EQ(Names(out_), (std::vector<std::string>{"logo-big.h", "logo-big.rtf", "plain.h"}));
+
+  // A parameter file another program holds is left alone; the data file is written all the same.
+  const std::string held = out_ + "/held.rtf";
+  std::ofstream(held, std::ios::binary) << "old\n";
+  const int fd = open(held.c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_GE(fd, 0);
+  ASSERT_EQ(flock(fd, LOCK_EX | LOCK_NB), 0);
+  const Result busy = Run({"convert", path, "-o", out_ + "/held.h"});
+  close(fd);
+  EXPECT_EQ(busy.status, 1);
+  EXPECT_NE(busy.err.find(" RTF file was opened by another application ! "), std::string::npos) << busy.err;
+  EXPECT_EQ(ReadFile(held), "old\n");
+  EXPECT_EQ(ReadFile(out_ + "/held.h"), ReadFile(out_ + "/logo-big.h"));
 }
 
 TEST_F(Cli, FailedWriteKeepsTheOldFileAndLeavesNoTemporary) {

@@ -100,7 +100,7 @@ Library Convert(OutputKind kind, int perLine = 16, int digits = 4, std::uint32_t
   p.app.session.HexAddressOffset = offset;
   // Named as the command line names its output after the picture "p.png".
   p.app.session.SourceFileName = "p.png";
-  p.app.session.TableName = "p";
+  p.app.session.LastBitmapName = "p.png";
   EXPECT_TRUE(p.Convert());
   l.bytes.assign(p.app.hex.Bytes().begin(), p.app.hex.Bytes().end());
   l.text = p.Text();
