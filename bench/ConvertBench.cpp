@@ -3,20 +3,10 @@
 #include <sys/resource.h>
 
 #include "engine/Palette.h"
+#include "bench/BenchSupport.h"
 #include "shell/Application.h"
 
 namespace {
-
-class QuietUi : public rm::UiPort {
- public:
-  std::string MessageDlg(const std::string&, const std::string&, rm::DlgType,
-                         const std::vector<std::string>& buttons) override {
-    return buttons.empty() ? std::string() : buttons.front();
-  }
-  void Status(const std::string&) override {}
-  void Progress(long long, long long) override {}
-  bool EscapePressed() override { return false; }
-};
 
 long PeakRssKiB() {
   rusage u{};
@@ -47,7 +37,7 @@ rm::Bitmap PictureOf(const rm::ConversionSession& s, int w, int h, bool sparse =
 
 // With `compress` on a dense picture the compressed table does not pay and is made again plain.
 void ConvertMode(benchmark::State& state, int mode, bool compress = false, bool sparse = false) {
-  QuietUi ui;
+  rmbench::QuietUi ui;
   rm::FixedClock clock(0);
   rm::Application app(ui, clock);
   app.mainForm.SetColourMode(mode, true);

@@ -3,20 +3,10 @@
 // records too), and with 32 bytes per record and 8 digits.
 #include <benchmark/benchmark.h>
 
+#include "bench/BenchSupport.h"
 #include "shell/Application.h"
 
 namespace {
-
-class QuietUi : public rm::UiPort {
- public:
-  std::string MessageDlg(const std::string&, const std::string&, rm::DlgType,
-                         const std::vector<std::string>& buttons) override {
-    return buttons.empty() ? std::string() : buttons.front();
-  }
-  void Status(const std::string&) override {}
-  void Progress(long long, long long) override {}
-  bool EscapePressed() override { return false; }
-};
 
 // Colours of the mode's own table, so no reduction runs: the walk and the records are measured.
 rm::Bitmap PictureOf(const rm::ConversionSession& s, int w, int h) {
@@ -32,7 +22,7 @@ rm::Bitmap PictureOf(const rm::ConversionSession& s, int w, int h) {
 }
 
 void IntelHex65536(benchmark::State& state, int perLine, int digits) {
-  QuietUi ui;
+  rmbench::QuietUi ui;
   rm::FixedClock clock(0);
   rm::Application app(ui, clock);
   app.mainForm.SetColourMode(59, true);
