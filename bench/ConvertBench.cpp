@@ -2,6 +2,9 @@
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 
+#include <cstdlib>
+#include <filesystem>
+
 #include "engine/Palette.h"
 #include "bench/BenchSupport.h"
 #include "shell/Application.h"
@@ -54,8 +57,33 @@ void ConvertMode(benchmark::State& state, int mode, bool compress = false, bool 
   state.counters["peak_growth_MiB"] = static_cast<double>(PeakRssKiB() - before) / 1024.0;
 }
 
+// The whole job as a user runs it: the table written to the output folder with its parameter
+// file beside it, on every conversion.
+void ConvertModeToFiles(benchmark::State& state, int mode) {
+  rmbench::QuietUi ui;
+  rm::FixedClock clock(0);
+  rm::Application app(ui, clock);
+  app.mainForm.SetColourMode(mode, true);
+  app.pixelForm.SetCanvas(PictureOf(app.session, 1024, 768, false));
+  char folder[] = "/tmp/rmbenchXXXXXX";
+  if (!mkdtemp(folder)) {
+    state.SkipWithError("no temporary folder");
+    return;
+  }
+  app.session.OutputFolder = folder;
+  app.globals.AlwaysOverwrite = true;
+  for (auto _ : state) {
+    app.globals.EditorUnsaved = false;
+    if (!app.imageForm.EncodeButtonClick()) state.SkipWithError("conversion refused");
+  }
+  std::filesystem::remove_all(folder);
+}
+
 }  // namespace
 
+BENCHMARK_CAPTURE(ConvertModeToFiles, monochrome, 1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ConvertModeToFiles, colours65536, 59)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ConvertModeToFiles, colours16M, 62)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ConvertMode, monochrome, 1)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ConvertMode, monochrome_compressed, 1, true, true)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ConvertMode, monochrome_compression_refused, 1, true)->Unit(benchmark::kMillisecond);
