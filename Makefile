@@ -9,6 +9,7 @@ demo: bootstrap release
 
 test: bootstrap asan
 	cd build/asan && ASAN_OPTIONS=detect_leaks=1 ctest --output-on-failure -j $(JOBS)
+	./scripts/run-fuzz
 
 bootstrap:
 	./scripts/bootstrap
