@@ -182,6 +182,8 @@ struct ConversionSession {
   std::string DescriptorsEol = ";";
   bool PostProcessing = false;
   std::string Underscore = "_";
+  bool AutoChangeFraming = false;       // an animation frame exports only what changed
+  const Bitmap* PreviousFrame = nullptr; // the frame before, while an animation is encoded
   int AnimationFrame = 0;               // 1-based frame of an animation run, 0 outside one
   int AnimationFrames = 0;
 

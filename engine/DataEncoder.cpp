@@ -83,7 +83,7 @@ void DataEncoder::ResetWorkState() {
   if (s_.Compression) aux_.Clear();
 }
 
-void DataEncoder::AutoFrame() {
+void DataEncoder::AutoFrame(const Bitmap* before) {
   const Bitmap& b = *s_.Source;
   const int w = std::min(b.Width(), s_.CanvasWidth), h = std::min(b.Height(), s_.CanvasHeight);
   const Colour bg = b.GetPixel(0, 0);
@@ -91,7 +91,8 @@ void DataEncoder::AutoFrame() {
   for (int y = 0; y < h; ++y) {
     const std::uint32_t* row = b.Row(y);
     for (int x = 0; x < w; ++x) {
-      if (static_cast<Colour>(row[x]) == bg) continue;
+      const Colour reference = before ? before->GetPixel(x, y) : bg;
+      if (static_cast<Colour>(row[x]) == reference) continue;
       if (top < 0) top = y;
       bottom = y;
       left = std::min(left, x);
@@ -139,7 +140,10 @@ ConvertResult DataEncoder::ConvertWorkCanvas() {
                    DlgType::Confirmation, {"OK"});
     s_.Compression = false;
   }
-  if (s_.AutoFraming && !s_.SelectionActive && s_.Source) AutoFrame();
+  if (s_.AutoChangeFraming && s_.PreviousFrame && !s_.SelectionActive && s_.Source)
+    AutoFrame(s_.PreviousFrame);
+  else if (s_.AutoFraming && !s_.SelectionActive && s_.Source)
+    AutoFrame();
 
   text_.Clear();
   aux_.Clear();

@@ -45,7 +45,9 @@ class DataEncoder {
   void ComputeTotalBytes();
   void ResetWorkState();
   // Cuts the export area to the part that differs from the pixel at (0, 0), rounded to pages.
-  void AutoFrame();
+  // Cuts the export area to the painted part: the pixels that differ from the pixel at (0, 0),
+  // or, with `before`, from the same pixel of the frame before.
+  void AutoFrame(const Bitmap* before = nullptr);
 
   void WalkDown();
   void WalkDownAll();

@@ -437,7 +437,8 @@ bool TMainForm::TranslateCanvas() {
   const bool ok = result == ConvertResult::Done && !s.Abort;
   // Files are written only where a folder was chosen; the command line writes its own.
   const bool toFiles = ok && !s.OutputFolder.empty();
-  if (toFiles) WriteInfoFile();
+  // An animation writes its frames and one parameter file for the whole run itself.
+  if (toFiles && !g.AnimationActive) WriteInfoFile();
   if (result != ConvertResult::Stopped || !app_.mainText.Empty()) g.EditorUnsaved = true;
   if (s.AutoFraming && cs.area == CanvasState::Area::AutoFrame) {
     s.SelectionActive = false;
@@ -449,7 +450,7 @@ bool TMainForm::TranslateCanvas() {
     app_.exploForm2.EndIntelHex();
     app_.encoder.Formatter().IntelHex().AddEndOfFile();
   }
-  if (toFiles && g.AlwaysOverwrite && s.Output != OutputKind::BinaryFile) SaveOutputFile(true);
+  if (toFiles && g.AlwaysOverwrite && s.Output != OutputKind::BinaryFile && !g.AnimationActive) SaveOutputFile(true);
   if (saved) canvas.WorkBitmap = std::move(*saved);
   s.Source = &canvas.WorkBitmap;
   s.CanvasWidth = canvas.MatrixWidth();

@@ -68,6 +68,10 @@ class TMainForm {
   // output path. Asks before replacing an existing file unless `overwrite` is set. False when
   // not saved; the data then stays in the editor, still marked unsaved.
   bool SaveOutputFile(bool overwrite);
+  // Encodes a sequence of frames, one file per frame named after the output with an underscore
+  // and the frame number, then the parameter file of the whole run. False when the user said no
+  // or a frame stopped the series; the frames written until then stay.
+  bool ConvertAnimation(const std::vector<Bitmap>& frames);
 
  private:
   ConversionSession& app_session();

@@ -1,0 +1,109 @@
+// A sequence of frames encoded into one file per frame, with the changed area of each frame, the
+// list of frames whose compression did not pay, and one parameter file for the run.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "support/ShellTestSupport.h"
+
+namespace {
+
+using rm::Bitmap;
+using rmtest::TestProgram;
+namespace fs = std::filesystem;
+
+// A dot moving right on a 32 x 8 canvas, one column block per frame.
+std::vector<Bitmap> MovingDot(int count) {
+  std::vector<Bitmap> frames;
+  for (int f = 0; f < count; ++f) {
+    Bitmap b(32, 8);
+    for (int y = 2; y < 5; ++y) b.SetPixel(4 + f * 9, y, rm::kBlack);
+    frames.push_back(b);
+  }
+  return frames;
+}
+
+struct Sequence {
+  TestProgram p;
+  std::string dir = rmtest::MakeTempDir();
+  explicit Sequence(std::vector<std::string> answers = {}) {
+    p.Setup(1, Bitmap(32, 8), true);
+    p.app.session.OutputFolder = dir;
+    p.app.session.LastBitmapName = "dot.bmp";
+    p.app.session.CoordinatesDescriptors = true;
+    p.ui.answers.assign(answers.begin(), answers.end());
+  }
+  ~Sequence() { fs::remove_all(dir); }
+  std::string File(const std::string& name) const { return rmtest::ReadFile(dir + "/" + name); }
+};
+
+TEST(Animation, OneFilePerFrameWithTheChangedArea) {
+  Sequence r;
+  r.p.app.session.AutoChangeFraming = true;
+  ASSERT_TRUE(r.p.app.mainForm.ConvertAnimation(MovingDot(3)));
+  EXPECT_EQ(r.p.ui.messages.front().text, " Encode and save animation sequence to files ? ");
+  for (int f = 1; f <= 3; ++f) {
+    const std::string text = r.File("dot_" + std::to_string(f) + ".h");
+    SCOPED_TRACE(f);
+    EXPECT_NE(text.find("/* Animated Sequence Part # " + std::to_string(f) + " of 3  */"), std::string::npos) << text;
+    EXPECT_NE(text.find("const uint8_t  dot_" + std::to_string(f) + " "), std::string::npos) << text;
+    EXPECT_NE(text.find("see info file " + r.dir + "/dot.rtf"), std::string::npos);
+  }
+  // The first frame is whole; the second holds only the bytes where the dot left and arrived:
+  // columns 0 to 15 (rounded to whole bytes) of rows 2 to 4.
+  EXPECT_NE(r.File("dot_1.h").find("dotX = 0 ;"), std::string::npos);
+  const std::string second = r.File("dot_2.h");
+  EXPECT_NE(second.find("dotX = 0 ;"), std::string::npos) << second;
+  EXPECT_NE(second.find("dotY = 2 ;"), std::string::npos) << second;
+  // The size's place counts the frame's name without its underscore, so the size lands one
+  // character early, over the bracket.
+  EXPECT_NE(second.find("const uint8_t  dot_2 6E] PROGMEM = {"), std::string::npos) << second;
+  EXPECT_NE(second.find("\n 0x00 , 0x04 , 0x00 , 0x04 , 0x00 , 0x04 \n};"), std::string::npos) << second;
+  const std::string info = r.File("dot.rtf");
+  EXPECT_EQ(info.rfind("LCD animation parameters", 0), 0u) << info;
+  EXPECT_NE(info.find("dot_3.h"), std::string::npos) << info;
+  EXPECT_FALSE(fs::exists(r.dir + "/dot_1.rtf"));
+  // The canvas and the names come back as they were.
+  EXPECT_EQ(r.p.app.pixelForm.WorkBitmap, Bitmap(32, 8));
+  EXPECT_EQ(r.p.app.session.OutputFileName, "dot.h");
+  EXPECT_FALSE(r.p.app.globals.AnimationActive);
+}
+
+TEST(Animation, QuestionsAndRefusals) {
+  {
+    Sequence r({"No"});
+    EXPECT_FALSE(r.p.app.mainForm.ConvertAnimation(MovingDot(2)));
+    EXPECT_TRUE(fs::is_empty(r.dir));
+  }
+  {
+    Sequence r({"Yes", "No"});
+    rm::WriteFileAtomically(r.dir + "/dot_1.h", "old");
+    EXPECT_FALSE(r.p.app.mainForm.ConvertAnimation(MovingDot(2)));
+    EXPECT_EQ(r.p.ui.messages.back().text, " File in animated sequence exists ! Overwrite it ? ");
+    EXPECT_EQ(r.File("dot_1.h"), "old");
+  }
+  {
+    Sequence r;
+    EXPECT_FALSE(r.p.app.mainForm.ConvertAnimation({}));
+    EXPECT_EQ(r.p.ui.messages.back().text, " Animation is empty ! ");
+  }
+}
+
+TEST(Animation, FramesWhoseCompressionDoesNotPayAreListed) {
+  Sequence r;
+  r.p.app.session.Compression = true;
+  std::vector<Bitmap> frames = MovingDot(2);
+  // A busy third frame: no byte repeats its neighbour.
+  Bitmap busy(32, 8);
+  for (int y = 0; y < 8; ++y)
+    for (int x = 0; x < 32; ++x)
+      if ((x + y * 3) % 5 == 0 || (x * y) % 7 == 1) busy.SetPixel(x, y, rm::kBlack);
+  frames.push_back(busy);
+  ASSERT_TRUE(r.p.app.mainForm.ConvertAnimation(frames));
+  EXPECT_EQ(r.p.ui.messages.back().text, "No efficient data compression was possible on frame(s) : \r3");
+  EXPECT_EQ(r.p.ui.messages.back().title, "Warning");
+  EXPECT_NE(r.File("dot_1.h").find("COMPRESSED"), std::string::npos);
+  EXPECT_EQ(r.File("dot_3.h").find("COMPRESSED"), std::string::npos);  // made again plainly
+}
+
+}  // namespace
