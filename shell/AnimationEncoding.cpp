@@ -7,7 +7,7 @@
 
 namespace rm {
 
-bool TMainForm::ConvertAnimation(const std::vector<Bitmap>& frames) {
+bool TMainForm::ConvertAnimation(const std::vector<Bitmap>& frames, const std::vector<int>& delaysMs) {
   ConversionSession& s = app_.session;
   Globals& g = app_.globals;
   UiPort& ui = app_.ui;
@@ -42,6 +42,7 @@ bool TMainForm::ConvertAnimation(const std::vector<Bitmap>& frames) {
   g.AnimationFrameRecords.clear();
   g.AnimationBytes = 0;
   std::vector<int> refused;
+  std::vector<ClipFrame> clip;
   bool ok = true;
   for (int f = 1; f <= n; ++f) {
     StatusBarAndLog("Encoding image # " + std::to_string(f));
@@ -53,6 +54,15 @@ bool TMainForm::ConvertAnimation(const std::vector<Bitmap>& frames) {
     s.TableName = tableName;
     s.InfoFilePath = infoFile;  // every frame names the one parameter file of the run
     const bool done = TranslateCanvas();
+    ClipFrame shown;
+    shown.file = frameFile(f);
+    shown.table = tableName + s.Underscore + std::to_string(f);
+    shown.x = s.ExportAreaX1;
+    shown.y = s.ExportAreaY1;
+    shown.width = s.EncodeWidth;
+    shown.height = s.EncodeHeight;
+    shown.delayMs = static_cast<std::size_t>(f - 1) < delaysMs.size() ? delaysMs[static_cast<std::size_t>(f - 1)]
+                                                                      : g.FrameDelayMs;
     // The changed area belongs to this frame only.
     s.SelectionActive = false;
     app_.encoder.Canvas().area = CanvasState::Area::None;
@@ -66,6 +76,7 @@ bool TMainForm::ConvertAnimation(const std::vector<Bitmap>& frames) {
     record.file = frameFile(f);
     if (app_.encoder.CompressionRefused()) refused.push_back(f);
     if (CompressesBytes(s) && !app_.encoder.CompressionRefused()) {
+      shown.pointerTable = "x" + s.Underscore + shown.table;
       const CompressionState& c = app_.encoder.Compression();
       record.bytes = c.DataBytes() + c.Pointers();
       record.compressionRatio = CompressionState::RatioText(
@@ -76,6 +87,7 @@ bool TMainForm::ConvertAnimation(const std::vector<Bitmap>& frames) {
     }
     g.AnimationBytes += record.bytes;
     g.AnimationFrameRecords.push_back(record);
+    clip.push_back(shown);
     if (toFiles && !SaveOutputFile(true)) {
       ok = false;
       break;
@@ -94,6 +106,19 @@ bool TMainForm::ConvertAnimation(const std::vector<Bitmap>& frames) {
   s.OutputFileName = baseFile;
   s.TableName = tableName;
   s.InfoFilePath = rm::InfoFileName(s);
+  g.ClipUnitFile.clear();
+  if (toFiles && ok && g.Clip.enabled) {
+    const std::string clipFile = "clip_" + baseFile;
+    TextLines lines;
+    for (auto& l : ClipUnitLines(g.Clip, tableName, clip, app_.encoder.Formatter().CommentPrefix(), infoFile))
+      lines.Add(std::move(l));
+    std::string error;
+    if (lines.SaveToFile(s.OutputFolder + "/" + clipFile, &error))
+      g.ClipUnitFile = clipFile;
+    else
+      ui.MessageDlg(" File could not be saved to disk, access denied ! \r Reason = " + error, "Error", DlgType::Error,
+                    {"OK"});
+  }
   if (toFiles && !g.AnimationFrameRecords.empty()) WriteInfoFile();
   g.AnimationActive = wasActive;
   g.FrameCount = wasCount;

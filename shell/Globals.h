@@ -2,6 +2,8 @@
 #include <string>
 #include <vector>
 
+#include "engine/ClipUnit.h"
+
 #include "engine/InfoFile.h"
 
 namespace rm {
@@ -42,6 +44,8 @@ struct Globals {
   std::vector<InfoFrameRecord> AnimationFrameRecords;
   long long AnimationBytes = 0;
   std::string ClipUnitFile;  // empty when no clip unit was written
+  ClipSyntax Clip;
+  int FrameDelayMs = 100;    // the delay of a frame that brings none of its own
 };
 
 }  // namespace rm

@@ -71,7 +71,8 @@ class TMainForm {
   // Encodes a sequence of frames, one file per frame named after the output with an underscore
   // and the frame number, then the parameter file of the whole run. False when the user said no
   // or a frame stopped the series; the frames written until then stay.
-  bool ConvertAnimation(const std::vector<Bitmap>& frames);
+  // `delaysMs` gives each frame's delay for the clip unit; missing ones take FrameDelayMs.
+  bool ConvertAnimation(const std::vector<Bitmap>& frames, const std::vector<int>& delaysMs = {});
 
  private:
   ConversionSession& app_session();

@@ -63,10 +63,34 @@ TEST(Animation, OneFilePerFrameWithTheChangedArea) {
   EXPECT_EQ(info.rfind("LCD animation parameters", 0), 0u) << info;
   EXPECT_NE(info.find("dot_3.h"), std::string::npos) << info;
   EXPECT_FALSE(fs::exists(r.dir + "/dot_1.rtf"));
+  // The clip unit plays the frames, each drawn over its own area.
+  EXPECT_EQ(r.File("clip_dot.h"), "#include <dot_1.h>\n#include <dot_2.h>\n#include <dot_3.h>\n\n"
+                                  "void dot(void)\n{\n"
+                                  "  GLCD_Bitmap(dot_1,0,0,32,8);\n"
+                                  "  GLCD_Bitmap(dot_2,0,2,16,3);\n"
+                                  "  GLCD_Bitmap(dot_3,8,2,16,3);\n"
+                                  "};\n\n/*  See info file " + r.dir + "/dot.rtf\n");
+  EXPECT_NE(info.find("Clip Unit : "), std::string::npos) << info;
   // The canvas and the names come back as they were.
   EXPECT_EQ(r.p.app.pixelForm.WorkBitmap, Bitmap(32, 8));
   EXPECT_EQ(r.p.app.session.OutputFileName, "dot.h");
   EXPECT_FALSE(r.p.app.globals.AnimationActive);
+}
+
+TEST(Animation, ClipUnitDelaysAndCompressedFrames) {
+  rm::ClipSyntax c;
+  c.withDelay = true;
+  c.withPositionAndSize = false;
+  std::vector<rm::ClipFrame> frames(2);
+  frames[0] = {"a_1.h", "a_1", "x_a_1", 0, 0, 8, 8, 40};
+  frames[1] = {"a_2.h", "a_2", "", 0, 0, 8, 8, 70};
+  auto lines = rm::ClipUnitLines(c, "a", frames, " ;", "a.rtf");
+  const std::vector<std::string> plain = {"  GLCD_xBitmap(a_1,x_a_1);", "  delay(40);", "  GLCD_Bitmap(a_2);", "};"};
+  EXPECT_EQ(std::vector<std::string>(lines.begin() + 5, lines.begin() + 9), plain);
+  c.delayAfterLastFrame = true;
+  lines = rm::ClipUnitLines(c, "a", frames, " ;", "a.rtf");
+  EXPECT_EQ(lines[8], "  delay(70);");
+  EXPECT_EQ(lines.back(), " ; See info file a.rtf");
 }
 
 TEST(Animation, QuestionsAndRefusals) {
