@@ -54,18 +54,19 @@ bool TextLines::LoadFromFile(const std::string& path) {
   return true;
 }
 
-bool TextLines::SaveToFile(const std::string& path, std::string* error) const {
-  return WriteFileAtomically(path, Text(), error);
-}
+namespace {
 
-bool WriteFileAtomically(const std::string& path, const std::string& data, std::string* error) {
+// Writes through a temporary file beside `path` and renames it into place, so a failed write
+// leaves the old file. `write` puts the content into the stream and says whether all went in.
+template <typename Write>
+bool WriteAtomically(const std::string& path, std::string* error, Write write) {
   std::string tmp = path + ".tmp" + std::to_string(::getpid());
   FILE* f = std::fopen(tmp.c_str(), "wb");
   if (!f) {
     if (error) *error = std::strerror(errno);
     return false;
   }
-  bool ok = std::fwrite(data.data(), 1, data.size(), f) == data.size();
+  bool ok = write(f);
   ok = (std::fflush(f) == 0) && ok;
   int saved = errno;
   ok = (std::fclose(f) == 0) && ok;
@@ -78,6 +79,30 @@ bool WriteFileAtomically(const std::string& path, const std::string& data, std::
     if (error) *error = std::strerror(saved ? saved : EIO);
   }
   return ok;
+}
+
+}  // namespace
+
+// Streams the lines: a table of many megabytes is not joined into one string first.
+bool TextLines::SaveToFile(const std::string& path, std::string* error) const {
+  return WriteAtomically(path, error, [this](FILE* f) {
+    std::string chunk;
+    chunk.reserve(1 << 20);
+    for (const auto& l : lines_) {
+      chunk += l;
+      chunk += '\n';
+      if (chunk.size() >= (1u << 20)) {
+        if (std::fwrite(chunk.data(), 1, chunk.size(), f) != chunk.size()) return false;
+        chunk.clear();
+      }
+    }
+    return std::fwrite(chunk.data(), 1, chunk.size(), f) == chunk.size();
+  });
+}
+
+bool WriteFileAtomically(const std::string& path, const std::string& data, std::string* error) {
+  return WriteAtomically(path, error,
+                         [&data](FILE* f) { return std::fwrite(data.data(), 1, data.size(), f) == data.size(); });
 }
 
 bool IsFileInUse(const std::string& path) {

@@ -550,15 +550,9 @@ bool TMainForm::SaveOutputFile(bool overwrite) {
     }
   }
 
-  std::string data;
-  if (binary) {
-    const auto& bytes = app_.hex.Bytes();
-    data.assign(bytes.begin(), bytes.end());
-  } else {
-    data = app_.mainText.Text();
-  }
   std::string error;
-  if (!WriteFileAtomically(path, data, &error)) return denied("not writable (" + error + ")");
+  const bool written = binary ? app_.hex.SaveToFile(path, &error) : app_.mainText.SaveToFile(path, &error);
+  if (!written) return denied("not writable (" + error + ")");
   if (!binary) g.EditorUnsaved = false;
   StatusBarAndLog("Data Array saved to file : " + path);
   return true;
