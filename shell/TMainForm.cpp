@@ -346,8 +346,22 @@ bool TMainForm::ExportColorPaletteAsArray3Click() {
   app_.encoder.Canvas().floatingSelection = app_.pixelForm.FloatingSelection;
   app_.encoder.Canvas().animationActive = app_.globals.AnimationActive;
   const bool ok = app_.encoder.ConvertPalette();
-  if (ok) app_.globals.EditorUnsaved = true;
-  return ok;
+  if (!ok) return false;
+  app_.globals.EditorUnsaved = true;
+  // The table is saved beside the picture's tables as "COLORLUT" + the output file's name, where
+  // an output folder was chosen; otherwise it waits in the editor like any table.
+  if (!s.OutputFolder.empty()) {
+    const std::string path = s.OutputFolder + "/COLORLUT" + DefineOutputFileName(s);
+    std::string error;
+    if (app_.mainText.SaveToFile(path, &error)) {
+      app_.globals.EditorUnsaved = false;
+      StatusBarAndLog("Data Array saved to file : " + path);
+    } else {
+      app_.ui.MessageDlg(" File could not be saved to disk, access denied ! \r Reason = " + error, "Error",
+                         DlgType::Error, {"OK"});
+    }
+  }
+  return true;
 }
 
 bool TMainForm::HasStrayColours() const {

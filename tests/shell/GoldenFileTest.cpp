@@ -2,6 +2,7 @@
 // compared with reviewed files in tests/golden/file. UPDATE_GOLDEN=1 rewrites them.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <functional>
 
@@ -155,6 +156,16 @@ TEST(GoldenFile, ColourLookUpTables) {
   EXPECT_FALSE(mono.app.mainForm.ExportColorPaletteAsArray3Click());
   ASSERT_EQ(mono.ui.messages.size(), 1u);
   EXPECT_TRUE(mono.app.mainText.Empty());
+
+  // With an output folder the table is saved there under "COLORLUT" + the output file's name.
+  TestProgram saved;
+  saved.Setup(57, Bitmap(8, 8), true);
+  saved.app.session.OutputFolder = rmtest::MakeTempDir();
+  saved.app.session.LastBitmapName = "sprite.png";
+  ASSERT_TRUE(saved.app.mainForm.ExportColorPaletteAsArray3Click());
+  EXPECT_EQ(rmtest::ReadFile(saved.app.session.OutputFolder + "/COLORLUTsprite.h"), saved.Text());
+  EXPECT_FALSE(saved.app.globals.EditorUnsaved);
+  std::filesystem::remove_all(saved.app.session.OutputFolder);
 
   TestProgram compressed;
   compressed.Setup(56, Bitmap(8, 8), true);
