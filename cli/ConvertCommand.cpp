@@ -14,6 +14,7 @@
 #include "platform/PlatformImageCodecs.h"
 #include "shell/Application.h"
 #include "shell/ConsoleUi.h"
+#include "shell/ProjectStore.h"
 #include "shell/SettingsTable.h"
 
 namespace rmcli {
@@ -87,6 +88,8 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
   c.add_flag("--interleave", o.interleave, "Interleave rows: 0, H/2, 1, H/2+1 ...");
   c.add_flag("--auto-frame", o.autoFrame, "Export only the painted part of the canvas, rounded to whole bytes");
   c.add_option("--template", o.templateFile, "Header Include template to fill instead of the default one");
+  c.add_option("--project", o.project, "Start from the settings of this project file; the options given override them")
+      ->check(CLI::ExistingFile);
   c.add_flag("--compress", o.compress,
              "Run length compression: a data table and a pointer table (monochrome, 8 bit text output only)");
   c.add_flag("-v,--verbose", o.verbose, "Print every step of the log");
@@ -121,6 +124,13 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
   for (const auto& a : o.answers) ui.QueueAnswer(a);
   SystemClock clock;
   Application app(ui, clock);
+  if (!o.project.empty()) {
+    // Read only: conversions never write the project, so many can run side by side.
+    IniFile project;
+    std::string error;
+    if (!project.Load(o.project, &error)) return Fail(error);
+    ProjectRead(app, project);
+  }
 
   if (!o.mode.empty()) {
     const ColourModeInfo* info = FindColourModeByCliName(o.mode);

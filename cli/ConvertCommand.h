@@ -37,6 +37,7 @@ struct ConvertOptions {
   bool verbose = false;
   bool noInfo = false;  // no parameter file beside the output file
   std::string templateFile;
+  std::string project;  // a project file whose settings the conversion starts from
 };
 
 void AddConvertOptions(CLI::App& command, ConvertOptions& options);

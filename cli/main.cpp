@@ -10,6 +10,7 @@
 
 #include "cli/ClutCommand.h"
 #include "cli/ConvertCommand.h"
+#include "cli/SettingsCommand.h"
 
 namespace {
 
@@ -34,6 +35,9 @@ int main(int argc, char** argv) {
   rmcli::ClutOptions clut;
   CLI::App* clutCommand = app.add_subcommand("clut", "Write the colour mode's palette as a Color Look-up Table");
   rmcli::AddClutOptions(*clutCommand, clut);
+  rmcli::SettingsOptions settings;
+  CLI::App* settingsCommand = app.add_subcommand("settings", "List, read or change the settings of a project file");
+  rmcli::AddSettingsCommands(*settingsCommand, settings);
 
   try {
     app.parse(argc, argv);
@@ -44,5 +48,6 @@ int main(int argc, char** argv) {
   std::signal(SIGINT, OnInterrupt);
   if (*conv) return rmcli::RunConvert(convert, InterruptFlag(), isatty(fileno(stderr)) != 0);
   if (*clutCommand) return rmcli::RunClut(clut);
+  if (*settingsCommand) return rmcli::RunSettings(settings);
   return 2;
 }

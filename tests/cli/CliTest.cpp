@@ -632,3 +632,37 @@ TEST_F(Cli, ClutWritesThePaletteTable) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(Cli, SettingsCommandsAndConvertFromAProject) {
+  const std::string project = out_ + "/board.LCD";
+  ASSERT_EQ(Run({"settings", "--project", project, "set", "orgc", "8"}).status, 0);
+  ASSERT_EQ(Run({"settings", "--project", project, "set", "FXHB", "H"}).status, 0);
+  const Result got = Run({"settings", "--project", project, "get", "ORGC"});
+  EXPECT_EQ(got.status, 0);
+  EXPECT_EQ(got.out, "8\n");
+  const Result list = Run({"settings", "--project", project, "list"});
+  EXPECT_NE(list.out.find("[I11] ORGC=8\n"), std::string::npos) << list.out;
+  EXPECT_NE(list.out.find("[S] FXHB=H\n"), std::string::npos);
+  EXPECT_NE(ReadFile(project).find("ORGC=8"), std::string::npos);
+
+  // Refusals leave the project as it was.
+  const std::string before = ReadFile(project);
+  EXPECT_EQ(Run({"settings", "--project", project, "set", "ORGC", "many"}).status, 2);
+  EXPECT_EQ(Run({"settings", "--project", project, "get", "NoSuchKey"}).status, 2);
+  EXPECT_EQ(ReadFile(project), before);
+
+  // A conversion starts from the project and does not write it; options still override it.
+  const std::string picture = Png("pic.png", CornerPixel());
+  const Result converted = Run({"convert", picture, "--project", project});
+  ASSERT_EQ(converted.status, 0) << converted.err;
+  EXPECT_NE(converted.out.find("\n 80h, 00h , 00h , 00h , 00h , 00h , 00h , 00h ,\n"), std::string::npos)
+      << converted.out;
+  const Result overridden = Run({"convert", picture, "--project", project, "--per-line", "2"});
+  EXPECT_NE(overridden.out.find("\n 80h, 00h ,\n"), std::string::npos) << overridden.out;
+  EXPECT_EQ(ReadFile(project), before);
+  EXPECT_EQ(Run({"convert", picture, "--project", out_ + "/missing.LCD"}).status, 2);
+}
+
+}  // namespace
