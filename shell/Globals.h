@@ -3,7 +3,6 @@
 #include <vector>
 
 #include "engine/ClipUnit.h"
-
 #include "engine/InfoFile.h"
 
 namespace rm {
@@ -12,8 +11,15 @@ namespace rm {
 // The output folder and file names are in the session, whose comments quote them.
 struct Globals {
   // Folders.
-  std::string InitsFolder;
+  std::string MyDocuments;
+  std::string MyPictures;
+  std::string InitsFolder;              // ends with "/"
+  std::string ProjectRoot;              // ends with "/"
   std::string ActiveProject;            // full path of the active .LCD
+  std::string DocumentsRole, GraphicsRole, OutputRole, FontsRole, TouchRole, BatchRole;
+  bool FirstRun = false;
+  bool ProjectFellBack = false;
+  bool QuitBlocked = false;
   std::vector<std::string> DataFolders; // where the shipped default palettes are found
 
   // Special modes; they are mutually exclusive.

@@ -68,6 +68,12 @@ class TMainForm {
   // output path. Asks before replacing an existing file unless `overwrite` is set. False when
   // not saved; the data then stays in the editor, still marked unsaved.
   bool SaveOutputFile(bool overwrite);
+  // Finds or creates the inits folder, the pointer file and the project root, and sets the active
+  // project (falling back to the default project when the pointer names none that exists).
+  void LoadFolders();
+  // Writes the active project into the pointer file; false (and the quit blocked) when the
+  // pointer file is held by another program or was deleted.
+  bool SaveFolders();
   // Encodes a sequence of frames, one file per frame named after the output with an underscore
   // and the frame number, then the parameter file of the whole run. False when the user said no
   // or a frame stopped the series; the frames written until then stay.

@@ -1,0 +1,96 @@
+// Where the settings and the projects are: the pointer file Rastermill.ini in the inits folder
+// names the active project; the project root holds the user's working folders.
+#include <filesystem>
+#include <fstream>
+
+#include "shell/Application.h"
+#include "shell/Folders.h"
+
+namespace rm {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+void CreateProjectRoot(Globals& g, bool setRoles) {
+  std::error_code ec;
+  for (const char* sub : kProjectSubfolders) fs::create_directories(g.ProjectRoot + sub, ec);
+  if (!setRoles) return;
+  g.OutputRole = g.ProjectRoot + kProjectSubfolders[0];
+  g.FontsRole = g.ProjectRoot + kProjectSubfolders[1];
+  g.TouchRole = g.ProjectRoot + kProjectSubfolders[2];
+  g.DocumentsRole = g.ProjectRoot + kProjectSubfolders[3];
+  g.BatchRole = g.ProjectRoot + kProjectSubfolders[4];
+}
+
+}  // namespace
+
+void TMainForm::LoadFolders() {
+  Globals& g = app_.globals;
+  g.LastAction = "load folders";
+  const std::string home = HomeFolder();
+  g.MyDocuments = UserDirectory(home, "XDG_DOCUMENTS_DIR", "Documents");
+  g.MyPictures = UserDirectory(home, "XDG_PICTURES_DIR", "Pictures");
+  g.InitsFolder = g.MyDocuments + "/Rastermill inits " + ProgramVersionTag() + "/";
+  g.ProjectRoot = g.MyDocuments + "/Rastermill Project/";
+  const std::string pointer = g.InitsFolder + "Rastermill.ini";
+  std::error_code ec;
+
+  // An installer or an older version hands its settings over in a transfer folder.
+  if (!fs::exists(pointer, ec)) {
+    const std::string transfer = g.MyDocuments + "/Rastermill inits xfer";
+    if (fs::is_directory(transfer, ec)) {
+      fs::create_directories(g.InitsFolder, ec);
+      fs::copy(transfer, g.InitsFolder, fs::copy_options::recursive | fs::copy_options::overwrite_existing, ec);
+      fs::remove_all(transfer, ec);
+    }
+  }
+
+  if (fs::exists(pointer, ec)) {
+    CreateProjectRoot(g, false);
+    if (IsFileInUse(pointer)) {
+      app_.ui.MessageDlg(" Init file is opened by another application ! ", "Error", DlgType::Error, {"OK"});
+      g.ActiveProject.clear();
+      return;
+    }
+    std::ifstream in(pointer);
+    std::getline(in, g.ActiveProject);
+    if (!g.ActiveProject.empty() && g.ActiveProject.back() == '\r') g.ActiveProject.pop_back();
+    // The root folder is this platform's "C:\": a pointer to it names no project, and a pointer to
+    // a project that is gone falls back to the default project as well.
+    const bool exists = fs::exists(g.ActiveProject, ec);
+    const bool root = g.ActiveProject == "/";
+    if (exists == root) {
+      g.ActiveProject = g.InitsFolder + "default.LCD";
+      g.ProjectFellBack = true;
+    }
+    return;
+  }
+
+  g.FirstRun = true;
+  g.ActiveProject = g.InitsFolder;
+  fs::create_directories(g.InitsFolder, ec);
+  std::string error;
+  if (!WriteFileAtomically(pointer, g.InitsFolder + "default.LCD\n", &error))
+    StatusBarAndLog("Init file not written : " + error);
+  CreateProjectRoot(g, true);
+  g.DocumentsRole = g.MyDocuments;
+  g.GraphicsRole = g.MyPictures;
+}
+
+bool TMainForm::SaveFolders() {
+  Globals& g = app_.globals;
+  const std::string pointer = g.InitsFolder + "Rastermill.ini";
+  std::error_code ec;
+  std::string error;
+  if (IsFileInUse(pointer) || !fs::exists(pointer, ec) ||
+      !WriteFileAtomically(pointer, g.ActiveProject + "\n", &error)) {
+    app_.ui.MessageDlg(" Init file is opened by another application or was deleted ! ", "Error", DlgType::Error,
+                       {"OK"});
+    g.QuitBlocked = true;
+    return false;
+  }
+  return true;
+}
+
+}  // namespace rm
