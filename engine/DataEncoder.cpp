@@ -16,6 +16,14 @@ DataEncoder::DataEncoder(ConversionSession& session, TextLines& text, TextLines&
 
 // ---- sizes and work state -------------------------------------------------------------------
 
+long long DataEncoder::BytesOfPixels(long long pixels) const {
+  if (s_.Colours4096 && s_.Packed) return static_cast<long long>(std::trunc(pixels * 1.5L));
+  if (s_.Colours4096 || s_.Colours65536) return pixels * 2;
+  if (s_.Colours262kPacked || s_.Colours262kUnpacked) return pixels * 3;
+  if (s_.Colours16M) return pixels * (s_.Packed ? 3 : 4);
+  return pixels;
+}
+
 void DataEncoder::ComputeTotalBytesPlus() {
   const long long w = s_.EncodeWidth, h = s_.EncodeHeight;
   long long v;
@@ -25,14 +33,8 @@ void DataEncoder::ComputeTotalBytesPlus() {
     v = static_cast<long long>(std::trunc(static_cast<long double>(w * h) / s_.PixelsPerByte)) + 1;
     if (s_.ModeNumber == 29)
       v = static_cast<long long>(std::ceil(static_cast<float>((w * h / 3) * 2)));
-    else if (s_.Colours4096 && s_.Packed)
-      v = static_cast<long long>(std::trunc(v * 1.5L));
-    else if (s_.Colours4096 || s_.Colours65536)
-      v *= 2;
-    else if (s_.Colours262kPacked || s_.Colours262kUnpacked)
-      v *= 3;
-    else if (s_.Colours16M)
-      v *= s_.Packed ? 3 : 4;
+    else
+      v = BytesOfPixels(v);
   }
   s_.TotalBytesPlus = v;
 }
@@ -53,14 +55,8 @@ void DataEncoder::ComputeTotalBytes() {
     v = static_cast<long long>(std::trunc(static_cast<long double>(w * h) / ppb));
     if (s_.ModeNumber == 29)
       v = static_cast<long long>(std::ceil(static_cast<long double>(w * h / 3))) * 2;
-    else if (s_.Colours4096 && s_.Packed)
-      v = static_cast<long long>(std::trunc(v * 1.5L));
-    else if (s_.Colours4096 || s_.Colours65536)
-      v *= 2;
-    else if (s_.Colours262kPacked || s_.Colours262kUnpacked)
-      v *= 3;
-    else if (s_.Colours16M)
-      v *= s_.Packed ? 3 : 4;
+    else
+      v = BytesOfPixels(v);
   }
   s_.TotalBytes = v;
 }

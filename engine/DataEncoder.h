@@ -43,6 +43,8 @@ class DataEncoder {
 
   void ComputeTotalBytesPlus();
   void ComputeTotalBytes();
+  // The bytes `pixels` take in the modes of more than one byte per pixel (1.5 for 4096 packed).
+  long long BytesOfPixels(long long pixels) const;
   void ResetWorkState();
   // Cuts the export area to the part that differs from the pixel at (0, 0), rounded to pages.
   // Cuts the export area to the painted part: the pixels that differ from the pixel at (0, 0),
