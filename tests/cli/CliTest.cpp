@@ -666,3 +666,19 @@ TEST_F(Cli, SettingsCommandsAndConvertFromAProject) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(Cli, TemplateOptionFillsTheGivenTemplate) {
+  const std::string picture = Png("sprite.png", CornerPixel());
+  const std::string tpl = in_ + "/asm.txt";
+  rm::WriteFileAtomically(tpl, "; table [&NAME], [&SIZE] bytes\n[&NAME]:\n");
+  const Result r = Run({"convert", picture, "--template", tpl, "--set", "begds=", "--set", "Endst="});
+  ASSERT_EQ(r.status, 0) << r.err;
+  EXPECT_NE(r.out.find("\n; table  sprite , [32] bytes\n[&NAME]:\n"), std::string::npos) << r.out;
+  const Result missing = Run({"convert", picture, "--template", in_ + "/none.txt"});
+  EXPECT_EQ(missing.status, 0);  // the table still comes, without a header
+  EXPECT_NE(missing.err.find("none.txt not found ! No table header will be add..."), std::string::npos) << missing.err;
+}
+
+}  // namespace
