@@ -74,6 +74,13 @@ class TMainForm {
   // Writes the active project into the pointer file; false (and the quit blocked) when the
   // pointer file is held by another program or was deleted.
   bool SaveFolders();
+  // Reads the active project into the program: the factory state when there is no such file
+  // (ActiveProject then names the default project). False, after telling the user, when the file
+  // is held by another program; nothing is read then.
+  bool LoadConfigurationX();
+  // Writes the program's settings into the active project. False when it is held by another
+  // program or cannot be written; the file on disk then stays as it was.
+  bool SaveConfigurationX();
   // Encodes a sequence of frames, one file per frame named after the output with an underscore
   // and the frame number, then the parameter file of the whole run. False when the user said no
   // or a frame stopped the series; the frames written until then stay.

@@ -1,0 +1,80 @@
+// Reading and writing the active project as a whole: the project file named by ActiveProject,
+// read into the program at start and on activation, written at quit and when a project is saved.
+#include <filesystem>
+
+#include "shell/Application.h"
+#include "shell/IniFile.h"
+#include "shell/ProjectStore.h"
+
+namespace rm {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A project folder marked read-only would make every later save fail; the program owns that
+// folder, so it takes the mark away rather than lose the settings at quit.
+void ClearReadOnlyFolder(const std::string& projectPath) {
+  std::error_code ec;
+  const fs::path folder = fs::path(projectPath).parent_path();
+  if (folder.empty() || !fs::is_directory(folder, ec)) return;
+  const auto perms = fs::status(folder, ec).permissions();
+  if (!ec && (perms & fs::perms::owner_write) == fs::perms::none)
+    fs::permissions(folder, fs::perms::owner_write, fs::perm_options::add, ec);
+}
+
+}  // namespace
+
+bool TMainForm::LoadConfigurationX() {
+  Globals& g = app_.globals;
+  g.LastAction = "Load Configuration";
+  std::error_code ec;
+  const bool exists = !g.ActiveProject.empty() && fs::is_regular_file(g.ActiveProject, ec);
+  if (exists && IsFileInUse(g.ActiveProject)) {
+    app_.ui.MessageDlg(" Settings file is opened by another application ! ", "Error", DlgType::Error, {"OK"});
+    return false;
+  }
+  ClearReadOnlyFolder(g.ActiveProject);
+  IniFile project;
+  if (exists) {
+    std::string error;
+    if (!project.Load(g.ActiveProject, &error)) StatusBarAndLog(error);
+  } else {
+    // No project yet (first run, or the pointer led nowhere): the factory state, saved as the
+    // default project at the next write. The reads below all take their defaults, even when a
+    // default.LCD lies in the folder, as the model stays empty.
+    app_.ui.Beep();
+    g.ActiveProject = g.InitsFolder + "default.LCD";
+    app_.session.OutputFileName = "NewBitmap.h";
+  }
+  ProjectRead(app_, project);
+  g.LastAction = "Config Saved";
+  return true;
+}
+
+bool TMainForm::SaveConfigurationX() {
+  Globals& g = app_.globals;
+  g.LastAction = "Save Configuration";
+  if (g.ActiveProject.empty()) return false;
+  std::error_code ec;
+  if (fs::exists(g.ActiveProject, ec) && IsFileInUse(g.ActiveProject)) {
+    app_.ui.MessageDlg(" Settings file is opened by another application ! ", "Error", DlgType::Error, {"OK"});
+    return false;
+  }
+  ClearReadOnlyFolder(g.ActiveProject);
+  IniFile project;
+  std::string error;
+  if (!project.Load(g.ActiveProject, &error)) {
+    StatusBarAndLog(error);
+    return false;
+  }
+  ProjectWrite(app_, project);
+  if (!project.Save(&error)) {
+    StatusBarAndLog(error);
+    return false;
+  }
+  g.LastAction = "Config Saved";
+  return true;
+}
+
+}  // namespace rm
