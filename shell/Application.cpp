@@ -10,7 +10,8 @@ Application::Application(UiPort& u, Clock& c)
       encoder(session, mainText, auxLines, hex, u),
       mainForm(*this),
       imageForm(*this),
-      exploForm2(*this) {
+      exploForm2(*this),
+      exploForm(*this) {
   globals.DataFolders.push_back(ProgramDataFolder() + "/palettes");
   mainForm.RebuildColourTables();
 }

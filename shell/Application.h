@@ -9,6 +9,7 @@
 #include "engine/TextLines.h"
 #include "engine/UiPort.h"
 #include "shell/Globals.h"
+#include "shell/TExploForm.h"
 #include "shell/TExploForm2.h"
 #include "shell/TImageForm.h"
 #include "shell/TMainForm.h"
@@ -38,6 +39,7 @@ class Application {
   TMainForm mainForm;
   TImageForm imageForm;
   TExploForm2 exploForm2;
+  TExploForm exploForm;
 };
 
 // The folder of the program's shipped data (default palettes): RASTERMILL_DATA when set,
