@@ -41,13 +41,13 @@ int RunSettings(const SettingsOptions& o) {
   if (o.list) {
     for (const SettingDef& def : SettingsTable())
       std::printf("[%s] %s=%s\n", std::string(def.section).c_str(), std::string(def.key).c_str(),
-                  def.get(app).c_str());
+                  GetSetting(app, def).c_str());
     return 0;
   }
   const SettingDef* def = FindSetting(o.key);
   if (!def) return fail("unknown setting key: " + o.key, 2);
   if (o.get) {
-    std::printf("%s\n", def->get(app).c_str());
+    std::printf("%s\n", GetSetting(app, *def).c_str());
     return 0;
   }
   if (!ApplySetting(app, o.key, o.value, error)) return fail(error, 2);

@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "shell/SettingsTable.h"
+
 namespace rm {
 
 Application::Application(UiPort& u, Clock& c)
@@ -12,6 +14,7 @@ Application::Application(UiPort& u, Clock& c)
       imageForm(*this),
       exploForm2(*this),
       exploForm(*this) {
+  globals.HeldSettings = FactoryHeldSettings();
   globals.DataFolders.push_back(ProgramDataFolder() + "/palettes");
   mainForm.RebuildColourTables();
 }

@@ -52,6 +52,14 @@ struct Globals {
   std::string ClipUnitFile;  // empty when no clip unit was written
   ClipSyntax Clip;
   int FrameDelayMs = 100;    // the delay of a frame that brings none of its own
+
+  // Settings kept for features that do not use them yet, by their place in the settings table,
+  // so that a project is written back as it was read.
+  std::vector<std::string> HeldSettings;
+  // The search and replace grid's sections as the project had them: (section, [(key, value)]).
+  std::vector<std::pair<std::string, std::vector<std::pair<std::string, std::string>>>> SearchReplaceSections;
+  // On while a project's colour mode is being applied: the mode command then asks nothing.
+  bool ApplyingSettings = false;
 };
 
 }  // namespace rm

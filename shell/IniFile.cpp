@@ -301,6 +301,8 @@ bool IniFile::WriteBool(std::string_view section, std::string_view key, bool val
   return WriteString(section, key, value ? "1" : "0");
 }
 
+bool IniFile::SameName(std::string_view a, std::string_view b) { return Fold(a) == Fold(b); }
+
 bool IniFile::HasSection(std::string_view section) const { return Find(section) != nullptr; }
 
 bool IniFile::HasKey(std::string_view section, std::string_view key) const { return FindKey(section, key) != nullptr; }

@@ -75,6 +75,9 @@ class IniFile {
   bool WriteInteger(std::string_view section, std::string_view key, int value);
   bool WriteBool(std::string_view section, std::string_view key, bool value);
 
+  // Section and key names compare this way: without regard to ASCII case.
+  static bool SameName(std::string_view a, std::string_view b);
+
   bool HasSection(std::string_view section) const;
   bool HasKey(std::string_view section, std::string_view key) const;
   // Section names in file order, each once, spelled as at its first occurrence.

@@ -48,7 +48,7 @@ bool TMainForm::LoadConfigurationX() {
     app_.session.OutputFileName = "NewBitmap.h";
   }
   ProjectRead(app_, project);
-  g.LastAction = "Config Saved";
+  LoadSearchReplaceData(app_, project);
   return true;
 }
 

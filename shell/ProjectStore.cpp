@@ -17,33 +17,83 @@ int IntegerDefault(std::string_view text) {
   }
 }
 
+bool IsSearchReplaceSection(std::string_view s) {
+  for (std::string_view g : kSearchReplaceSections)
+    if (IniFile::SameName(s, g)) return true;
+  return false;
+}
+
+// The writer's entries grouped by section, in the writer's section order.
+const std::vector<std::pair<std::string_view, std::vector<const SettingDef*>>>& WriteGroups() {
+  static const auto groups = [] {
+    std::vector<std::pair<std::string_view, std::vector<const SettingDef*>>> g;
+    for (std::string_view section : SectionWriteOrder()) g.push_back({section, {}});
+    for (const SettingDef* d : SettingsWriteOrder())
+      for (auto& [section, defs] : g)
+        if (IniFile::SameName(section, d->section)) {
+          defs.push_back(d);
+          break;
+        }
+    return g;
+  }();
+  return groups;
+}
+
 }  // namespace
 
 void ProjectRead(Application& app, const IniFile& project) {
   for (const SettingDef& def : SettingsTable()) {
+    if (!def.read) continue;
+    const std::string def_ = def.computed ? GetSetting(app, def) : std::string(def.defaultValue);
     std::string value;
     switch (def.type) {
-      case SettingType::String:
-        value = project.ReadString(def.section, def.key, std::string(def.defaultValue));
-        break;
+      case SettingType::String: value = project.ReadString(def.section, def.key, def_); break;
       case SettingType::Integer:
-        value = std::to_string(project.ReadInteger(def.section, def.key, IntegerDefault(def.defaultValue)));
+        value = std::to_string(project.ReadInteger(def.section, def.key, IntegerDefault(def_)));
         break;
       case SettingType::Boolean:
-        value = project.ReadBool(def.section, def.key, IntegerDefault(def.defaultValue) != 0) ? "1" : "0";
+        value = project.ReadBool(def.section, def.key, IntegerDefault(def_) != 0) ? "1" : "0";
         break;
     }
-    def.set(app, value);
+    SetSetting(app, def, value);
+  }
+  app.globals.LastAction = "Config Saved";
+  // The colour mode last: its command resets the fields that belong to a mode, and it must not
+  // ask about the canvas while a project is being read.
+  if (const int mode = ColourModeFromSwitches(app)) {
+    app.globals.ApplyingSettings = true;
+    app.mainForm.SetColourMode(mode, true);
+    app.globals.ApplyingSettings = false;
+  }
+}
+
+void LoadSearchReplaceData(Application& app, const IniFile& project) {
+  auto& grid = app.globals.SearchReplaceSections;
+  grid.clear();
+  for (std::string_view section : kSearchReplaceSections) {
+    std::vector<std::pair<std::string, std::string>> keys;
+    for (const std::string& key : project.Keys(section)) keys.emplace_back(key, project.ReadString(section, key, ""));
+    if (!keys.empty()) grid.emplace_back(std::string(section), std::move(keys));
   }
 }
 
 void ProjectWrite(const Application& app, IniFile& project) {
-  for (const SettingDef& def : SettingsTable()) {
-    const std::string value = def.get(app);
-    switch (def.type) {
-      case SettingType::String: project.WriteString(def.section, def.key, value); break;
-      case SettingType::Integer: project.WriteInteger(def.section, def.key, IntegerDefault(value)); break;
-      case SettingType::Boolean: project.WriteBool(def.section, def.key, IntegerDefault(value) != 0); break;
+  for (const auto& [section, defs] : WriteGroups()) {
+    if (IsSearchReplaceSection(section)) {
+      for (const auto& [name, keys] : app.globals.SearchReplaceSections)
+        if (IniFile::SameName(name, section))
+          for (const auto& [key, value] : keys) project.WriteString(section, key, value);
+      continue;
+    }
+    for (const SettingDef* def : defs) {
+      const std::string value = GetSetting(app, *def);
+      for (int n = 0; n < def->writes; ++n) {
+        switch (def->type) {
+          case SettingType::String: project.WriteString(section, def->writeKey, value); break;
+          case SettingType::Integer: project.WriteInteger(section, def->writeKey, IntegerDefault(value)); break;
+          case SettingType::Boolean: project.WriteBool(section, def->writeKey, IntegerDefault(value) != 0); break;
+        }
+      }
     }
   }
 }

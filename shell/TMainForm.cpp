@@ -106,7 +106,9 @@ bool TMainForm::SetColourMode(int modeNumber, bool forcedReload) {
 
   const bool mono = modeNumber == 1 || modeNumber == 2;
   const bool trueColour = modeNumber == 62 || modeNumber == 63;
-  if (mono) {
+  if (app_.globals.ApplyingSettings) {
+    // A project being read: its canvas is rebuilt at the project's size right after.
+  } else if (mono) {
     if (!canvas.IsBlackAndWhite()) {
       app_.ui.MessageDlg(" Work Canvas will be cleared ! ", "Warning", DlgType::Warning, {"OK"});
       canvas.ClearCanvas();

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "engine/ColourModes.h"
 #include "shell/ProjectStore.h"
 #include "shell/SettingsTable.h"
 #include "support/ShellTestSupport.h"
@@ -10,7 +11,7 @@ using rmtest::TestProgram;
 
 std::vector<std::string> AllValues(const rm::Application& app) {
   std::vector<std::string> v;
-  for (const auto& def : rm::SettingsTable()) v.push_back(std::string(def.key) + "=" + def.get(app));
+  for (const auto& def : rm::SettingsTable()) v.push_back(std::string(def.section) + "/" + std::string(def.key) + "=" + rm::GetSetting(app, def));
   return v;
 }
 
@@ -58,6 +59,137 @@ TEST(ProjectStore, KeysTheProgramDoesNotKnowAreKept) {
   EXPECT_EQ(text.rfind("; my notes\n[S]\nFXHB=H\nFutureKey=keep me\n", 0), 0u) << text;
   EXPECT_NE(text.find("[Elsewhere]\na=1\n"), std::string::npos);
   EXPECT_NE(text.find("ORGC=16"), std::string::npos);
+}
+
+// Writes `app`'s settings into a fresh file and reads them into a fresh program.
+struct RoundTrip {
+  rm::IniFile file;
+  TestProgram back;
+  explicit RoundTrip(const rm::Application& app) {
+    rm::ProjectWrite(app, file);
+    rm::IniFile reread;
+    reread.SetText(file.Text());
+    rm::ProjectRead(back.app, reread);
+    rm::LoadSearchReplaceData(back.app, reread);
+  }
+  std::string Get(const char* key) const { return rm::GetSetting(back.app, *rm::FindSetting(key)); }
+};
+
+void Set(rm::Application& app, const char* key, const char* value) {
+  std::string error;
+  ASSERT_TRUE(rm::ApplySetting(app, key, value, error)) << error;
+}
+
+TEST(ProjectStore, HeldKeysComeBackAsWritten) {
+  // Keys no feature uses yet, of each type, and the counted lists.
+  TestProgram a;
+  const std::pair<const char*, const char*> changes[] = {
+      {"DPR", "Office Laser"}, {"S6/mfw", "640"}, {"I13/mfw", "33"}, {"B10/HCO", "5"}, {"B2/HCO", "1"},
+      {"vecp8T", "'"},         {"mru0", "/tmp/a.h"}, {"mru20", "/tmp/z.h"}, {"cs15h", "480"}, {"ext3", ".xyz"},
+      {"achb", "0"},           {"icv", "-7"},      {"COMB", "115200"}, {"Capp", "1"},     {"mgpf", "  spaced  "},
+  };
+  for (const auto& [key, value] : changes) Set(a.app, key, value);
+  RoundTrip r(a.app);
+  for (const auto& [key, value] : changes) EXPECT_EQ(r.Get(key), value) << key;
+  // Two keys of one name in two sections stay apart.
+  EXPECT_NE(r.file.Text().find("[S6]\nmfw=640\n"), std::string::npos);
+  EXPECT_NE(r.file.Text().find("mfw=33"), std::string::npos);
+}
+
+TEST(ProjectStore, WhatTheWriterAndTheReaderDisagreeOn) {
+  TestProgram a;
+  Set(a.app, "rs48", "1");       // never written: off again at the next start
+  Set(a.app, "vew1", "1234");    // written as wew1: the reader takes its default
+  Set(a.app, "vecin", "LCD.Begin");
+  Set(a.app, "EndstF", "}F;");
+  RoundTrip r(a.app);
+  const std::string text = r.file.Text();
+  EXPECT_EQ(r.Get("rs48"), "0");
+  EXPECT_EQ(text.find("rs48"), std::string::npos);
+  EXPECT_EQ(r.Get("vew1"), "900");
+  EXPECT_NE(text.find("wew1=1234\n"), std::string::npos);
+  EXPECT_EQ(r.Get("vecin"), "GCLD.Init");
+  EXPECT_NE(text.find("vecini=LCD.Begin\n"), std::string::npos);
+  // Endst is written twice, the font's string last; so the graphic end string comes back as it.
+  EXPECT_EQ(r.back.app.session.Syntax.EndOfData, "}F;");
+  EXPECT_EQ(r.Get("EndstF"), "};");
+  EXPECT_EQ(text.find("EndstF"), std::string::npos);
+  // Written for the record only.
+  EXPECT_NE(text.find("\n[S15]\nchk=check\n"), std::string::npos);
+  EXPECT_NE(text.find("\nwve=0\n"), std::string::npos);
+  EXPECT_NE(text.find("\nHpixels=64\nWpixels=128\n"), std::string::npos) << "the canvas size";
+}
+
+TEST(ProjectStore, TheFourPlacesOfOneKeyShareTheLastValue) {
+  TestProgram a;
+  const auto& table = rm::SettingsTable();
+  std::vector<const rm::SettingDef*> places;
+  for (const auto& d : table)
+    if (d.key == "formp7") places.push_back(&d);
+  ASSERT_EQ(places.size(), 4u);
+  const char* values[] = {"10", "20", "30", "40"};  // adjustments top, left, main top, main left
+  for (int i = 0; i < 4; ++i) rm::SetSetting(a.app, *places[i], values[i]);
+  RoundTrip r(a.app);
+  for (const auto* p : places) EXPECT_EQ(rm::GetSetting(r.back.app, *p), "40");
+}
+
+TEST(ProjectStore, SectionsComeInTheWritersOrder) {
+  TestProgram a;
+  a.app.globals.SearchReplaceSections = {{"b50", {{"C10", "1"}, {"C10s", "0"}}}, {"S0", {{"s11", "foo"}}}};
+  RoundTrip r(a.app);
+  std::vector<std::string> sections = r.file.Sections();
+  const std::vector<std::string> expected = {
+      "S",   "B17", "B13", "B7", "B3", "B2", "b50", "B10", "B11", "SX", "I11", "S2",  "I2",  "S3",
+      "I1",  "B1",  "S4",  "S5", "I5", "S6", "S7",  "S8",  "I8",  "S12", "S13", "I13", "B9",  "S14",
+      "S15", "S16", "I16", "CB", "FS0", "S0", "S18", "S19", "b18", "I18"};
+  EXPECT_EQ(sections, expected);
+  // The grid's sections are left to the editors window, which keeps them for the next write.
+  EXPECT_EQ(r.back.app.globals.SearchReplaceSections, a.app.globals.SearchReplaceSections);
+  // Some 600 keys in all, the one-name sections counted once.
+  std::size_t keys = 0;
+  for (const auto& s : sections) keys += r.file.Keys(s).size();
+  EXPECT_GT(keys, 650u);
+}
+
+TEST(ProjectStore, ALowerCaseSectionIsTheSameSection) {
+  TestProgram p;
+  rm::IniFile file;
+  file.SetText("[b2]\nmsbf=0\n[s]\nfxhb=D\n[B18]\nachb=0\n");
+  rm::ProjectRead(p.app, file);
+  EXPECT_FALSE(p.app.session.BigEndian);
+  EXPECT_EQ(p.app.session.Syntax.DataFormatKind, "D");
+  EXPECT_EQ(rm::GetSetting(p.app, *rm::FindSetting("achb")), "0");
+}
+
+TEST(ProjectStore, EveryColourModeComesBack) {
+  for (const auto& mode : rm::kColourModes) {
+    TestProgram a;
+    ASSERT_TRUE(a.app.mainForm.SetColourMode(mode.modeNumber, true));
+    RoundTrip r(a.app);
+    EXPECT_EQ(r.back.app.session.ModeNumber, mode.modeNumber) << mode.command;
+    EXPECT_EQ(r.back.app.session.Packed, a.app.session.Packed) << mode.command;
+  }
+}
+
+TEST(ProjectStore, ADefaultBuiltByTheProgramKeepsTheValueInForce) {
+  // The output folder's default is the folder the program set up; a project without the key
+  // leaves it alone, while a key with a factory default goes back to it.
+  TestProgram p;
+  p.app.session.OutputFolder = "/work/out";
+  p.app.session.Syntax.DataPerLine = 3;
+  rm::IniFile empty;
+  rm::ProjectRead(p.app, empty);
+  EXPECT_EQ(p.app.session.OutputFolder, "/work/out");
+  EXPECT_EQ(p.app.session.Syntax.DataPerLine, 16);
+}
+
+TEST(ProjectStore, EveryBoundVariableHasItsKey) {
+  // A binding whose section or key is misspelt would leave its variable unsaved, held instead.
+  for (const char* k : {"FXHB", "ORGC", "MSBF", "OFP", "Neg", "Monc", "PFP", "usco", "tfp1", "bfpa", "FontFP",
+                        "lcdUncomp", "Ecli", "WSIZE", "BSD", "D16bc", "CORN3", "tda", "fpar14", "cprx"})
+    EXPECT_NE(rm::FindSetting(k)->get, nullptr) << k;
+  EXPECT_EQ(rm::FindSetting("B10/HCO")->type, rm::SettingType::Integer);
+  EXPECT_EQ(rm::FindSetting("HCO")->type, rm::SettingType::Boolean);  // [B2] comes first when read
 }
 
 }  // namespace
