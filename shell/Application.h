@@ -13,6 +13,7 @@
 #include "shell/TExploForm2.h"
 #include "shell/TImageForm.h"
 #include "shell/TMainForm.h"
+#include "shell/UsageCounters.h"
 
 namespace rm {
 
@@ -40,6 +41,7 @@ class Application {
   TImageForm imageForm;
   TExploForm2 exploForm2;
   TExploForm exploForm;
+  UsageCounters usage;
 };
 
 // The folder of the program's shipped data (default palettes): RASTERMILL_DATA when set,

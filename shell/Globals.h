@@ -1,4 +1,5 @@
 #pragma once
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -60,6 +61,12 @@ struct Globals {
   std::vector<std::pair<std::string, std::vector<std::pair<std::string, std::string>>>> SearchReplaceSections;
   // On while a project's colour mode is being applied: the mode command then asks nothing.
   bool ApplyingSettings = false;
+  // Usage counters: their file (empty: the user's), the start of this session, the first two
+  // launches of this version, and the backup folder of the last factory restore.
+  std::string UsageFile;
+  std::time_t SessionStart = 0;
+  bool FirstLaunches = false;
+  std::string FactoryBackupFolder;
 };
 
 }  // namespace rm

@@ -1,5 +1,6 @@
 #pragma once
 #include <string>
+#include <vector>
 
 #include "engine/ColourModes.h"
 #include "engine/ConversionSession.h"
@@ -81,6 +82,20 @@ class TMainForm {
   // Writes the program's settings into the active project. False when it is held by another
   // program or cannot be written; the file on disk then stays as it was.
   bool SaveConfigurationX();
+
+  // Usage counters (see UsageCounters): read and counted up at start, the session's time and a
+  // normal quit added at quit.
+  void ReadInfoFromRegistry();
+  void WriteQuitInRegistry();
+  void WriteDurationInRegistry();
+  // "Exit Program and Restore Factory Settings": after the user's yes, copies the project's folder
+  // to a dated backup beside it and removes the pointer file, so the next start is a first run.
+  // True when the program must now end at once, without the quit sequence and without saving.
+  bool RestoreDefaultSettings1Click();
+  // Two reports of the settings for humans: the settings section of an error report, and the
+  // summary of the settings panel.
+  std::vector<std::string> ConfChildSettings() const;
+  std::vector<std::string> ReadConfig() const;
   // Encodes a sequence of frames, one file per frame named after the output with an underscore
   // and the frame number, then the parameter file of the whole run. False when the user said no
   // or a frame stopped the series; the frames written until then stay.

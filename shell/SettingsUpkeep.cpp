@@ -1,0 +1,143 @@
+// The settings around the project file: the usage counters, the factory restore and the two
+// reports of the settings for humans.
+#include <filesystem>
+
+#include "engine/InfoFile.h"
+#include "shell/Application.h"
+#include "shell/Folders.h"
+#include "shell/SettingsTable.h"
+
+namespace rm {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string Setting(const Application& app, const char* key) { return GetSetting(app, *FindSetting(key)); }
+
+std::string LocalStamp(std::time_t t, const char* format) {
+  std::tm tm{};
+  localtime_r(&t, &tm);
+  char text[32];
+  std::strftime(text, sizeof text, format, &tm);
+  return text;
+}
+
+}  // namespace
+
+void TMainForm::ReadInfoFromRegistry() {
+  Globals& g = app_.globals;
+  UsageCounters& u = app_.usage;
+  if (g.UsageFile.empty()) g.UsageFile = UsageCounters::DefaultPath();
+  u.Load(g.UsageFile);
+  if (!u.Exists()) u.SetCreated(FormatDateTime(app_.clock.Now()));
+  // Every counter is present from the first start on, at 0 when new.
+  for (std::string_view name : UsageCounters::kSessionCounters) u.Set(name, u.Get(name));
+  for (std::string_view name : UsageCounters::kFeatureCounters) u.Set(name, u.Get(name));
+  u.Add("la");
+  g.FirstLaunches = u.Get("la") <= 2;
+  // A session still marked running: the last one did not end through the quit sequence.
+  if (u.Get("st") != 0) u.Add("sc");
+  u.Set("st", 1);
+  g.SessionStart = app_.clock.Now();
+  std::string error;
+  if (!u.Save(&error)) StatusBarAndLog(error);
+}
+
+void TMainForm::WriteDurationInRegistry() {
+  UsageCounters& u = app_.usage;
+  long long total = 86400LL * u.Get("dud") + 3600LL * u.Get("duh") + 60LL * u.Get("dum") + u.Get("dus");
+  const std::time_t now = app_.clock.Now();
+  if (now > app_.globals.SessionStart) total += now - app_.globals.SessionStart;
+  app_.globals.SessionStart = now;
+  u.Set("dud", static_cast<int>(total / 86400));
+  u.Set("duh", static_cast<int>(total / 3600 % 24));
+  u.Set("dum", static_cast<int>(total / 60 % 60));
+  u.Set("dus", static_cast<int>(total % 60));
+}
+
+void TMainForm::WriteQuitInRegistry() {
+  UsageCounters& u = app_.usage;
+  WriteDurationInRegistry();
+  u.Add("nq");
+  u.Set("st", 0);
+  std::string error;
+  if (!u.Save(&error)) StatusBarAndLog(error);
+}
+
+bool TMainForm::RestoreDefaultSettings1Click() {
+  Globals& g = app_.globals;
+  StatusBarAndLog("Quit and Restore Factory Settings Main Menu Item");
+  if (app_.ui.MessageDlg(" Are you sure to want to quit and restore the factory settings ? ",
+                         "Quit and Restore Default Settings ?", DlgType::Confirmation, {"Yes", "No"}) != "Yes")
+    return false;
+  std::error_code ec;
+  if (fs::exists(g.ActiveProject, ec) && IsFileInUse(g.ActiveProject)) {
+    app_.ui.MessageDlg(" Settings file is opened by another application ! ", "Error", DlgType::Error, {"OK"});
+    return false;
+  }
+  // The user's only way back: the whole folder of the project, stamped with the local time.
+  const std::time_t now = app_.clock.Now();
+  const std::string versionSuffix = " " + ProgramVersionTag();
+  g.FactoryBackupFolder = g.MyDocuments + "/Rastermill inits " + versionSuffix + " " + LocalStamp(now, "%d-%m-%y") +
+                          " " + LocalStamp(now, "%H-%M-%S");
+  const fs::path projectFolder = fs::path(g.ActiveProject).parent_path();
+  fs::create_directories(g.FactoryBackupFolder, ec);
+  fs::copy(projectFolder, g.FactoryBackupFolder, fs::copy_options::recursive | fs::copy_options::overwrite_existing,
+           ec);
+  // The next start finds no pointer and starts as a first run: every key at its default.
+  if (!fs::remove(g.InitsFolder + "Rastermill.ini", ec) || ec) {
+    app_.ui.MessageDlg(" Restoring factory settings has failed ! ", "Error", DlgType::Error, {"OK"});
+    return false;
+  }
+  return true;
+}
+
+std::vector<std::string> TMainForm::ConfChildSettings() const {
+  std::vector<std::string> r = {" *** Config Strings ***"};
+  // The settings panel's fields in the order it shows them. "Edit1" and "Edit3" are its two
+  // unnamed line prefix fields.
+  const std::pair<const char*, const char*> fields[] = {
+      {"IncludeEdit=", "INCSYN"},        {"IncStartEdit=", "INCSSYN"},      {"IncEndEdit=", "INCESYN"},
+      {"FunctionPrefixEdit=", "FPREF"},  {"FunctionSuffixEdit=", "FSUFF"},  {"TouchPrefixEdit=", "tfp8"},
+      {"TouchSuffixEdit=", "tfp9"},      {"BeginEdit=", "LCDBS"},           {"EndEdit=", "ENDSYN"},
+      {"FillerEdit=", "tfp14"},          {"TouchEndEdit=", "tfp11"},        {"TouchBeginEdit=", "tfp10"},
+      {"SeparatorEdit=", "SEPASY"},      {"DelaySyntaxEdit=", "DELSYN"},    {"DelayStartEdit=", "DELSTA"},
+      {"DelayEndEdit=", "DELEND"},       {"LCDCompFunctionEdit=", "LCOMPS"}, {"LCDUnCompFunctionEdit=", "lcdUncomp"},
+      {"LCDStartEdit=", "LSTAS"},        {"LCDEndEdit=", "LENDS"},          {"Edit1=", "CPRE"},
+      {"Edit3=", "cpfr"},                {"SuffixEdit=", "VALSUF"},         {"PrefixEdit=", "VALpref"},
+      {"Underscore=", "usco"},           {"Col/Row Prefix= ", "fpar11"},    {"Col/Row Sufffix= ", "fpar12"},
+      {"Array Prefix= ", "fpar13"},      {"Array Sufffix= ", "fpar14"},     {"EOL string= ", "eolst"},
+      {"EOF Block string= ", "eofbl"},   {"Comment string= ", "cstrt"},     {"Separator string= ", "sepst"},
+  };
+  for (const auto& [label, key] : fields) r.push_back(label + Setting(app_, key));
+  r.push_back(" *** Postpro Config ***");
+  r.push_back("PostProFile=" + Setting(app_, "pprof"));
+  r.push_back(" *** Config boolean ***");
+  const std::pair<const char*, const char*> checks[] = {
+      {"LCDsize Checked", "LCDSI"}, {"Delay Checked", "DELAY"}, {"Delay after last frame Checked", "DElas"},
+      {"Clip unit Checked", "Ecli"}, {"Size in data Checked", "WSIZE"}, {"Position in data Checked", "WORIG"}};
+  for (const auto& [label, key] : checks)
+    if (Setting(app_, key) != "0") r.push_back(label);
+  r.push_back(" *** Config settings ***");
+  for (const std::string& line : ReadConfig()) r.push_back(line);
+  r.push_back(" *** end ***");
+  return r;
+}
+
+std::vector<std::string> TMainForm::ReadConfig() const {
+  const ConversionSession& s = app_.session;
+  const Globals& g = app_.globals;
+  std::vector<std::string> r;
+  r.push_back(ModeInfoText(s.ModeNumber));
+  r.push_back("Project = " + g.ActiveProject);
+  r.push_back("H x W =" + std::to_string(app_.pixelForm.MatrixHeight()) + " x " +
+              std::to_string(app_.pixelForm.MatrixWidth()));
+  r.push_back(Setting(app_, "UMATB") != "0" ? "User defined Matrix" : "Predefined Matrix");
+  r.push_back(DirectionInfoText(s.Direction));
+  r.push_back("COM Baud : " + Setting(app_, "COMB"));
+  r.push_back(std::string("Rs485 : ") + (Setting(app_, "rs48") != "0" ? "Yes" : "No"));
+  return r;
+}
+
+}  // namespace rm
