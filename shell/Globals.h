@@ -32,8 +32,7 @@ struct Globals {
   // State shown in the front ends.
   std::string PaletteLabel = "Current Palette is Default";
   std::string CurrentSchemeName = "Monochrome";
-  std::string StatusText;
-  std::vector<std::string> Log;
+  std::string StatusText;  // the status field; the log's lines are in TLogWindowForm
   bool EditorUnsaved = false;
   int ExportEntry = 0;  // the Export dialog's Full / Partial choice
   std::string LastAction;
@@ -52,6 +51,14 @@ struct Globals {
   std::string ClipUnitFile;  // empty when no clip unit was written
   ClipSyntax Clip;
   int FrameDelayMs = 100;    // the delay of a frame that brings none of its own
+
+  // Log, messages and faults.
+  bool ConsoleMode = false;  // a text session: messages are logged, nobody is asked
+  bool RepeatGuard = false;  // a message already standing in the status field is not shown again
+  int ErrorCount = 0;        // faults seen by the failure handler
+  bool ExceptionSeen = false;
+  std::string ActiveFormName, ActiveControlName;  // kept current by the front end
+  std::string ExceptionFormName, ExceptionControlName;  // the two above at the last fault
 };
 
 }  // namespace rm
