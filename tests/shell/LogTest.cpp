@@ -37,6 +37,7 @@ TEST(StatusAndLog, RepeatsReachTheLogOnceButTheStatusEveryTime) {
       {"other line and an empty text between", {{"A"}, {"x", true}, {""}, {"A"}}, {"A", "x", "A"}},
       {"same as the last line added by another route", {{"x", true}, {"x"}}, {"x"}},
       {"empty first", {{""}, {"A"}}, {"A"}},
+      {"empty last", {{"A"}, {""}}, {"A"}},
       {"blanks count", {{"A"}, {"A "}, {" A"}}, {"A", "A ", " A"}},
   };
   for (const auto& c : cases) {
@@ -51,20 +52,12 @@ TEST(StatusAndLog, RepeatsReachTheLogOnceButTheStatusEveryTime) {
       if (!s.text.empty()) statuses.push_back(s.text);
     }
     EXPECT_EQ(LogLines(p.app), c.log) << c.name;
+    // An empty text leaves the status field as it was.
     EXPECT_EQ(p.ui.statuses, statuses) << c.name;
+    EXPECT_EQ(p.app.globals.StatusText, statuses.empty() ? "" : statuses.back()) << c.name;
+    EXPECT_EQ(p.app.logWindow.LastMessage, p.app.globals.StatusText) << c.name;
     EXPECT_EQ(p.app.logWindow.ItemIndex, static_cast<std::ptrdiff_t>(c.log.size()) - 1) << c.name;
   }
-}
-
-TEST(StatusAndLog, EmptyTextOnlyClearsTheRepeatGuard) {
-  TestProgram p;
-  p.app.mainForm.StatusBarAndLog("Loaded");
-  p.app.mainForm.StatusBarAndLog("");
-  EXPECT_EQ(p.app.globals.StatusText, "Loaded");
-  EXPECT_EQ(p.app.logWindow.LastMessage, "Loaded");
-  EXPECT_EQ(p.app.logWindow.LastLogged, "");
-  EXPECT_EQ(p.ui.statuses, std::vector<std::string>{"Loaded"});
-  EXPECT_EQ(LogLines(p.app), std::vector<std::string>{"Loaded"});
 }
 
 TEST(StatusAndLog, BeforeTheLogWindowExistsOnlyTheStatusMoves) {
@@ -309,15 +302,6 @@ TEST(ExceptionHandler, SortsFaultsIntoTheKnownCases) {
   }
 }
 
-TEST(ExceptionHandler, ReportKindNames) {
-  const std::pair<rm::ReportKind, const char*> names[] = {
-      {rm::ReportKind::HandledExcept, "Handled_Except"}, {rm::ReportKind::HidExcept, "Hid Except"},
-      {rm::ReportKind::AvExcept, "AV Except"},           {rm::ReportKind::OleExcept, "OLE Except"},
-      {rm::ReportKind::Except, "Except"},
-  };
-  for (const auto& [kind, name] : names) EXPECT_STREQ(rm::ReportKindName(kind), name);
-}
-
 TEST(ExceptionHandler, ConsoleModeLogsTranslatedFaultsWithoutAsking) {
   TestProgram p;
   p.app.globals.ConsoleMode = true;
@@ -427,20 +411,6 @@ TEST_F(SaveLog, SaveLogToFileGivesTheExtensionWhenMissing) {
   ASSERT_EQ(p.ui.messages.size(), 1u);
   EXPECT_EQ(p.ui.messages[0].title, "Error");
   EXPECT_EQ(p.ui.messages[0].text.rfind(" Log data not saved to " + dir_ + "/no such folder/x.LOG : ", 0), 0u);
-}
-
-TEST(LogWindow, HideAndShowKeepTheLines) {
-  TestProgram p;
-  p.app.mainForm.StatusBarAndLog("one");
-  p.app.mainForm.HideLogWindow1Click();
-  EXPECT_FALSE(p.app.logWindow.Visible);
-  p.app.mainForm.StatusBarAndLog("two");
-  p.app.mainForm.ShowLogWindow1Click();
-  EXPECT_TRUE(p.app.logWindow.Visible);
-  p.app.logWindow.ItemIndex = 0;
-  p.app.mainForm.LogToLastLine();
-  EXPECT_EQ(p.app.logWindow.ItemIndex, 1);
-  EXPECT_EQ(LogLines(p.app), (std::vector<std::string>{"one", "two"}));
 }
 
 }  // namespace
