@@ -9,6 +9,7 @@
 #include "engine/TextLines.h"
 #include "engine/UiPort.h"
 #include "shell/Globals.h"
+#include "shell/LogWindow.h"
 #include "shell/TExploForm.h"
 #include "shell/TExploForm2.h"
 #include "shell/TImageForm.h"
@@ -42,6 +43,9 @@ class Application {
   TExploForm2 exploForm2;
   TExploForm exploForm;
   UsageCounters usage;
+
+  // The log window.
+  TLogWindowForm logWindow;
 };
 
 // The folder of the program's shipped data (default palettes): RASTERMILL_DATA when set,

@@ -33,8 +33,7 @@ struct Globals {
   // State shown in the front ends.
   std::string PaletteLabel = "Current Palette is Default";
   std::string CurrentSchemeName = "Monochrome";
-  std::string StatusText;
-  std::vector<std::string> Log;
+  std::string StatusText;  // the status field; the log's lines are in TLogWindowForm
   bool EditorUnsaved = false;
   int ExportEntry = 0;  // the Export dialog's Full / Partial choice
   std::string LastAction;
@@ -67,6 +66,13 @@ struct Globals {
   std::time_t SessionStart = 0;
   bool FirstLaunches = false;
   std::string FactoryBackupFolder;
+  // Log, messages and faults.
+  bool ConsoleMode = false;  // a text session: messages are logged, nobody is asked
+  bool RepeatGuard = false;  // a message already standing in the status field is not shown again
+  int ErrorCount = 0;        // faults seen by the failure handler
+  bool ExceptionSeen = false;
+  std::string ActiveFormName, ActiveControlName;  // kept current by the front end
+  std::string ExceptionFormName, ExceptionControlName;  // the two above at the last fault
 };
 
 }  // namespace rm

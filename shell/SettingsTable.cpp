@@ -502,6 +502,8 @@ std::vector<Binding> Bindings() {
       {"S4", "C16M", [](CA& a) { return B(a.session.Colours16M); }, nullptr},
       {"S4", "PM", [](CA& a) { return B(a.session.Packed); }, nullptr},
       {"B1", "ST7", [](CA& a) { return B(a.session.Gray16Slices); }, nullptr},
+      {"B1", "Capp", [](CA& a) { return B(a.globals.ConsoleMode); },
+       [](A& a, const std::string& v) { a.globals.ConsoleMode = ToBool(v); }},
       // Folder roles.
       {"S", "PFP", [](CA& a) { return a.globals.DocumentsRole; },
        [](A& a, const std::string& v) { a.globals.DocumentsRole = v; }},

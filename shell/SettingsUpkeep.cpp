@@ -61,6 +61,7 @@ void TMainForm::WriteQuitInRegistry() {
   WriteDurationInRegistry();
   u.Add("nq");
   u.Set("st", 0);
+  u.Set("xc", app_.globals.ErrorCount);
   std::string error;
   if (!u.Save(&error)) StatusBarAndLog(error);
 }

@@ -16,12 +16,6 @@ namespace rm {
 
 ConversionSession& TMainForm::app_session() { return app_.session; }
 
-void TMainForm::StatusBarAndLog(const std::string& text) {
-  app_.globals.StatusText = text;
-  app_.globals.Log.push_back(text);
-  app_.ui.Status(text);
-}
-
 // ---- colour modes ---------------------------------------------------------------------------
 
 bool TMainForm::ResetAndCheckColorMode() {

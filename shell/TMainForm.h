@@ -1,4 +1,5 @@
 #pragma once
+#include <exception>
 #include <string>
 #include <vector>
 
@@ -6,6 +7,8 @@
 #include "engine/ConversionSession.h"
 #include "engine/Palette.h"
 #include "engine/InfoFile.h"
+#include "engine/UiPort.h"
+#include "shell/LogWindow.h"
 
 namespace rm {
 
@@ -101,6 +104,38 @@ class TMainForm {
   // or a frame stopped the series; the frames written until then stay.
   // `delaysMs` gives each frame's delay for the clip unit; missing ones take FrameDelayMs.
   bool ConvertAnimation(const std::vector<Bitmap>& frames, const std::vector<int>& delaysMs = {});
+
+  // ---- Log, message dialogs and the failure handler (LogWindow.cpp, MessageDialogs.cpp,
+  // ExceptionHandler.cpp)
+  // Adds `text` and the form and control of the last fault to the log; nothing before the log
+  // window exists.
+  void LogError(const std::string& text);
+  // Scrolls the log to its last line.
+  void LogToLastLine();
+  // A fault the user is not shown: counted, and ">> " + text in the log.
+  void HiddenExcept(const std::string& text);
+  // Sorts a fault that reached the top of a command into the known cases, tells the user or
+  // not, counts and logs it, and says how it is to be reported. Never throws. Call it from the
+  // front end's catch block with std::current_exception(), which keeps the fault's own type.
+  ReportKind MyExceptionHandler(std::exception_ptr fault) noexcept;
+  // At quit: the whole log as "L.LOG" in the inits folder, when that folder exists.
+  bool SaveLog();
+  // "Save Log to File": `path` is the name the user chose (empty when cancelled); a name without
+  // a folder goes to the Documents role, one without an extension gets ".LOG".
+  bool SaveLogtoFile1Click(const std::string& path);
+  // The folder the front end's file dialog starts in for "Save Log to File".
+  std::string LogFileFolder() const;
+  void HideLogWindow1Click();
+  void ShowLogWindow1Click();
+  // A message with standard buttons. `buttons` is a mask: 1 Yes, 2 No, 4 OK, 8 Cancel; `kind`
+  // 0 warning, 1 error, 2 information, 3 confirmation. Returns 1 OK, 2 Cancel, 6 Yes, 7 No.
+  // `help` is unused and always 0.
+  int MessageDlgA(const std::string& text, const std::string& title, int help, int buttons, int kind);
+  // A message with up to three buttons of the caller's captions; `buttons` chooses which of
+  // them are shown (1 first, 2 second, 4 third; 0 all). Returns 1, 2 or 4 for the button
+  // pressed; `defaultButton` is the one Enter presses and the answer when nobody is asked.
+  int MyMessageDialog(const std::string& text, DlgType type, int defaultButton,
+                      const std::vector<std::string>& captions, int buttons = 0);
 
  private:
   ConversionSession& app_session();
