@@ -22,7 +22,8 @@ char Lower(char c) { return static_cast<char>(std::tolower(static_cast<unsigned 
 bool IsDigit(char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; }
 
 bool SameText(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return Lower(x) == Lower(y); });
+  return a.size() == b.size() &&
+         std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return Lower(x) == Lower(y); });
 }
 
 // Users read the list of projects as words with numbers, not as bytes: case does not count,
@@ -102,8 +103,9 @@ std::vector<std::string> TExploForm::DefaultHeaderTemplate(std::string_view suff
   } else if (suffix == "_Struct.txt") {
     lines.push_back(Padded("   // FOR Struct FONTS", 60));
     add({"", "[&FONT INCLUDE]", "#include <stdint.h>", "[&/FONT INCLUDE]", ""});
-    add({"[&FONT IMAGEDATA]static const uint8_t image_data_[&FIMAGEDATA]", "[&FONT TIMAGE]static const timage [&FTIMAGE]",
-         "[&FONT TCHAR]static const tImage [&FTCHAR]", "[&FONT TFONT]const tfont [&FTFONT]", "[&FONT END]"});
+    add({"[&FONT IMAGEDATA]static const uint8_t image_data_[&FIMAGEDATA]",
+         "[&FONT TIMAGE]static const timage [&FTIMAGE]", "[&FONT TCHAR]static const tImage [&FTCHAR]",
+         "[&FONT TFONT]const tfont [&FTFONT]", "[&FONT END]"});
   } else if (suffix == "_DMD.txt") {
     lines.push_back(Padded("   // FOR DMD Struct FONTS", 59));
     add(include);
@@ -243,8 +245,10 @@ bool TExploForm::ProjectViewEdited(const std::string& oldName, const std::string
     app_.ui.MessageDlg(text, title, type, {"OK"});
     return false;
   };
-  if (oldName.empty()) return say("Please select the project to rename in the list !", "Selection error", DlgType::Error);
-  if (SameText(oldName, kDefaultProject)) return say("This default project can not be renamed !", "Error", DlgType::Error);
+  if (oldName.empty())
+    return say("Please select the project to rename in the list !", "Selection error", DlgType::Error);
+  if (SameText(oldName, kDefaultProject))
+    return say("This default project can not be renamed !", "Error", DlgType::Error);
   // An edit left empty or unchanged is no rename.
   if (newEdit.empty()) return false;
   const std::string newName = HasProjectExtension(newEdit) ? newEdit : newEdit + std::string(kProjectExtension);
