@@ -20,6 +20,7 @@ bool OpenProject(rm::Application& app, const std::string& projectFile, std::stri
     error = "project file is held by another program: " + app.globals.ActiveProject;
     return false;
   }
+  app.exploForm.UseProjectHeaderTemplate();
   return true;
 }
 

@@ -10,6 +10,7 @@
 
 #include "cli/ClutCommand.h"
 #include "cli/ConvertCommand.h"
+#include "cli/ProjectCommand.h"
 #include "cli/SettingsCommand.h"
 
 namespace {
@@ -38,6 +39,10 @@ int main(int argc, char** argv) {
   rmcli::SettingsOptions settings;
   CLI::App* settingsCommand = app.add_subcommand("settings", "List, read or change the settings of a project file");
   rmcli::AddSettingsCommands(*settingsCommand, settings);
+  rmcli::ProjectOptions project;
+  CLI::App* projectCommand =
+      app.add_subcommand("project", "List, create, activate, rename, delete or show the projects");
+  rmcli::AddProjectCommands(*projectCommand, project);
 
   try {
     app.parse(argc, argv);
@@ -49,5 +54,6 @@ int main(int argc, char** argv) {
   if (*conv) return rmcli::RunConvert(convert, InterruptFlag(), isatty(fileno(stderr)) != 0);
   if (*clutCommand) return rmcli::RunClut(clut);
   if (*settingsCommand) return rmcli::RunSettings(settings);
+  if (*projectCommand) return rmcli::RunProject(project);
   return 2;
 }

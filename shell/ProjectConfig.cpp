@@ -46,6 +46,7 @@ bool TMainForm::LoadConfigurationX() {
     app_.ui.Beep();
     g.ActiveProject = g.InitsFolder + "default.LCD";
     app_.session.OutputFileName = "NewBitmap.h";
+    app_.exploForm.WriteDefaultHeaderTemplates();
   }
   ProjectRead(app_, project);
   LoadSearchReplaceData(app_, project);

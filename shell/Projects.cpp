@@ -1,0 +1,321 @@
+// Projects: a project is the settings file <stem>.LCD in the projects folder, plus the files that
+// share its stem: five header templates and up to four custom palettes. The explorer lists them,
+// activates, creates, renames and deletes them.
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+
+#include "engine/HeaderTemplate.h"
+#include "engine/Palette.h"
+#include "shell/Application.h"
+
+namespace rm {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view kProjectExtension = ".LCD";
+constexpr const char* kDefaultProject = "default.LCD";
+
+char Lower(char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); }
+bool IsDigit(char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; }
+
+bool SameText(std::string_view a, std::string_view b) {
+  return a.size() == b.size() &&
+         std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return Lower(x) == Lower(y); });
+}
+
+// Users read the list of projects as words with numbers, not as bytes: case does not count,
+// "New Project" comes before its copies "New Project(1)", "New Project(2)" ... and "(2)" before
+// "(10)". The stems are compared (so a shorter name that starts the other comes first whatever
+// follows it); equal stems fall back to byte order so that the order is the same on every run.
+bool ProjectNameLess(const std::string& a, const std::string& b) {
+  const std::string sa = TExploForm::ProjectStem(a), sb = TExploForm::ProjectStem(b);
+  std::size_t i = 0, j = 0;
+  while (i < sa.size() && j < sb.size()) {
+    if (IsDigit(sa[i]) && IsDigit(sb[j])) {
+      std::size_t ei = i, ej = j;
+      while (ei < sa.size() && IsDigit(sa[ei])) ++ei;
+      while (ej < sb.size() && IsDigit(sb[ej])) ++ej;
+      std::size_t zi = i, zj = j;  // leading zeros do not make a number larger
+      while (zi + 1 < ei && sa[zi] == '0') ++zi;
+      while (zj + 1 < ej && sb[zj] == '0') ++zj;
+      const std::string_view na(sa.data() + zi, ei - zi), nb(sb.data() + zj, ej - zj);
+      if (na.size() != nb.size()) return na.size() < nb.size();
+      if (na != nb) return na < nb;
+      i = ei;
+      j = ej;
+      continue;
+    }
+    const char ca = Lower(sa[i]), cb = Lower(sb[j]);
+    if (ca != cb) return static_cast<unsigned char>(ca) < static_cast<unsigned char>(cb);
+    ++i;
+    ++j;
+  }
+  if ((i < sa.size()) != (j < sb.size())) return j < sb.size();
+  return a < b;
+}
+
+std::string Padded(std::string s, std::size_t width) {
+  if (s.size() < width) s.append(width - s.size(), ' ');
+  return s;
+}
+
+bool WriteLines(const std::string& path, const std::vector<std::string>& lines, std::string* error) {
+  TextLines text;
+  for (const auto& line : lines) text.Add(line);
+  return text.SaveToFile(path, error);
+}
+
+// A name typed into the list may only name a file of the projects folder.
+bool IsPlainFileName(const std::string& name) {
+  return !name.empty() && name.find('/') == std::string::npos && name != "." && name != "..";
+}
+
+}  // namespace
+
+std::string TExploForm::ProjectStem(const std::string& projectPath) {
+  if (!HasProjectExtension(projectPath)) return projectPath;
+  return projectPath.substr(0, projectPath.size() - kProjectExtension.size());
+}
+
+bool TExploForm::HasProjectExtension(std::string_view name) {
+  return name.size() >= kProjectExtension.size() &&
+         SameText(name.substr(name.size() - kProjectExtension.size()), kProjectExtension);
+}
+
+// The Raw and DMD title lines and the Raw and Bloc declaration lines are the texts users know
+// from their templates and keep as they stand (the ")" of the Bloc line included). What the
+// Structured and Bloc templates say in their title, the include block and the Structured
+// prefixes are a minimal form of our own, made of the tags the font writer looks for.
+std::vector<std::string> TExploForm::DefaultHeaderTemplate(std::string_view suffix) {
+  if (suffix == ".txt") return DefaultGraphicsTemplate();
+  const std::vector<std::string> include = {"", "[&FONT INCLUDE]", "#include <avr/pgmspace.h>",
+                                            "[&/FONT INCLUDE]", ""};
+  std::vector<std::string> lines;
+  auto add = [&lines](std::vector<std::string> more) { lines.insert(lines.end(), more.begin(), more.end()); };
+  if (suffix == "_Raw.txt") {
+    lines.push_back(Padded("   // FOR RAW FONTS", 60));
+    add(include);
+    add({"[&FONT BITMAPS]", "const uint8_t [&FNAME][&FNUMBEROFCHARS][&FBYTESPERCHAR] PROGMEM = {",
+         "[&FONT DESCRIPTORS]", "const uint8_t [&DNAME][][] PROGMEM = {", "[&FONT END]"});
+  } else if (suffix == "_Struct.txt") {
+    lines.push_back(Padded("   // FOR Struct FONTS", 60));
+    add({"", "[&FONT INCLUDE]", "#include <stdint.h>", "[&/FONT INCLUDE]", ""});
+    add({"[&FONT IMAGEDATA]static const uint8_t image_data_[&FIMAGEDATA]",
+         "[&FONT TIMAGE]static const timage [&FTIMAGE]", "[&FONT TCHAR]static const tImage [&FTCHAR]",
+         "[&FONT TFONT]const tfont [&FTFONT]", "[&FONT END]"});
+  } else if (suffix == "_DMD.txt") {
+    lines.push_back(Padded("   // FOR DMD Struct FONTS", 59));
+    add(include);
+    add({"[&FONT BITMAPS]", "const uint8_t [&FNAME][] PROGMEM = {", "[&FONT END]"});
+  } else if (suffix == "_Bloc.txt") {
+    lines.push_back(Padded("   // FOR Bloc FONTS", 60));
+    add(include);
+    add({"[&FONT BLOC]", "const unsigned char [&FNAME][] = {)", "[&FONT END]"});
+  }
+  return lines;
+}
+
+std::string TExploForm::ProjectsFolder() const {
+  const Globals& g = app_.globals;
+  if (g.ActiveProject.empty()) return g.InitsFolder;
+  // The first run holds the inits folder itself until the project is read: its parent_path is
+  // the folder, as the path ends with "/".
+  const std::string folder = fs::path(g.ActiveProject).parent_path().string();
+  return folder.empty() ? std::string() : folder + "/";
+}
+
+std::vector<std::string> TExploForm::ListAllProjects() const {
+  std::vector<std::string> names;
+  const std::string folder = ProjectsFolder();
+  std::error_code ec;
+  if (folder.empty() || !fs::is_directory(folder, ec)) return names;
+  for (fs::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec)) {
+    const std::string name = it->path().filename().string();
+    std::error_code typeEc;
+    if (HasProjectExtension(name) && name.size() > kProjectExtension.size() && it->is_regular_file(typeEc))
+      names.push_back(name);
+  }
+  std::sort(names.begin(), names.end(), ProjectNameLess);
+  return names;
+}
+
+bool TExploForm::WriteDefaultHeaderTemplates() {
+  const Globals& g = app_.globals;
+  std::error_code ec;
+  const fs::path folder = fs::path(g.ActiveProject).parent_path();
+  if (g.ActiveProject.empty() || folder.empty() || !fs::is_directory(folder, ec)) return false;
+  const std::string stem = ProjectStem(g.ActiveProject);
+  bool all = true;
+  for (const char* suffix : kHeaderTemplateSuffixes) {
+    std::string error;
+    if (!WriteLines(stem + suffix, DefaultHeaderTemplate(suffix), &error)) {
+      app_.mainForm.StatusBarAndLog("Header template " + stem + suffix + " not written : " + error);
+      all = false;
+    }
+  }
+  return all;
+}
+
+bool TExploForm::UseProjectHeaderTemplate() {
+  const Globals& g = app_.globals;
+  if (g.ActiveProject.empty()) return false;
+  const std::string path = ProjectStem(g.ActiveProject) + kHeaderTemplateSuffixes[0];
+  // Set even when it cannot be made: a conversion then says that the template is missing.
+  app_.session.HeaderIncludeFile = path;
+  std::error_code ec;
+  if (fs::exists(path, ec)) return true;
+  if (!fs::is_directory(fs::path(path).parent_path(), ec)) return false;
+  std::string error;
+  if (!WriteLines(path, DefaultGraphicsTemplate(), &error)) {
+    app_.mainForm.StatusBarAndLog("Header template " + path + " not written : " + error);
+    return false;
+  }
+  return true;
+}
+
+bool TExploForm::ActivateProject(const std::string& name) {
+  Globals& g = app_.globals;
+  if (name.empty()) {
+    app_.ui.MessageDlg("Please select a project first ", "Warning", DlgType::Warning, {"OK"});
+    return false;
+  }
+  // The present project is written even when the other one then cannot be read: its settings
+  // are safe on disk whatever follows. A refusal was told by the writer.
+  app_.mainForm.SaveConfigurationX();
+  g.ActiveProject = ProjectsFolder() + name;
+  app_.mainForm.StatusBarAndLog("Project " + name + " Activated");
+  const bool read = app_.mainForm.LoadConfigurationX();
+  UseProjectHeaderTemplate();
+  // The text and the bytes in hand belong to the project that was left; they go without a question.
+  app_.mainText.Clear();
+  app_.hex.Clear();
+  g.EditorUnsaved = false;
+  app_.mainForm.RebuildColourTables();
+  if (!read) return false;
+  // The pointer is written now rather than at quit, so that a crash, or a command line run that
+  // has no quit, still starts in the project chosen. A failure was told by SaveFolders.
+  app_.mainForm.SaveFolders();
+  return true;
+}
+
+std::string TExploForm::SaveAsNewProject() {
+  Globals& g = app_.globals;
+  const std::string folder = ProjectsFolder();
+  const std::string oldTemplate = app_.session.HeaderIncludeFile.empty()
+                                      ? ProjectStem(g.ActiveProject) + kHeaderTemplateSuffixes[0]
+                                      : app_.session.HeaderIncludeFile;
+  std::error_code ec;
+  int n = 0;
+  std::string name = "New Project.LCD";
+  while (fs::exists(folder + name, ec)) name = "New Project(" + std::to_string(++n) + ").LCD";
+
+  const std::string path = folder + name;
+  std::string error;
+  if (folder.empty() || !WriteFileAtomically(path, "", &error)) {
+    app_.ui.MessageDlg("Project " + name + " could not be created : " + error, "Error", DlgType::Error, {"OK"});
+    return {};
+  }
+  g.ActiveProject = path;
+
+  // The new project starts with the graphics template of the one it copies; when that one has
+  // none, with the factory template, so that its conversions do not lose their header.
+  const std::string newTemplate = ProjectStem(path) + kHeaderTemplateSuffixes[0];
+  TextLines templateLines;
+  const bool copied = templateLines.LoadFromFile(oldTemplate) && templateLines.SaveToFile(newTemplate, &error);
+  if (!copied && !WriteLines(newTemplate, DefaultGraphicsTemplate(), &error))
+    app_.mainForm.StatusBarAndLog("Header template " + newTemplate + " not written : " + error);
+  app_.session.HeaderIncludeFile = newTemplate;
+
+  app_.mainForm.SaveConfigurationX();
+  // The file is "New Project(1).LCD"; the message spells the name with a blank before the number.
+  const std::string text = n == 0 ? "Project named \"New Project\" was created !"
+                                  : " Project named \"New Project (" + std::to_string(n) + ")\" was created !";
+  app_.ui.MessageDlg(text, "Warning", DlgType::Warning, {"OK"});
+  app_.mainForm.StatusBarAndLog(" PROJECT: " + name);
+  app_.mainForm.SaveFolders();
+  return name;
+}
+
+bool TExploForm::ProjectViewEdited(const std::string& oldName, const std::string& newEdit) {
+  Globals& g = app_.globals;
+  auto say = [this](const std::string& text, const char* title, DlgType type) {
+    app_.ui.MessageDlg(text, title, type, {"OK"});
+    return false;
+  };
+  if (oldName.empty())
+    return say("Please select the project to rename in the list !", "Selection error", DlgType::Error);
+  if (SameText(oldName, kDefaultProject))
+    return say("This default project can not be renamed !", "Error", DlgType::Error);
+  // An edit left empty or unchanged is no rename.
+  if (newEdit.empty()) return false;
+  const std::string newName = HasProjectExtension(newEdit) ? newEdit : newEdit + std::string(kProjectExtension);
+  if (newName == oldName) return false;
+
+  const std::string folder = ProjectsFolder();
+  const std::string oldPath = folder + oldName, newPath = folder + newName;
+  std::error_code ec;
+  if (IsPlainFileName(newEdit) && fs::exists(newPath, ec))
+    return say("There is already another project named like this !", "Error", DlgType::Error);
+  if (IsFileInUse(oldPath))
+    return say("File is in use (or acess was denied) and can not be renamed !", "Error", DlgType::Error);
+
+  bool renamed = IsPlainFileName(newEdit) && IsPlainFileName(oldName) && fs::is_regular_file(oldPath, ec);
+  if (renamed) {
+    fs::rename(oldPath, newPath, ec);
+    renamed = !ec;
+  }
+  if (!renamed) return say("Error while trying to rename project !", "Error", DlgType::Error);
+
+  // The graphics template goes with the project; the font templates and the palettes keep the
+  // old stem and are left behind.
+  const std::string oldTemplate = ProjectStem(oldPath) + kHeaderTemplateSuffixes[0];
+  const std::string newTemplate = ProjectStem(newPath) + kHeaderTemplateSuffixes[0];
+  if (fs::exists(oldTemplate, ec)) fs::rename(oldTemplate, newTemplate, ec);
+  if (ec) return say("Error while trying to rename project !", "Error", DlgType::Error);
+
+  // Renaming the active project moves the program with it; otherwise the next save would make
+  // the old name again.
+  if (g.ActiveProject == oldPath) {
+    g.ActiveProject = newPath;
+    if (app_.session.HeaderIncludeFile == oldTemplate) app_.session.HeaderIncludeFile = newTemplate;
+    app_.mainForm.SaveFolders();
+  }
+  app_.ui.MessageDlg("Project has been renamed", "Information", DlgType::Information, {"OK"});
+  app_.mainForm.StatusBarAndLog("Project " + oldName + " renamed " + newName);
+  return true;
+}
+
+bool TExploForm::MenuItem6Click(const std::string& name) {
+  Globals& g = app_.globals;
+  auto say = [this](const std::string& text, const char* title, DlgType type) {
+    app_.ui.MessageDlg(text, title, type, {"OK"});
+    return false;
+  };
+  // The refusals come before the question: nobody is asked to confirm what cannot be done.
+  if (name.empty()) return say("Select a project to delete first!", "Selection error", DlgType::Error);
+  if (SameText(name, kDefaultProject)) return say("This project can not be deleted !", "Error", DlgType::Error);
+  const std::string path = ProjectsFolder() + name;
+  if (path == g.ActiveProject) return say("Active project can not be deleted !", "Error", DlgType::Error);
+  std::error_code ec;
+  if (!IsPlainFileName(name) || !fs::is_regular_file(path, ec))
+    return say("Select a project to delete first!", "Selection error", DlgType::Error);
+  if (IsFileInUse(path))
+    return say("Project file is in use by another program and can not be deleted !", "Error", DlgType::Error);
+  if (app_.ui.MessageDlg("Please confirm to delete this project  !", "Confirm", DlgType::Confirmation,
+                         {"Yes", "No"}) != "Yes")
+    return false;
+
+  if (!fs::remove(path, ec) || ec) return say("Error while trying to delete project !", "Error", DlgType::Error);
+  // Only the graphics template goes with the project; the font templates stay, as they do when
+  // a project is renamed.
+  fs::remove(ProjectStem(path) + kHeaderTemplateSuffixes[0], ec);
+  for (int colours : kProjectPaletteSizes) fs::remove(CustomPaletteName(path, colours), ec);
+  app_.ui.MessageDlg("Project has been deleted !", "Project Deleted", DlgType::Information, {"OK"});
+  app_.mainForm.StatusBarAndLog("Project " + name + " deleted");
+  return true;
+}
+
+}  // namespace rm
