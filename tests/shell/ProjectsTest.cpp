@@ -350,6 +350,7 @@ TEST_F(Projects, ActivationSavesReadsTheOtherProjectAndClearsTheEditors) {
     ASSERT_EQ(other->app.exploForm.SaveAsNewProject(), "New Project.LCD");
     ASSERT_TRUE(rm::ApplySetting(other->app, "FXHB", "B", error)) << error;
     ASSERT_TRUE(rm::ApplySetting(other->app, "ORGC", "4", error)) << error;
+    other->app.mainForm.SetColourMode(56, true);  // 256 colours: the palette comes from the project
     ASSERT_TRUE(other->app.mainForm.SaveConfigurationX());
     ASSERT_TRUE(other->app.exploForm.ActivateProject("default.LCD"));
   }
@@ -381,8 +382,8 @@ TEST_F(Projects, ActivationSavesReadsTheOtherProjectAndClearsTheEditors) {
   EXPECT_EQ(p->app.session.Syntax.DataFormatKind, "B");
   EXPECT_EQ(rm::GetSetting(p->app, *rm::FindSetting("ORGC")), "4");
   EXPECT_EQ(p->app.session.PaletteTable, CustomPalette());
-  EXPECT_NE(std::find(p->app.globals.Log.begin(), p->app.globals.Log.end(), "Project New Project.LCD Activated"),
-            p->app.globals.Log.end());
+  const auto& log = p->app.logWindow.Lines.Lines();
+  EXPECT_NE(std::find(log.begin(), log.end(), "Project New Project.LCD Activated"), log.end());
   EXPECT_EQ(Pointer(), Inits() + "New Project.LCD\n");
   EXPECT_EQ(p->app.session.HeaderIncludeFile, Inits() + "New Project.txt");
   EXPECT_EQ(ReadFile(Inits() + "New Project.txt"), Joined(rm::DefaultGraphicsTemplate()));
