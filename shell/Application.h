@@ -9,6 +9,7 @@
 #include "engine/TextLines.h"
 #include "engine/UiPort.h"
 #include "shell/Globals.h"
+#include "shell/StartUp.h"
 #include "shell/TExploForm.h"
 #include "shell/TExploForm2.h"
 #include "shell/TImageForm.h"
@@ -40,6 +41,10 @@ class Application {
   TImageForm imageForm;
   TExploForm2 exploForm2;
   TExploForm exploForm;
+
+  // ---- Special modes and start ----
+  TextLines batchText;        // the batch editor's lines, saved as Globals::BatchFileName
+  InstanceLock instanceLock;  // held from the start to the quit of the desktop program
 };
 
 // The folder of the program's shipped data (default palettes): RASTERMILL_DATA when set,
