@@ -48,20 +48,6 @@ TEST(DisplaySize, PresetEqualToTheSizeInForceDoesNothingUnlessInPictureMode) {
   EXPECT_EQ(p.app.globals.Log.back(), "LCD Matrix H:64 W:128");
 }
 
-TEST(DisplaySize, PresetsOnlyFromTheTable) {
-  const struct {
-    int w, h;
-    bool preset;
-  } cases[] = {{96, 40, true}, {160, 100, true}, {1024, 768, true}, {40, 96, false}, {132, 128, false},
-               {1024, 769, false}};
-  for (const auto& c : cases) {
-    TestProgram p;
-    EXPECT_EQ(p.app.mainForm.MatrixPresetClick(c.w, c.h), c.preset) << c.w << "x" << c.h;
-    EXPECT_EQ(p.app.pixelForm.MatrixWidth(), c.preset ? c.w : 128);
-    EXPECT_EQ(p.app.globals.MatrixHeight, c.preset ? c.h : 128);
-  }
-}
-
 TEST(DisplaySize, NarrowPresetsTurnAHorizontalSchemeWithoutAsking) {
   const struct {
     int w;
@@ -108,19 +94,6 @@ TEST(DisplaySize, TheCanvasKeepsWhatFitsFromTheTopLeft) {
   ASSERT_TRUE(p.app.mainForm.MatrixPresetClick(128, 64));
   EXPECT_EQ(p.app.pixelForm.WorkBitmap.GetPixel(96, 10), rm::kWhite) << "cut off is gone, new room is background";
   EXPECT_EQ(p.app.pixelForm.WorkBitmap.GetPixel(95, 39), rm::kBlack);
-}
-
-TEST(DisplaySize, APresetWaitsForAFloatingSelection) {
-  TestProgram p;
-  SetSize(p, 128, 64);
-  p.app.pixelForm.FloatSelection(rm::Bitmap(2, 2, rm::kBlack), 0, 0);
-  p.ui.answers = {"Cancel"};
-  EXPECT_FALSE(p.app.mainForm.MatrixPresetClick(96, 64));
-  EXPECT_EQ(p.app.globals.MatrixWidth, 128);
-  EXPECT_TRUE(p.app.pixelForm.FloatingSelection);
-  p.ui.answers = {"Paste now"};
-  EXPECT_TRUE(p.app.mainForm.MatrixPresetClick(96, 64));
-  EXPECT_EQ(p.app.pixelForm.WorkBitmap.GetPixel(1, 1), rm::kBlack);
 }
 
 TEST(DisplaySize, UserSizeAsksWhenTheSchemeCannotPackIt) {
