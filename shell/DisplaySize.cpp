@@ -105,6 +105,8 @@ void TMainForm::negativeOFf() {
   if (s.ModeNumber == 2) s.ModeNumber = 1;
 }
 
+// The canvas takes the display size. The picture is kept where it fits, not scaled or cleared:
+// trying a few display sizes on a drawing must not lose it (TPixelForm::FormRedraw).
 void TMainForm::CanvasRedraw() {
   const Globals& g = app_.globals;
   app_.pixelForm.DiscardSelection();
