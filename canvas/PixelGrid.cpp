@@ -1,5 +1,7 @@
 #include "canvas/PixelGrid.h"
 
+#include <algorithm>
+
 namespace rm {
 
 bool TPixelForm::HasArtwork() const {
@@ -18,6 +20,42 @@ bool TPixelForm::IsBlackAndWhite() const {
       if (row[x] != 0u && row[x] != 0xFFFFFFu) return false;
   }
   return true;
+}
+
+void TPixelForm::FormRedraw(int width, int height) {
+  if (width == WorkBitmap.Width() && height == WorkBitmap.Height()) return;
+  Bitmap resized(width, height, BackgroundColour);
+  const int w = std::min(width, WorkBitmap.Width());
+  const int h = std::min(height, WorkBitmap.Height());
+  for (int y = 0; y < h; ++y) std::copy(WorkBitmap.Row(y), WorkBitmap.Row(y) + w, resized.Row(y));
+  WorkBitmap = std::move(resized);
+}
+
+void TPixelForm::FloatSelection(const Bitmap& picture, int left, int top) {
+  SelectionBitmap = picture;
+  SelectionLeft = left;
+  SelectionTop = top;
+  FloatingSelection = true;
+}
+
+void TPixelForm::PasteSelection() {
+  if (FloatingSelection) {
+    const int x0 = std::max(0, SelectionLeft);
+    const int x1 = std::min(WorkBitmap.Width(), SelectionLeft + SelectionBitmap.Width());
+    for (int y = std::max(0, SelectionTop); y < std::min(WorkBitmap.Height(), SelectionTop + SelectionBitmap.Height());
+         ++y) {
+      if (x0 >= x1) break;
+      const std::uint32_t* from = SelectionBitmap.Row(y - SelectionTop) + (x0 - SelectionLeft);
+      std::copy(from, from + (x1 - x0), WorkBitmap.Row(y) + x0);
+    }
+  }
+  DiscardSelection();
+}
+
+void TPixelForm::DiscardSelection() {
+  SelectionBitmap = Bitmap();
+  SelectionLeft = SelectionTop = 0;
+  FloatingSelection = false;
 }
 
 }  // namespace rm

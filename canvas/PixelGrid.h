@@ -21,9 +21,23 @@ class TPixelForm {
   // True when every pixel is exactly black or white.
   bool IsBlackAndWhite() const;
 
+  // Gives the canvas a new size. What fits of the picture stays at its place from the top left
+  // corner; new room takes the background colour. Nothing is scaled: a size change is a change
+  // of display, and the user decides what becomes of the picture.
+  void FormRedraw(int width, int height);
+
+  // The floating selection: a picture lying over the canvas at SelectionLeft, SelectionTop until
+  // it is pasted into WorkBitmap or dropped. Parts beyond the canvas edges are clipped at paste.
+  void FloatSelection(const Bitmap& picture, int left, int top);
+  void PasteSelection();
+  void DiscardSelection();
+
   Bitmap WorkBitmap;
   Colour BackgroundColour = kWhite;
   bool FloatingSelection = false;
+  Bitmap SelectionBitmap;
+  int SelectionLeft = 0;
+  int SelectionTop = 0;
   bool SelectionReducedToBW = true;
   bool ColourPickerActive = false;
 };

@@ -35,9 +35,9 @@ bool TMainForm::ConvertAnimation(const std::vector<Bitmap>& frames, const std::v
 
   const std::string infoFile = rm::InfoFileName(s);
   const Bitmap original = app_.pixelForm.WorkBitmap;
-  const bool wasActive = g.AnimationActive;
+  const bool wasActive = g.AnimationMode;
   const int wasCount = g.FrameCount;
-  g.AnimationActive = true;
+  g.AnimationMode = true;
   g.FrameCount = n;
   g.AnimationFrameRecords.clear();
   g.AnimationBytes = 0;
@@ -120,7 +120,7 @@ bool TMainForm::ConvertAnimation(const std::vector<Bitmap>& frames, const std::v
                     {"OK"});
   }
   if (toFiles && !g.AnimationFrameRecords.empty()) WriteInfoFile();
-  g.AnimationActive = wasActive;
+  g.AnimationMode = wasActive;
   g.FrameCount = wasCount;
   app_.pixelForm.SetCanvas(original);
   return ok;

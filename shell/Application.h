@@ -10,6 +10,7 @@
 #include "engine/UiPort.h"
 #include "shell/Globals.h"
 #include "shell/LogWindow.h"
+#include "shell/StartUp.h"
 #include "shell/TExploForm.h"
 #include "shell/TExploForm2.h"
 #include "shell/TImageForm.h"
@@ -46,6 +47,10 @@ class Application {
 
   // The log window.
   TLogWindowForm logWindow;
+
+  // ---- Special modes and start ----
+  TextLines batchText;        // the batch editor's lines, saved as Globals::BatchFileName
+  InstanceLock instanceLock;  // held from the start to the quit of the desktop program
 };
 
 // The folder of the program's shipped data (default palettes): RASTERMILL_DATA when set,

@@ -23,12 +23,7 @@ struct Globals {
   bool QuitBlocked = false;
   std::vector<std::string> DataFolders; // where the shipped default palettes are found
 
-  // Special modes; they are mutually exclusive.
-  bool AnimationActive = false;
-  bool BatchCreationActive = false;
-  bool FontCreationActive = false;
-  bool TouchPanelActive = false;
-  int FrameCount = 0;
+  int FrameCount = 0;  // frames of the animation sequence
 
   // State shown in the front ends.
   std::string PaletteLabel = "Current Palette is Default";
@@ -73,6 +68,59 @@ struct Globals {
   bool ExceptionSeen = false;
   std::string ActiveFormName, ActiveControlName;  // kept current by the front end
   std::string ExceptionFormName, ExceptionControlName;  // the two above at the last fault
+  // ---- Special modes, display size, quit and start ----
+  // A special mode turns the program into the editor of one kind of script or sequence; at most
+  // one is meant to be on. TExploForm::CheckMode and ResetAndCheckColorMode stand guard.
+  bool BatchEditMode = false;
+  bool FontScriptMode = false;
+  bool FieldsScriptMode = false;
+  bool TouchScriptMode = false;
+  bool EditableFontMode = false;
+  bool HeaderEditMode = false;
+  bool AnimationMode = false;
+  bool VectorMode = false;
+  bool SegmentedFontMode = false;  // nothing sets it; the guard still knows it
+  bool SpecialModeActive = false;  // what "Exit Special Mode" tests
+  bool NoSaveOnQuit = false;       // "No Saves": leave the mode without saving its script
+  bool ModeMenuEnabled = true;          // the colour mode and output format items
+  bool ExitSpecialModeEnabled = false;  // the menu item "Exit Special Mode"
+  bool ExitModeButtonVisible = false;   // the explorer's way out of a mode
+  // The batch being edited (in the Batch folder role) and the active text batch.
+  std::string BatchFileName;
+  bool BatchChanged = false;
+  bool BatchEditorEditable = false;
+  std::string BatchEditorLabel = "View Mode";
+  std::string ActiveBatch = "< No batch file selected >";
+  int EditorsPage = 0;  // the tab shown in the editors window; 4 is the batch
+
+  // The target display. 128 by 128 until the project is read.
+  int MatrixWidth = 128;
+  int MatrixHeight = 128;
+  bool NoMatrixMode = false;     // Picture Mode: the canvas is not tied to a display size
+  bool UserMatrix = false;       // the size was typed by the user, no preset applies
+  bool RedrawFullMatrix = false;
+  bool ColourMenuEnabled = true; // the whole colour mode menu; off in Picture Mode
+  bool ExplorerNoMatrixMode = false;
+  // The screen, told by the front end; half of it makes the Picture Mode canvas.
+  int ScreenWidth = 1920;
+  int ScreenHeight = 1080;
+
+  // Quit.
+  bool QuitInProgress = false;  // the windows are closing: their close handlers ask nothing
+  bool ArtworkSaved = true;     // false after drawing or pasting on the canvas
+
+  // Start. The two step counters place a fault during the start.
+  int StartStep = 0;          // 1 to 14 through the main window's creation
+  int StartRegistryStep = 0;  // 13, then 14 around the read of the usage counters
+  bool StartComplete = false;
+  bool ExplorerExists = false;
+  // What a first command line parameter changes; the front end shows the windows accordingly.
+  bool ShowSplash = true;
+  bool ShowWelcome = true;
+  bool LogWindowVisible = true;
+  int AnimationSpeed = 200;
+  std::string FillerText = "0AA";  // the filler byte, in hexadecimal
+  int FillerValue = 0;
 };
 
 }  // namespace rm

@@ -1,4 +1,5 @@
 #pragma once
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,6 +49,16 @@ class TExploForm {
   // Points the session's header template at the active project's graphics template, creating
   // it with the factory text when it is missing. False when it is missing and cannot be made.
   bool UseProjectHeaderTemplate();
+  // ---- Special modes ----
+  // True when a special mode stands in the way of the caller. `caller` names the mode that may
+  // stay: 0 none, 1 touch script, 2 font script, 4 segmented font, 5 editable font, 6 vectors,
+  // 7 vector programming. The user is asked to leave the mode; true is returned either way.
+  bool CheckMode(int caller);
+  // Leaves the first active mode in a fixed order; false when no mode was active.
+  bool QuitModeButtonClick();
+  // Called before CheckMode's question while the exit button shows, so that the front end can
+  // lead the user's eye to it (show the explorer, flash the button).
+  std::function<void()> LeadTheEye;
 
  private:
   Application& app_;

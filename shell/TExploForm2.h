@@ -17,6 +17,9 @@ class TExploForm2 {
   // Closes the pending record, however short.
   void EndIntelHex();
 
+  // The header template's edit mode, a toggle: the mode's flags and menus.
+  void EditHeaderButtonClick();
+
  private:
   Application& app_;
 };

@@ -9,7 +9,7 @@ bool TImageForm::EncodeButtonClick() {
   ConversionSession& s = app_.session;
   Globals& g = app_.globals;
   UiPort& ui = app_.ui;
-  if (g.FontCreationActive) {
+  if (g.FontScriptMode || g.EditableFontMode || g.SegmentedFontMode) {
     ui.MessageDlg(" A Font creation mode is still active ! Plase quit/exit this mode first !", "Font creation active",
                   DlgType::Warning, {"OK"});
     return false;
@@ -22,7 +22,7 @@ bool TImageForm::EncodeButtonClick() {
     if (a != "Overwrite") return false;
   }
   const bool machine = s.Output == OutputKind::BinaryFile || s.Output == OutputKind::IntelHex;
-  if (machine && (s.Compression || g.AnimationActive)) {
+  if (machine && (s.Compression || g.AnimationMode)) {
     ui.MessageDlg(
         "Hex or Binay file data output is not available for animations or data compression ! \rDisable Data "
         "Compression or choose 8/16/32 bits output",

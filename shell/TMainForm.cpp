@@ -23,31 +23,38 @@ bool TMainForm::ResetAndCheckColorMode() {
   app_.pixelForm.ColourPickerActive = false;
   g.PaletteLabel = "Current Palette is Default";
   struct Refusal {
-    bool* active;
+    const bool& active;
     const char* text;
+    std::function<bool()> leave;
   };
   const Refusal refusals[] = {
-      {&g.AnimationActive,
-       "Mode change not possible while an animation is active, first save artwork, quit animation mode "},
-      {&g.BatchCreationActive,
-       " Mode change not possible while Processing batch creation is active, first quit this mode "},
-      {&g.FontCreationActive,
-       " Mode change not possible while Font creation is active, first quit Font Creation mode  "},
-      {&g.TouchPanelActive,
-       " Mode change not possible while touch panel creation is active, first quit touch panel mode "},
+      {g.AnimationMode,
+       "Mode change not possible while an animation is active, first save artwork, quit animation mode ",
+       [this] { return QuitAnimationMode(); }},
+      {g.BatchEditMode,
+       " Mode change not possible while Processing batch creation is active, first quit this mode ",
+       [this] { return QuitPostClick(); }},
+      {g.FontScriptMode,
+       " Mode change not possible while Font creation is active, first quit Font Creation mode  ",
+       [this] { return QuitFontscriptClick(); }},
+      {g.TouchScriptMode,
+       " Mode change not possible while touch panel creation is active, first quit touch panel mode ",
+       [this] { return QuittouchpanelscriptClick(); }},
   };
   for (const auto& r : refusals) {
-    if (!*r.active) continue;
+    if (!r.active) continue;
     if (app_.ui.MessageDlg(r.text, "Warning", DlgType::Warning, {"OK", "Quit Mode"}) != "Quit Mode") return true;
-    *r.active = false;
+    // A mode that the user did not leave after all still stands in the way.
+    if (!r.leave() || r.active) return true;
   }
   if (app_.pixelForm.FloatingSelection) {
     const std::string a = app_.ui.MessageDlg(
         " Floating Selection layer has not been pasted to Work Canvas !\r Paste now, Discard selection or Cancel ? ",
         "Confirm", DlgType::Confirmation, {"No Action", "Discard", "Cancel"});
-    if (a == "Discard") app_.pixelForm.FloatingSelection = false;
+    if (a == "Discard") app_.pixelForm.DiscardSelection();
     return true;
   }
+  g.ExplorerNoMatrixMode = false;
   ResetMenus();
   return false;
 }
@@ -340,7 +347,7 @@ bool TMainForm::ExportColorPaletteAsArray3Click() {
   s.WorkEol = s.Syntax.Eol;
   s.WorkEolString = s.Syntax.EolString;
   app_.encoder.Canvas().floatingSelection = app_.pixelForm.FloatingSelection;
-  app_.encoder.Canvas().animationActive = app_.globals.AnimationActive;
+  app_.encoder.Canvas().animationActive = app_.globals.AnimationMode;
   const bool ok = app_.encoder.ConvertPalette();
   if (!ok) return false;
   app_.globals.EditorUnsaved = true;
@@ -392,7 +399,7 @@ bool TMainForm::TranslateCanvas() {
   if (s.Gray4TwoPages) {
     const std::string& k = s.Syntax.DataFormatKind;
     const bool hexKind = k == "X" || k == "H" || k == "+H+";
-    if (s.Output != OutputKind::Bits8 || !hexKind || s.NegativeOutput || g.AnimationActive) {
+    if (s.Output != OutputKind::Bits8 || !hexKind || s.NegativeOutput || g.AnimationMode) {
       app_.ui.MessageDlg(
           "Sorry, the 2 pages 4bpp grayscale conversion is only allowed when :  \r8 bit mode, Hex data and no animation",
           "Error", DlgType::Error, {"OK"});
@@ -434,13 +441,23 @@ bool TMainForm::TranslateCanvas() {
   CanvasState& cs = app_.encoder.Canvas();
   cs.floatingSelection = canvas.FloatingSelection;
   cs.selectionReducedToBW = canvas.SelectionReducedToBW;
-  cs.animationActive = g.AnimationActive;
+  cs.animationActive = g.AnimationMode;
   cs.frameCount = g.FrameCount;
   if (!s.SelectionActive) cs.area = CanvasState::Area::None;
 
   ConvertResult result = app_.encoder.ConvertWorkCanvas();
   if (result == ConvertResult::PasteRequested) {
-    canvas.FloatingSelection = false;
+    // The paste belongs to the picture the user keeps as well as to the copy being converted.
+    if (saved) {
+      const Bitmap layer = canvas.SelectionBitmap;
+      const int left = canvas.SelectionLeft, top = canvas.SelectionTop;
+      std::swap(canvas.WorkBitmap, *saved);
+      canvas.PasteSelection();
+      std::swap(canvas.WorkBitmap, *saved);
+      canvas.FloatSelection(layer, left, top);
+    }
+    canvas.PasteSelection();
+    g.ArtworkSaved = false;
     cs.floatingSelection = false;
     result = app_.encoder.ConvertWorkCanvas();
   }
@@ -448,7 +465,7 @@ bool TMainForm::TranslateCanvas() {
   // Files are written only where a folder was chosen; the command line writes its own.
   const bool toFiles = ok && !s.OutputFolder.empty();
   // An animation writes its frames and one parameter file for the whole run itself.
-  if (toFiles && !g.AnimationActive) WriteInfoFile();
+  if (toFiles && !g.AnimationMode) WriteInfoFile();
   if (result != ConvertResult::Stopped || !app_.mainText.Empty()) g.EditorUnsaved = true;
   if (s.AutoFraming && cs.area == CanvasState::Area::AutoFrame) {
     s.SelectionActive = false;
@@ -460,7 +477,7 @@ bool TMainForm::TranslateCanvas() {
     app_.exploForm2.EndIntelHex();
     app_.encoder.Formatter().IntelHex().AddEndOfFile();
   }
-  if (toFiles && g.AlwaysOverwrite && s.Output != OutputKind::BinaryFile && !g.AnimationActive) SaveOutputFile(true);
+  if (toFiles && g.AlwaysOverwrite && s.Output != OutputKind::BinaryFile && !g.AnimationMode) SaveOutputFile(true);
   if (saved) canvas.WorkBitmap = std::move(*saved);
   s.Source = &canvas.WorkBitmap;
   s.CanvasWidth = canvas.MatrixWidth();
@@ -488,7 +505,7 @@ bool TMainForm::WriteInfoFile() {
   // Day first and seconds shown, in UTC: readable, and the same text wherever the table is
   // made, so a pinned clock gives the same bytes on every machine.
   facts.dateText = FormatDateTime(app_.clock.Now());
-  facts.animation = g.AnimationActive;
+  facts.animation = g.AnimationMode;
   facts.frames = g.AnimationFrameRecords;
   facts.animationBytes = g.AnimationBytes;
   facts.clipUnitFile = g.ClipUnitFile;
@@ -552,7 +569,7 @@ bool TMainForm::SaveOutputFile(bool overwrite) {
   if (!refusal.empty()) return denied(refusal);
   std::error_code ec;
   // An animation writes its frames one after the other without a question.
-  if (!overwrite && !g.AnimationActive && std::filesystem::exists(path, ec)) {
+  if (!overwrite && !g.AnimationMode && std::filesystem::exists(path, ec)) {
     if (app_.ui.MessageDlg(" File already exits,  Overwrite ?", "Confirm", DlgType::Confirmation, {"Yes", "No"}) !=
         "Yes") {
       StatusBarAndLog("File not saved");

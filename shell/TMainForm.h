@@ -1,5 +1,6 @@
 #pragma once
 #include <exception>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -136,6 +137,66 @@ class TMainForm {
   // pressed; `defaultButton` is the one Enter presses and the answer when nobody is asked.
   int MyMessageDialog(const std::string& text, DlgType type, int defaultButton,
                       const std::vector<std::string>& captions, int buttons = 0);
+  // ---- Special modes, display size, quit and start ----
+  // A script that a special mode edits. The mode's editor fills it in when the mode is entered;
+  // `Save` writes the script and returns false when it was not saved. Without an editor nothing
+  // can be saved, and a leave that was told to save stays in the mode.
+  struct ModeScript {
+    std::string Path;
+    bool Changed = false;
+    std::function<bool()> Save;
+  };
+  ModeScript FontScript, FieldsScript, TouchScript, EditableFont, VectorDesign;
+  // Saves the Work Canvas picture; set by the owner of the picture files. False when not saved.
+  std::function<bool()> ArtworkSaver;
+
+  // Lock and unlock the colour mode and output format items while a special mode runs.
+  void DisableModeChange();
+  void EnableModeChange();
+  // The leaving commands of the special modes. Each returns false when the user chose to stay.
+  bool QuitPostClick();
+  bool QuitFontscriptClick();
+  bool QuitFieldsScriptClick();
+  bool QuitFieldsSriptClick() { return QuitFieldsScriptClick(); }
+  bool QuittouchpanelscriptClick();
+  bool QuitAnEditableFontClick();
+  bool QuitVectorDesign();
+  // Leaves the animation mode; asks first unless `ask` is false.
+  bool QuitAnimationMode(bool ask = true);
+  // Enters the batch editor on a new or existing .SPP in the Batch folder role. `fromEdit`: the
+  // command came from "edit", which names a new batch after the current picture.
+  void CreatePostProClick(bool fromEdit);
+  // The first "NewTextPro[n].SPP" that is not in the Batch folder role.
+  std::string NewBatchFileName() const;
+  std::string BatchFilePath() const;
+
+  // True when a floating selection is there and the user cancels; else it is pasted or dropped.
+  bool IsSelectionActive();
+
+  // Display size. A preset of the size menu; false when (W, H) is none or nothing changed.
+  bool MatrixPresetClick(int width, int height);
+  static bool IsMatrixPreset(int width, int height);
+  void CHLCDMatrix();
+  void LCDMatrix();
+  void CanvasRedraw();
+  void NoMatrix1Click();
+  void negativeOFf();
+  // A size typed by the user; empty or unreadable numbers end the command. False when the size
+  // was not taken.
+  bool UserMatrixClick(const std::string& widthText, const std::string& heightText);
+
+  // Quit. `Quit`: the program ends now; `Refused`: the user said no; `StaysOpen`: something was
+  // put right (a floating selection dropped) and the user must quit again.
+  enum class QuitOutcome { Quit, Refused, StaysOpen };
+  QuitOutcome FormCloseQuery();
+  QuitOutcome FileExit1Execute();
+  QuitOutcome PMSys_Quitter();
+  void FormClose();
+  bool SavebitmapClick();
+
+  // The main window's creation: settings are read here. False when another instance of the
+  // desktop program runs; then nothing has been read.
+  bool FormCreate(bool singleInstance);
 
  private:
   ConversionSession& app_session();

@@ -306,7 +306,7 @@ TEST(Compression, TablesTooSmallToGainAreMadePlain) {
   // In an animation the frame is only marked: no message, the table made plain all the same.
   const Bitmap picture = PictureOf(Alternating(64), 8);
   const Outcome frame = Convert(1, picture, true, [](TestProgram& p) {
-    p.app.globals.AnimationActive = true;
+    p.app.globals.AnimationMode = true;
     p.app.globals.FrameCount = 1;
   });
   EXPECT_TRUE(frame.messages.empty()) << frame.messages.front();

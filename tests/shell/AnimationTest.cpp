@@ -74,7 +74,7 @@ TEST(Animation, OneFilePerFrameWithTheChangedArea) {
   // The canvas and the names come back as they were.
   EXPECT_EQ(r.p.app.pixelForm.WorkBitmap, Bitmap(32, 8));
   EXPECT_EQ(r.p.app.session.OutputFileName, "dot.h");
-  EXPECT_FALSE(r.p.app.globals.AnimationActive);
+  EXPECT_FALSE(r.p.app.globals.AnimationMode);
 }
 
 TEST(Animation, ClipUnitDelaysAndCompressedFrames) {

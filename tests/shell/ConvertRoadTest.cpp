@@ -283,9 +283,9 @@ TEST(ConvertRoad, Refusals) {
        "Sorry, Data compression only works in the 8 bit output mode !", "Info"},
       {"gray 16 horizontal, down", 27, [](TestProgram& p) { p.app.session.Direction = PagingDirection::Down; },
        "Sorry this data orientation is yet not available in this grayscale mode > 2 horizontal pixels", "Info"},
-      {"font creation", 1, [](TestProgram& p) { p.app.globals.FontCreationActive = true; },
+      {"font creation", 1, [](TestProgram& p) { p.app.globals.FontScriptMode = true; },
        " A Font creation mode is still active ! Plase quit/exit this mode first !", "Font creation active"},
-      {"empty animation", 1, [](TestProgram& p) { p.app.globals.AnimationActive = true; }, " Animation is empty ! ",
+      {"empty animation", 1, [](TestProgram& p) { p.app.globals.AnimationMode = true; }, " Animation is empty ! ",
        "Error"},
   };
   for (const auto& c : cases) {

@@ -1,0 +1,181 @@
+// The size of the target display: the presets of the size menu, a size typed by the user, and
+// Picture Mode, where the canvas is not tied to a display.
+#include <algorithm>
+#include <charconv>
+
+#include "shell/Application.h"
+
+namespace rm {
+
+namespace {
+
+struct MatrixSize {
+  int width, height;
+};
+
+constexpr MatrixSize kMatrixPresets[] = {
+    {96, 40},   {96, 64},   {100, 32},  {112, 64},  {120, 32},  {122, 32},  {128, 32},  {128, 64},
+    {128, 96},  {128, 128}, {132, 32},  {132, 64},  {144, 32},  {160, 32},  {160, 100}, {256, 128},
+    {480, 128}, {480, 272}, {800, 480}, {864, 480}, {1024, 600}, {1024, 768},
+};
+
+// The largest preset bounds every size the user types.
+constexpr int kMaxUserWidth = 1024;
+constexpr int kMaxUserHeight = 768;
+
+// Pixels of one data unit in the colour mode: a width (horizontal scheme) or height (vertical
+// scheme) that is not a multiple of it cannot be packed. 0 when any size packs.
+int SizeDivisor(int modeNumber) {
+  switch (modeNumber) {
+    case 1:
+    case 2: return 8;
+    case 24:
+    case 25:
+    case 29:
+    case 30:
+    case 31: return 4;
+    case 26:
+    case 27:
+    case 28:
+    case 54:
+    case 55: return 2;
+    default: return 0;
+  }
+}
+
+bool ReadSize(const std::string& text, int& value) {
+  const char* end = text.data() + text.size();
+  const auto r = std::from_chars(text.data(), end, value);
+  return !text.empty() && r.ec == std::errc() && r.ptr == end;
+}
+
+}  // namespace
+
+bool TMainForm::IsMatrixPreset(int width, int height) {
+  return std::any_of(std::begin(kMatrixPresets), std::end(kMatrixPresets),
+                     [&](const MatrixSize& p) { return p.width == width && p.height == height; });
+}
+
+bool TMainForm::MatrixPresetClick(int width, int height) {
+  Globals& g = app_.globals;
+  if (!IsMatrixPreset(width, height)) return false;
+  if (IsSelectionActive()) return false;
+  // These two widths cannot be packed in bytes across a row.
+  const bool rowsUnfit = height == 32 && (width == 100 || width == 122);
+  if (rowsUnfit && IsHorizontal(app_.session.Direction)) {
+    app_.ui.MessageDlg("This dot matrix size not compatible with horizontal paging scheme !\r Scheme will be changed "
+                       "to vertical ! ",
+                       "Warning", DlgType::Warning, {"OK"});
+    SetDirection(PagingDirection::Down);
+  }
+  // The menu's tick follows MatrixWidth, MatrixHeight and UserMatrix; the front end draws it.
+  if (g.MatrixWidth == width && g.MatrixHeight == height && !g.NoMatrixMode) return false;
+  g.MatrixWidth = width;
+  g.MatrixHeight = height;
+  CHLCDMatrix();
+  if (rowsUnfit) g.RedrawFullMatrix = true;
+  return true;
+}
+
+void TMainForm::CHLCDMatrix() {
+  Globals& g = app_.globals;
+  g.UserMatrix = false;
+  LCDMatrix();
+  CanvasRedraw();
+  g.UserMatrix = false;
+}
+
+void TMainForm::LCDMatrix() {
+  Globals& g = app_.globals;
+  if (g.NoMatrixMode) {
+    g.NoMatrixMode = false;
+    g.ColourMenuEnabled = true;
+    g.ExplorerNoMatrixMode = false;
+    SetColourMode(1, true);
+    negativeOFf();
+    CanvasRedraw();
+    g.UserMatrix = true;
+  }
+  StatusBarAndLog("LCD Matrix H:" + std::to_string(g.MatrixHeight) + " W:" + std::to_string(g.MatrixWidth));
+}
+
+void TMainForm::negativeOFf() {
+  ConversionSession& s = app_.session;
+  s.NegativeOutput = false;
+  if (s.ModeNumber == 2) s.ModeNumber = 1;
+}
+
+// The canvas takes the display size. The picture is kept where it fits, not scaled or cleared:
+// trying a few display sizes on a drawing must not lose it (TPixelForm::FormRedraw).
+void TMainForm::CanvasRedraw() {
+  const Globals& g = app_.globals;
+  app_.pixelForm.DiscardSelection();
+  app_.session.SelectionActive = false;
+  app_.pixelForm.FormRedraw(g.MatrixWidth, g.MatrixHeight);
+  app_.session.CanvasWidth = g.MatrixWidth;
+  app_.session.CanvasHeight = g.MatrixHeight;
+}
+
+void TMainForm::NoMatrix1Click() {
+  Globals& g = app_.globals;
+  if (IsSelectionActive()) return;
+  g.MatrixWidth = g.ScreenWidth / 2;
+  g.MatrixHeight = g.ScreenHeight / 2;
+  g.NoMatrixMode = true;
+  g.ColourMenuEnabled = false;
+  SetColourMode(62, true);
+  CanvasRedraw();
+  g.ExplorerNoMatrixMode = true;
+}
+
+bool TMainForm::UserMatrixClick(const std::string& widthText, const std::string& heightText) {
+  Globals& g = app_.globals;
+  ConversionSession& s = app_.session;
+  int width = 0, height = 0;
+  if (!ReadSize(widthText, width) || !ReadSize(heightText, height)) return false;
+  if (app_.pixelForm.FloatingSelection) {
+    app_.ui.MessageDlg(" A selection is still active in Work Canvas  \r Please first Paste selection layer or Cancel",
+                       "Warning", DlgType::Warning, {"OK"});
+    return false;
+  }
+  StatusBarAndLog("H:=" + std::to_string(height) + " W:=" + std::to_string(width));
+  StatusBarAndLog("Dot matrix size = User defined");
+  app_.ui.MessageDlg(" User Dot Matrix Size has been defined ! ", "Information", DlgType::Information, {"OK"});
+
+  const int previousWidth = g.MatrixWidth, previousHeight = g.MatrixHeight;
+  const bool previousUser = g.UserMatrix;
+  const Bitmap previousCanvas = app_.pixelForm.WorkBitmap;
+  g.MatrixWidth = std::clamp(width, 1, kMaxUserWidth);
+  g.MatrixHeight = std::clamp(height, 1, kMaxUserHeight);
+  g.UserMatrix = true;
+  CanvasRedraw();
+
+  // A size that the scheme cannot pack asks to turn the scheme; the canvas already has the new
+  // size, so the scheme command checks it against the size it will work on. A scheme that
+  // refuses as well leaves no way to pack the size.
+  const int divisor = SizeDivisor(s.ModeNumber);
+  for (;;) {
+    const bool widthUnfit = divisor > 0 && g.MatrixWidth % divisor != 0 &&
+                            (s.Direction == PagingDirection::ToLeft || s.Direction == PagingDirection::ToRight);
+    const bool heightUnfit = divisor > 0 && g.MatrixHeight % divisor != 0 &&
+                             (s.Direction == PagingDirection::Down || s.Direction == PagingDirection::Up);
+    if (!widthUnfit && !heightUnfit) return true;
+    const std::string question =
+        widthUnfit ? "Dot matrix size not compatible with horizontal paging scheme !\rDo you want to change paging "
+                     "scheme orientation to vertical ?"
+                   : "Dot matrix size not compatible with vertical paging scheme !\rDo you want to change paging "
+                     "scheme orientation to horizontal ?";
+    if (app_.ui.MessageDlg(question, "Confirm", DlgType::Confirmation, {"Yes", "No"}) != "Yes" ||
+        !SetDirection(widthUnfit ? PagingDirection::Down : PagingDirection::ToRight))
+      break;
+  }
+  g.MatrixWidth = previousWidth;
+  g.MatrixHeight = previousHeight;
+  g.UserMatrix = previousUser;
+  app_.pixelForm.WorkBitmap = previousCanvas;
+  s.CanvasWidth = previousCanvas.Width();
+  s.CanvasHeight = previousCanvas.Height();
+  return false;
+}
+
+}  // namespace rm
