@@ -194,6 +194,8 @@ bool TExploForm::ActivateProject(const std::string& name) {
   app_.hex.Clear();
   g.EditorUnsaved = false;
   app_.mainForm.RebuildColourTables();
+  // The canvas takes the project's display size.
+  app_.mainForm.CHLCDMatrix();
   if (!read) return false;
   // The pointer is written now rather than at quit, so that a crash, or a command line run that
   // has no quit, still starts in the project chosen. A failure was told by SaveFolders.

@@ -75,6 +75,8 @@ TMainForm::QuitOutcome TMainForm::PMSys_Quitter() {
   // A settings file that cannot be written is reported by the writers; the quit goes on.
   SaveConfigurationX();
   SaveFolders();
+  SaveLog();
+  WriteQuitInRegistry();
   app_.instanceLock.Release();
   return QuitOutcome::Quit;
 }

@@ -73,13 +73,14 @@ bool TMainForm::FormCreate(bool singleInstance) {
       app_.ui.MessageDlg(" Another instance of Rastermill is already running !", "Message", DlgType::Information,
                          {"OK"});
       StatusBarAndLog("Another instance of Rastermill is already running !");
+      // No quit record: the counters belong to the instance that runs, whose session is not over.
       return false;
     }
   }
 
   g.StartStep = 6;
-  // The usage counters are read between these two marks.
   g.StartRegistryStep = 13;
+  ReadInfoFromRegistry();
   g.StartRegistryStep = 14;
 
   g.StartStep = 7;
@@ -141,6 +142,9 @@ StartOutcome StartProgram(Application& app, const StartOptions& options) {
     if (c.window == StartWindow::Image)
       app.pixelForm.WorkBitmap = Bitmap(g.MatrixWidth, g.MatrixHeight, app.pixelForm.BackgroundColour);
     if (c.window == StartWindow::Exploform) g.ExplorerExists = true;
+    // The log model lives from the start, so the lines of the start are there when its window
+    // is made; only whether it shows is decided here.
+    if (c.window == StartWindow::LogWin) app.logWindow.Visible = g.LogWindowVisible;
     if (options.createWindow) options.createWindow(c.window);
   }
   g.LastAction = "Application has started";

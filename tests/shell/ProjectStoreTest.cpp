@@ -45,7 +45,10 @@ TEST(ProjectStore, MissingAndUnreadableValuesTakeTheFactoryDefault) {
   rm::IniFile file;
   file.SetText("[I11]\nORGC=many\n[B1]\nNoh=yes\n");
   rm::ProjectRead(changed.app, file);
-  EXPECT_EQ(AllValues(changed.app), AllValues(TestProgram().app));
+  // The factory state: a fresh program that read a project with nothing in it.
+  TestProgram factory;
+  rm::ProjectRead(factory.app, rm::IniFile());
+  EXPECT_EQ(AllValues(changed.app), AllValues(factory.app));
 }
 
 TEST(ProjectStore, KeysTheProgramDoesNotKnowAreKept) {

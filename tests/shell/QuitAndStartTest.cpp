@@ -142,6 +142,14 @@ TEST_F(QuitAndStart, AFloatingSelectionIsDroppedAtTheFirstQuitAndTheSecondQuits)
   EXPECT_TRUE(p.app.globals.QuitInProgress);
   EXPECT_TRUE(fs::exists(p.app.globals.ActiveProject));
   EXPECT_EQ(rmtest::ReadFile(p.app.globals.InitsFolder + "Rastermill.ini"), p.app.globals.ActiveProject + "\n");
+  // The log and the end of the session are on disk.
+  EXPECT_NE(rmtest::ReadFile(p.app.globals.InitsFolder + "L.LOG").find("Do not save and Quit Rastermill\n"),
+            std::string::npos);
+  rm::UsageCounters usage;
+  usage.Load(rm::UsageCounters::DefaultPath());
+  EXPECT_EQ(usage.Get("la"), 1);
+  EXPECT_EQ(usage.Get("nq"), 1);
+  EXPECT_EQ(usage.Get("st"), 0);
   // The windows closing now ask nothing more.
   const auto asked = p.ui.messages.size();
   EXPECT_EQ(p.app.mainForm.FormCloseQuery(), Outcome::Quit);
