@@ -12,6 +12,7 @@ struct ClutOptions {
   std::string mode = "c256";
   std::string output;  // empty or "-": standard output
   std::string templateFile;
+  std::string project;  // another project than the active one
   std::vector<std::string> settings;
   bool verbose = false;
 };

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <map>
 
+#include "cli/ProjectContext.h"
 #include "engine/ColourModes.h"
 #include "engine/HeaderTemplate.h"
 #include "engine/IntelHex.h"
@@ -88,8 +89,12 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
   c.add_flag("--interleave", o.interleave, "Interleave rows: 0, H/2, 1, H/2+1 ...");
   c.add_flag("--auto-frame", o.autoFrame, "Export only the painted part of the canvas, rounded to whole bytes");
   c.add_option("--template", o.templateFile, "Header Include template to fill instead of the default one");
-  c.add_option("--project", o.project, "Start from the settings of this project file; the options given override them")
+  c.add_option("--project", o.project,
+               "Start from the settings of this project file instead of the active project; the options given "
+               "override them")
       ->check(CLI::ExistingFile);
+  c.add_flag("--save-settings", o.saveSettings,
+             "Keep the settings of this conversion (the project's with the options given) in the project");
   c.add_flag("--compress", o.compress,
              "Run length compression: a data table and a pointer table (monochrome, 8 bit text output only)");
   c.add_flag("-v,--verbose", o.verbose, "Print every step of the log");
@@ -124,12 +129,11 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
   for (const auto& a : o.answers) ui.QueueAnswer(a);
   SystemClock clock;
   Application app(ui, clock);
-  if (!o.project.empty()) {
-    // Read only: conversions never write the project, so many can run side by side.
-    IniFile project;
+  {
+    // The settings of the active project (or the one named), read only unless --save-settings:
+    // so many conversions can run side by side.
     std::string error;
-    if (!project.Load(o.project, &error)) return Fail(error);
-    ProjectRead(app, project);
+    if (!OpenProject(app, o.project, error, o.saveSettings)) return Fail(error);
   }
 
   if (!o.mode.empty()) {
@@ -145,7 +149,8 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
   app.pixelForm.SetCanvas(picture);
   app.session.SourceFileName = BaseName(o.input);
   app.session.LastBitmapName = o.input;
-  app.session.HeaderIncludeFile = o.templateFile;
+  // The project's own template unless another is named.
+  if (!o.templateFile.empty()) app.session.HeaderIncludeFile = o.templateFile;
 
   for (const auto& kv : o.settings) {
     const std::size_t eq = kv.find('=');
@@ -202,6 +207,8 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
   ui.FinishProgress();
   if (interrupted) return Fail("interrupted: nothing was written");
   if (!ok) return Fail("the conversion did not run to its end: nothing was written");
+  if (o.saveSettings && !app.mainForm.SaveConfigurationX())
+    return Fail("the settings were not saved in " + app.globals.ActiveProject);
 
   // Binary output is the hex editor's bytes; Intel HEX records stand in the main text like any
   // other output text.

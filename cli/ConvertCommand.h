@@ -38,6 +38,7 @@ struct ConvertOptions {
   bool noInfo = false;  // no parameter file beside the output file
   std::string templateFile;
   std::string project;  // a project file whose settings the conversion starts from
+  bool saveSettings = false;  // write the settings back into the project after a good conversion
 };
 
 void AddConvertOptions(CLI::App& command, ConvertOptions& options);

@@ -6,7 +6,7 @@
 
 namespace rmcli {
 
-bool OpenProject(rm::Application& app, const std::string& projectFile, std::string& error) {
+bool OpenProject(rm::Application& app, const std::string& projectFile, std::string& error, bool forWriting) {
   app.mainForm.LoadFolders();
   if (!projectFile.empty()) {
     std::error_code ec;
@@ -16,7 +16,7 @@ bool OpenProject(rm::Application& app, const std::string& projectFile, std::stri
     }
     app.globals.ActiveProject = projectFile;
   }
-  if (!app.mainForm.LoadConfigurationX()) {
+  if (!app.mainForm.LoadConfigurationX(forWriting)) {
     error = "project file is held by another program: " + app.globals.ActiveProject;
     return false;
   }

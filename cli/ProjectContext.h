@@ -10,8 +10,9 @@ namespace rmcli {
 // Brings `app` to the state the desktop program starts in: the program's folders found or made,
 // and the settings of the active project read (or of `projectFile` when one is given), with the
 // project's graphics header template (made when missing) as the session's template. Nothing
-// is written to the project. False with a message in `error` when the given project file cannot
-// be read.
-bool OpenProject(rm::Application& app, const std::string& projectFile, std::string& error);
+// is written to the project here. `forWriting` says the command will save the project: it then
+// refuses a project held by another program, as the desktop does. False with a message in
+// `error` when the project cannot be read.
+bool OpenProject(rm::Application& app, const std::string& projectFile, std::string& error, bool forWriting = false);
 
 }  // namespace rmcli

@@ -2,10 +2,11 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <filesystem>
 
+#include "cli/ProjectContext.h"
 #include "shell/Application.h"
 #include "shell/ConsoleUi.h"
-#include "shell/ProjectStore.h"
 #include "shell/SettingsTable.h"
 
 namespace rmcli {
@@ -13,16 +14,26 @@ namespace rmcli {
 using namespace rm;
 
 void AddSettingsCommands(CLI::App& c, SettingsOptions& o) {
-  c.add_option("--project", o.project, "Project file to read and change (created by 'set' when missing)")->required();
+  c.add_option("--project", o.project,
+               "Project file to read and change instead of the active project (created by 'set' when missing)");
+  c.add_flag("--yes", o.yes, "Answer Yes to the program's questions (restore-factory asks one)");
   c.require_subcommand(1);
-  c.add_subcommand("list", "Every setting as [SECTION] KEY=VALUE, in the order the program writes them")->callback([&o] { o.list = true; });
+  // --yes and --project may follow the command word too: "settings restore-factory --yes".
+  c.fallthrough();
+  c.add_subcommand("list", "Every setting as [SECTION] KEY=VALUE, in reading order")->callback([&o] { o.list = true; });
   auto* get = c.add_subcommand("get", "One setting's value");
-  get->add_option("KEY", o.key, "Setting key, without regard to case")->required();
+  get->add_option("KEY", o.key, "Setting key, without regard to case; SECTION/KEY for a name in two sections")
+      ->required();
   get->callback([&o] { o.get = true; });
   auto* set = c.add_subcommand("set", "Change one setting and save the project file");
-  set->add_option("KEY", o.key, "Setting key, without regard to case")->required();
+  set->add_option("KEY", o.key, "Setting key, without regard to case; SECTION/KEY for a name in two sections")
+      ->required();
   set->add_option("VALUE", o.value, "New value; booleans are 0 or 1")->required();
   set->callback([&o] { o.set = true; });
+  c.add_subcommand("restore-factory",
+                   "Back up the active project's folder and forget the active project: the next start is a "
+                   "first run with every setting at its factory value")
+      ->callback([&o] { o.restoreFactory = true; });
 }
 
 int RunSettings(const SettingsOptions& o) {
@@ -31,17 +42,29 @@ int RunSettings(const SettingsOptions& o) {
     return status;
   };
   ConsoleUi ui(stderr, nullptr);
+  ui.SetYes(o.yes);
   SystemClock clock;
   Application app(ui, clock);
-  IniFile project;
   std::string error;
-  if (!project.Load(o.project, &error)) return fail(error, 1);
-  ProjectRead(app, project);
+  const bool writes = o.set || o.restoreFactory;
+  if (o.set && !o.project.empty()) {
+    // A new project file may be started by setting its first key.
+    std::error_code ec;
+    if (!std::filesystem::exists(o.project, ec) && !WriteFileAtomically(o.project, "", &error))
+      return fail(o.project + ": " + error, 1);
+  }
+  if (!OpenProject(app, o.project, error, writes)) return fail(error, 1);
 
   if (o.list) {
     for (const SettingDef& def : SettingsTable())
-      std::printf("[%s] %s=%s\n", std::string(def.section).c_str(), std::string(def.key).c_str(),
-                  GetSetting(app, def).c_str());
+      if (def.read)
+        std::printf("[%s] %s=%s\n", std::string(def.section).c_str(), std::string(def.key).c_str(),
+                    GetSetting(app, def).c_str());
+    return 0;
+  }
+  if (o.restoreFactory) {
+    if (!app.mainForm.RestoreDefaultSettings1Click()) return fail("the factory settings were not restored", 1);
+    std::fprintf(stderr, "rastermill: settings backed up to %s\n", app.globals.FactoryBackupFolder.c_str());
     return 0;
   }
   const SettingDef* def = FindSetting(o.key);
@@ -51,8 +74,7 @@ int RunSettings(const SettingsOptions& o) {
     return 0;
   }
   if (!ApplySetting(app, o.key, o.value, error)) return fail(error, 2);
-  ProjectWrite(app, project);
-  if (!project.Save(&error)) return fail(error, 1);
+  if (!app.mainForm.SaveConfigurationX()) return fail("the project was not saved: " + app.globals.ActiveProject, 1);
   return 0;
 }
 

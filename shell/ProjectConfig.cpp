@@ -25,12 +25,12 @@ void ClearReadOnlyFolder(const std::string& projectPath) {
 
 }  // namespace
 
-bool TMainForm::LoadConfigurationX() {
+bool TMainForm::LoadConfigurationX(bool testInUse) {
   Globals& g = app_.globals;
   g.LastAction = "Load Configuration";
   std::error_code ec;
   const bool exists = !g.ActiveProject.empty() && fs::is_regular_file(g.ActiveProject, ec);
-  if (exists && IsFileInUse(g.ActiveProject)) {
+  if (exists && testInUse && IsFileInUse(g.ActiveProject)) {
     app_.ui.MessageDlg(" Settings file is opened by another application ! ", "Error", DlgType::Error, {"OK"});
     return false;
   }

@@ -82,7 +82,10 @@ class TMainForm {
   // Reads the active project into the program: the factory state when there is no such file
   // (ActiveProject then names the default project). False, after telling the user, when the file
   // is held by another program; nothing is read then.
-  bool LoadConfigurationX();
+  // `testInUse` off is for readers that never write the project, such as conversions run side
+  // by side: the file is only ever replaced whole, so a reader cannot see half of it, and the
+  // test itself would make such readers refuse one another.
+  bool LoadConfigurationX(bool testInUse = true);
   // Writes the program's settings into the active project. False when it is held by another
   // program or cannot be written; the file on disk then stays as it was.
   bool SaveConfigurationX();

@@ -25,6 +25,7 @@
 #include "engine/ProgramVersion.h"
 #include "engine/TextLines.h"
 #include "platform/PlatformImageCodecs.h"
+#include "support/CliRunner.h"
 #include "support/ShellTestSupport.h"
 
 extern char** environ;
@@ -37,17 +38,8 @@ using rm::PagingDirection;
 using rmtest::ReadFile;
 using rmtest::TestProgram;
 
-struct Result {
-  int status = -1;  // the exit status; minus the signal number when killed
-  std::string out, err;
-};
-
-// How to start the program beyond its arguments.
-struct Launch {
-  std::string cwd;
-  std::string stdoutFile;              // stdout goes here instead of the capture pipe
-  rlim_t maxFileSize = RLIM_INFINITY;  // RLIMIT_FSIZE, with SIGXFSZ ignored so writes fail instead
-};
+using Result = rmtest::CliResult;
+using rmtest::Launch;
 
 Launch InFolder(std::string cwd) {
   Launch l;
@@ -107,76 +99,9 @@ class Cli : public ::testing::Test {
     return path;
   }
 
-  // Runs the built program with `args`, capturing stdout and stderr through pipes. The clock is
-  // pinned to the one TestProgram uses and the home folder is the test's own.
+  // The built program in the test's own home folder, with the clock TestProgram uses.
   Result Run(const std::vector<std::string>& args, const Launch& how = {}) {
-    std::vector<std::string> env;
-    for (char** e = environ; *e; ++e) {
-      const std::string v = *e;
-      if (v.rfind("SOURCE_DATE_EPOCH=", 0) != 0 && v.rfind("RASTERMILL_HOME=", 0) != 0) env.push_back(v);
-    }
-    env.push_back("SOURCE_DATE_EPOCH=1700000000");
-    env.push_back("RASTERMILL_HOME=" + dir_ + "/home");
-    std::vector<std::string> argStrings{RM_CLI_PATH};
-    argStrings.insert(argStrings.end(), args.begin(), args.end());
-    std::vector<char*> argv, envp;
-    for (auto& a : argStrings) argv.push_back(a.data());
-    for (auto& e : env) envp.push_back(e.data());
-    argv.push_back(nullptr);
-    envp.push_back(nullptr);
-
-    Result r;
-    int outPipe[2], errPipe[2];
-    if (pipe(outPipe) != 0 || pipe(errPipe) != 0) {
-      ADD_FAILURE() << "pipe: " << std::strerror(errno);
-      return r;
-    }
-    const pid_t pid = fork();
-    if (pid == 0) {
-      int out = outPipe[1];
-      if (!how.stdoutFile.empty()) out = open(how.stdoutFile.c_str(), O_WRONLY);
-      if (out < 0 || dup2(out, 1) < 0 || dup2(errPipe[1], 2) < 0) _exit(126);
-      for (int fd : {outPipe[0], outPipe[1], errPipe[0], errPipe[1]}) close(fd);
-      if (!how.cwd.empty() && chdir(how.cwd.c_str()) != 0) _exit(126);
-      if (how.maxFileSize != RLIM_INFINITY) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{how.maxFileSize, how.maxFileSize};
-        if (setrlimit(RLIMIT_FSIZE, &limit) != 0) _exit(126);
-      }
-      execve(argv[0], argv.data(), envp.data());
-      _exit(127);
-    }
-    close(outPipe[1]);
-    close(errPipe[1]);
-    pollfd fds[2] = {{outPipe[0], POLLIN, 0}, {errPipe[0], POLLIN, 0}};
-    std::string* sinks[2] = {&r.out, &r.err};
-    for (int open = 2; open > 0;) {
-      if (poll(fds, 2, -1) < 0) {
-        if (errno == EINTR) continue;
-        break;
-      }
-      for (int i = 0; i < 2; ++i) {
-        if (fds[i].fd < 0 || fds[i].revents == 0) continue;
-        char buf[8192];
-        const ssize_t n = read(fds[i].fd, buf, sizeof buf);
-        if (n > 0) {
-          sinks[i]->append(buf, static_cast<std::size_t>(n));
-        } else if (n == 0 || errno != EINTR) {
-          close(fds[i].fd);
-          fds[i].fd = -1;
-          --open;
-        }
-      }
-    }
-    int status = 0;
-    if (pid < 0 || waitpid(pid, &status, 0) != pid) {
-      ADD_FAILURE() << "could not start " << RM_CLI_PATH;
-      return r;
-    }
-    r.status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    EXPECT_NE(r.status, 126) << "the child could not be set up";
-    EXPECT_NE(r.status, 127) << "could not run " << RM_CLI_PATH;
-    return r;
+    return rmtest::RunCli(args, dir_ + "/home", how);
   }
 
   std::string dir_, in_, out_;

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/PlatformImageCodecs.h"
+#include "support/CliRunner.h"
 #include "support/ShellTestSupport.h"
 
 namespace {
@@ -22,10 +23,7 @@ using rm::OutputKind;
 using rmtest::ReadFile;
 using rmtest::TestProgram;
 
-struct Result {
-  int status = -1;
-  std::string out, err;
-};
+using Result = rmtest::CliResult;
 
 class MachineOutput : public ::testing::Test {
  protected:
@@ -36,39 +34,7 @@ class MachineOutput : public ::testing::Test {
   }
   void TearDown() override { fs::remove_all(dir_); }
 
-  // Runs the built program with stdout and stderr in files, the clock pinned, the home folder
-  // the test's own.
-  Result Run(const std::vector<std::string>& args) {
-    const std::string outPath = dir_ + "/stdout", errPath = dir_ + "/stderr";
-    const std::string home = "RASTERMILL_HOME=" + dir_ + "/home";
-    std::vector<std::string> argStrings{RM_CLI_PATH};
-    argStrings.insert(argStrings.end(), args.begin(), args.end());
-    std::vector<char*> argv;
-    for (auto& a : argStrings) argv.push_back(a.data());
-    argv.push_back(nullptr);
-    const pid_t pid = fork();
-    if (pid == 0) {
-      const int out = open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-      const int err = open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-      if (out < 0 || err < 0 || dup2(out, 1) < 0 || dup2(err, 2) < 0) _exit(126);
-      setenv("SOURCE_DATE_EPOCH", "1700000000", 1);
-      putenv(const_cast<char*>(home.c_str()));
-      execv(argv[0], argv.data());
-      _exit(127);
-    }
-    Result r;
-    int status = 0;
-    if (pid < 0 || waitpid(pid, &status, 0) != pid) {
-      ADD_FAILURE() << "could not start " << RM_CLI_PATH;
-      return r;
-    }
-    r.status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    r.out = ReadFile(outPath);
-    r.err = ReadFile(errPath);
-    EXPECT_NE(r.status, 126);
-    EXPECT_NE(r.status, 127);
-    return r;
-  }
+  Result Run(const std::vector<std::string>& args) { return rmtest::RunCli(args, dir_ + "/home"); }
 
   std::string Png(const Bitmap& picture) {
     const std::string path = dir_ + "/p.png";

@@ -11,8 +11,11 @@
 #include <string>
 #include <vector>
 
+#include "engine/Bitmap.h"
 #include "engine/ProgramVersion.h"
+#include "platform/PlatformImageCodecs.h"
 #include "shell/Folders.h"
+#include "support/CliRunner.h"
 #include "support/TestSupport.h"
 
 extern char** environ;
@@ -22,10 +25,7 @@ namespace {
 namespace fs = std::filesystem;
 using rmtest::ReadFile;
 
-struct Result {
-  int status = -1;
-  std::string out, err;
-};
+using Result = rmtest::CliResult;
 
 // The built program run in a home folder of the test's own.
 class ProjectCli : public ::testing::Test {
@@ -40,62 +40,7 @@ class ProjectCli : public ::testing::Test {
     return dir_ + "/home/Documents/Rastermill inits " + rm::ProgramVersionTag() + "/";
   }
 
-  Result Run(std::vector<std::string> args) {
-    std::vector<std::string> env;
-    for (char** e = environ; *e; ++e)
-      if (std::string(*e).rfind("RASTERMILL_HOME=", 0) != 0) env.emplace_back(*e);
-    env.push_back("RASTERMILL_HOME=" + dir_ + "/home");
-    args.insert(args.begin(), RM_CLI_PATH);
-    std::vector<char*> argv, envp;
-    for (auto& a : args) argv.push_back(a.data());
-    for (auto& e : env) envp.push_back(e.data());
-    argv.push_back(nullptr);
-    envp.push_back(nullptr);
-
-    Result r;
-    int outPipe[2], errPipe[2];
-    if (pipe(outPipe) != 0 || pipe(errPipe) != 0) {
-      ADD_FAILURE() << "pipe: " << std::strerror(errno);
-      return r;
-    }
-    const pid_t pid = fork();
-    if (pid == 0) {
-      if (dup2(outPipe[1], 1) < 0 || dup2(errPipe[1], 2) < 0) _exit(126);
-      for (int fd : {outPipe[0], outPipe[1], errPipe[0], errPipe[1]}) close(fd);
-      execve(argv[0], argv.data(), envp.data());
-      _exit(127);
-    }
-    close(outPipe[1]);
-    close(errPipe[1]);
-    pollfd fds[2] = {{outPipe[0], POLLIN, 0}, {errPipe[0], POLLIN, 0}};
-    std::string* sinks[2] = {&r.out, &r.err};
-    for (int open = 2; open > 0;) {
-      if (poll(fds, 2, -1) < 0) {
-        if (errno == EINTR) continue;
-        break;
-      }
-      for (int i = 0; i < 2; ++i) {
-        if (fds[i].fd < 0 || fds[i].revents == 0) continue;
-        char buf[4096];
-        const ssize_t n = read(fds[i].fd, buf, sizeof buf);
-        if (n > 0) {
-          sinks[i]->append(buf, static_cast<std::size_t>(n));
-        } else if (n == 0 || errno != EINTR) {
-          close(fds[i].fd);
-          fds[i].fd = -1;
-          --open;
-        }
-      }
-    }
-    int status = 0;
-    if (pid < 0 || waitpid(pid, &status, 0) != pid) {
-      ADD_FAILURE() << "could not start " << RM_CLI_PATH;
-      return r;
-    }
-    r.status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    EXPECT_NE(r.status, 127) << "could not run " << RM_CLI_PATH;
-    return r;
-  }
+  Result Run(const std::vector<std::string>& args) { return rmtest::RunCli(args, dir_ + "/home"); }
 
   std::string dir_;
 };
@@ -203,6 +148,57 @@ TEST_F(ProjectCli, HelpListsEveryCommandAndOption) {
   for (const char* word : {"list", "new", "activate", "rename", "delete", "show", "--project", "--yes", "--verbose"})
     EXPECT_NE(r.out.find(word), std::string::npos) << word;
   EXPECT_NE(Run({"--help"}).out.find("project"), std::string::npos);
+}
+
+}  // namespace
+
+namespace {
+
+class ActiveProjectCli : public ::testing::Test {
+ protected:
+  void SetUp() override { dir_ = rmtest::MakeTempDir(); }
+  void TearDown() override { fs::remove_all(dir_); }
+  rmtest::CliResult Run(const std::vector<std::string>& args) { return rmtest::RunCli(args, dir_ + "/home"); }
+  std::string Picture() {
+    const std::string path = dir_ + "/p.png";
+    rm::Bitmap b(8, 2, rm::kWhite);
+    b.SetPixel(0, 0, rm::kBlack);
+    std::string error;
+    EXPECT_TRUE(rm::PlatformImageCodecs().SavePng(b, path, error)) << error;
+    return path;
+  }
+  std::string dir_;
+};
+
+TEST_F(ActiveProjectCli, ConversionsReadTheActiveProjectAndWriteItOnlyWhenAsked) {
+  const std::string png = Picture();
+  // The first row of the picture is one byte, 0x80 in the factory's hexadecimal.
+  EXPECT_NE(Run({"convert", png}).out.find("0x80"), std::string::npos);
+  ASSERT_EQ(Run({"settings", "set", "FXHB", "+D+"}).status, 0);
+  const auto decimal = Run({"convert", png});
+  EXPECT_EQ(decimal.status, 0) << decimal.err;
+  EXPECT_NE(decimal.out.find("128"), std::string::npos) << decimal.out;
+
+  // Options change this run only, unless --save-settings keeps them.
+  ASSERT_EQ(Run({"convert", png, "--set", "ORGC=3"}).status, 0);
+  EXPECT_EQ(Run({"settings", "get", "ORGC"}).out, "16\n");
+  ASSERT_EQ(Run({"convert", png, "--set", "ORGC=3", "--save-settings"}).status, 0);
+  EXPECT_EQ(Run({"settings", "get", "ORGC"}).out, "3\n");
+  EXPECT_EQ(Run({"settings", "get", "FXHB"}).out, "+D+\n");
+}
+
+TEST_F(ActiveProjectCli, FactoryRestoreAsksThenBacksUp) {
+  ASSERT_EQ(Run({"settings", "set", "FXHB", "B"}).status, 0);
+  const auto refused = Run({"settings", "restore-factory"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_NE(refused.err.find("Are you sure to want to quit and restore the factory settings ?"), std::string::npos);
+  EXPECT_EQ(Run({"settings", "get", "FXHB"}).out, "B\n");
+
+  const auto done = Run({"settings", "restore-factory", "--yes"});
+  EXPECT_EQ(done.status, 0) << done.err;
+  EXPECT_NE(done.err.find("backed up to"), std::string::npos);
+  EXPECT_EQ(Run({"settings", "get", "FXHB"}).out, "X\n");
+  EXPECT_EQ(Run({"settings", "get", "tla/missing"}).status, 2);
 }
 
 }  // namespace
