@@ -14,6 +14,16 @@ bool TImageForm::EncodeButtonClick() {
                   DlgType::Warning, {"OK"});
     return false;
   }
+  // A script being made in the editors would be overwritten by the data array.
+  const std::pair<bool, const char*> busy[] = {
+      {g.TouchScriptMode, " Touch panel script creation mode is active ! "},
+      {g.BatchEditMode, " Text Post-Processing is active !"},
+  };
+  for (const auto& [on, text] : busy)
+    if (on) {
+      ui.MessageDlg(text, "Warning", DlgType::Warning, {"OK"});
+      return false;
+    }
   if (g.EditorUnsaved && !app_.mainText.Empty()) {
     const std::string a = ui.MessageDlg(
         "Data in Text Editor has not been saved to File ! \rOverwrite if not Willing to Save\r< See File Explorer "

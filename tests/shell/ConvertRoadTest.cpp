@@ -285,6 +285,10 @@ TEST(ConvertRoad, Refusals) {
        "Sorry this data orientation is yet not available in this grayscale mode > 2 horizontal pixels", "Info"},
       {"font creation", 1, [](TestProgram& p) { p.app.globals.FontScriptMode = true; },
        " A Font creation mode is still active ! Plase quit/exit this mode first !", "Font creation active"},
+      {"touch panel script", 1, [](TestProgram& p) { p.app.globals.TouchScriptMode = true; },
+       " Touch panel script creation mode is active ! ", "Warning"},
+      {"batch editing", 1, [](TestProgram& p) { p.app.globals.BatchEditMode = true; }, " Text Post-Processing is active !",
+       "Warning"},
       {"empty animation", 1, [](TestProgram& p) { p.app.globals.AnimationMode = true; }, " Animation is empty ! ",
        "Error"},
   };
