@@ -2,14 +2,17 @@
 
 #include <cstdlib>
 
+#include "shell/ConsoleUi.h"
 #include "shell/SettingsTable.h"
 
 namespace rm {
 
 Application::Application(UiPort& u, Clock& c)
-    : ui(u),
+    : frontUi(u),
+      programUi(*this, u),
+      ui(programUi),
       clock(c),
-      encoder(session, mainText, auxLines, hex, u),
+      encoder(session, mainText, auxLines, hex, programUi),
       mainForm(*this),
       imageForm(*this),
       exploForm2(*this),
@@ -17,6 +20,16 @@ Application::Application(UiPort& u, Clock& c)
   globals.HeldSettings = FactoryHeldSettings();
   globals.DataFolders.push_back(ProgramDataFolder() + "/palettes");
   mainForm.RebuildColourTables();
+}
+
+std::string ProgramUi::MessageDlg(const std::string& text, const std::string& title, DlgType type,
+                                  const std::vector<std::string>& buttons) {
+  app_.logWindow.Add("Message :" + text);
+  if (app_.globals.ConsoleMode) {
+    app_.logWindow.Add(">> Message Dialog :" + text);
+    return ConsoleUi::SafeButton(buttons);
+  }
+  return front_.MessageDlg(text, title, type, buttons);
 }
 
 PaletteFolders Application::Folders() const {

@@ -19,6 +19,27 @@
 
 namespace rm {
 
+class Application;
+
+// The user as the program's code sees it: every question is written to the log before it is
+// asked, and in a console session nobody is asked at all (the answer is the one Esc would give),
+// so an unattended run never blocks. The rest goes straight to the front end.
+class ProgramUi : public UiPort {
+ public:
+  ProgramUi(Application& app, UiPort& front) : app_(app), front_(front) {}
+  std::string MessageDlg(const std::string& text, const std::string& title, DlgType type,
+                         const std::vector<std::string>& buttons) override;
+  void Status(const std::string& text) override { front_.Status(text); }
+  void Progress(long long position, long long max) override { front_.Progress(position, max); }
+  bool EscapePressed() override { return front_.EscapePressed(); }
+  void Beep() override { front_.Beep(); }
+  bool ExportDialog(ExportDialogState& state) override { return front_.ExportDialog(state); }
+
+ private:
+  Application& app_;
+  UiPort& front_;
+};
+
 // One whole program, headless: the state and one instance of each form. Tests build a fresh one
 // in a line; the front ends build one and drive it.
 class Application {
@@ -29,7 +50,9 @@ class Application {
 
   PaletteFolders Folders() const;
 
-  UiPort& ui;
+  UiPort& frontUi;     // the front end itself, for the dialogs that log in their own way
+  ProgramUi programUi;
+  UiPort& ui;          // programUi
   Clock& clock;
   Globals globals;
   ConversionSession session;

@@ -75,7 +75,7 @@ int TMainForm::MessageDlgA(const std::string& text, const std::string& title, in
     return unattended;
   }
   if (g.RepeatGuard && standing) return unattended;
-  const int result = resultOf(app_.ui.MessageDlg(text, title, TypeOfKind(kind), captions));
+  const int result = resultOf(app_.frontUi.MessageDlg(text, title, TypeOfKind(kind), captions));
   return result < 0 ? unattended : result;  // closed without a button: as Esc
 }
 
@@ -115,7 +115,7 @@ int TMainForm::MyMessageDialog(const std::string& text, DlgType type, int defaul
     return unattended();
   }
   if (g.RepeatGuard && standing) return unattended();
-  const std::string answer = app_.ui.MessageDlg(text, TitleOfType(type), type, shown);
+  const std::string answer = app_.frontUi.MessageDlg(text, TitleOfType(type), type, shown);
   // The answers to a floating selection are worth a line of their own: they decide what became
   // of the user's pixels.
   if (SameCaption(answer, "Paste Now")) log.Add("Dialog Button Paste Now");

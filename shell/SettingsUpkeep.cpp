@@ -72,6 +72,8 @@ bool TMainForm::RestoreDefaultSettings1Click() {
   if (app_.ui.MessageDlg(" Are you sure to want to quit and restore the factory settings ? ",
                          "Quit and Restore Default Settings ?", DlgType::Confirmation, {"Yes", "No"}) != "Yes")
     return false;
+  // Before the program's folders are known there is nothing to restore (and no pointer to remove).
+  if (g.InitsFolder.empty() || g.ActiveProject.empty()) return false;
   std::error_code ec;
   if (fs::exists(g.ActiveProject, ec) && IsFileInUse(g.ActiveProject)) {
     app_.ui.MessageDlg(" Settings file is opened by another application ! ", "Error", DlgType::Error, {"OK"});

@@ -144,6 +144,21 @@ TEST(MessageDlgA, ConsoleModeNeverAsksAndTakesTheSafeAnswer) {
   EXPECT_EQ(p.app.logWindow.LastLine(), ">> Message Dialog : Quit ? ");
 }
 
+TEST(MessageDlgA, EveryCommandsQuestionIsLoggedAndConsoleModeAnswersAlone) {
+  // Any command's question goes through the same rules: here the factory restore's.
+  const std::string q = " Are you sure to want to quit and restore the factory settings ? ";
+  for (const bool console : {false, true}) {
+    TestProgram p;
+    p.app.globals.ConsoleMode = console;
+    p.ui.answers = {"No"};
+    EXPECT_FALSE(p.app.mainForm.RestoreDefaultSettings1Click()) << "unattended, the answer is No";
+    const auto log = LogLines(p.app);
+    EXPECT_NE(std::find(log.begin(), log.end(), "Message :" + q), log.end()) << console;
+    EXPECT_EQ(p.ui.messages.size(), console ? 0u : 1u);
+    EXPECT_EQ(log.back() == ">> Message Dialog :" + q, console);
+  }
+}
+
 TEST(MessageDlgA, RepeatGuardHoldsBackWhatTheStatusShows) {
   const struct {
     bool guard;

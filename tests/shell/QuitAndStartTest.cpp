@@ -30,10 +30,14 @@ class QuitAndStart : public ::testing::Test {
     o.firstParameterGiven = firstParameter;
     return rm::StartProgram(p.app, o);
   }
+  // The step lines from `first` on; the questions asked on the way (logged as "Message :") are
+  // left out.
   static std::vector<std::string> LogFrom(const TestProgram& p, const std::string& first) {
     const auto& log = p.app.logWindow.Lines.Lines();
-    auto it = std::find(log.begin(), log.end(), first);
-    return {it, log.end()};
+    std::vector<std::string> steps;
+    for (auto it = std::find(log.begin(), log.end(), first); it != log.end(); ++it)
+      if (it->rfind("Message :", 0) != 0) steps.push_back(*it);
+    return steps;
   }
   std::string home_;
 };
