@@ -40,79 +40,62 @@ bool OfferScriptSave(Application& app, TMainForm::ModeScript& script, const std:
   return true;
 }
 
+// How a script mode is left: the question (asked when the script changed, or always), the
+// flag it clears and the log lines after it.
+struct ScriptModeExit {
+  TMainForm::ModeScript& script;
+  bool& flag;
+  bool askAlways;
+  std::string text, title;
+  std::vector<std::string> buttons;
+  std::vector<const char*> logLines;
+};
+
+bool LeaveScriptMode(Application& app, const ScriptModeExit& e) {
+  Globals& g = app.globals;
+  if ((e.script.Changed || e.askAlways) && !g.NoSaveOnQuit &&
+      !OfferScriptSave(app, e.script, e.text, e.title, e.buttons))
+    return false;
+  e.script.Changed = false;
+  e.flag = false;
+  g.NoSaveOnQuit = false;
+  for (const char* line : e.logLines) app.mainForm.StatusBarAndLog(line);
+  app.mainForm.EnableModeChange();
+  return true;
+}
+
 }  // namespace
 
 bool TMainForm::QuitFontscriptClick() {
-  Globals& g = app_.globals;
-  if (FontScript.Changed && !g.NoSaveOnQuit &&
-      !OfferScriptSave(app_, FontScript, FontScript.Path + " Save Font script to file ? \r \r",
-                       "Font Script not saved !", {"Yes", "No", "Cancel"}))
-    return false;
-  FontScript.Changed = false;
-  g.FontScriptMode = false;
-  g.NoSaveOnQuit = false;
-  StatusBarAndLog("Quit Font Script");
-  StatusBarAndLog("Normal Mode");
-  EnableModeChange();
-  return true;
+  return LeaveScriptMode(app_, {FontScript, app_.globals.FontScriptMode, false,
+                                FontScript.Path + " Save Font script to file ? \r \r", "Font Script not saved !",
+                                {"Yes", "No", "Cancel"}, {"Quit Font Script", "Normal Mode"}});
 }
 
 bool TMainForm::QuitFieldsScriptClick() {
-  Globals& g = app_.globals;
-  if (FieldsScript.Changed && !g.NoSaveOnQuit &&
-      !OfferScriptSave(app_, FieldsScript, " Save Fields script to file ? ", "Fields Script not saved !",
-                       {"Yes", "No"}))
-    return false;
-  FieldsScript.Changed = false;
-  g.FieldsScriptMode = false;
-  g.NoSaveOnQuit = false;
-  StatusBarAndLog("Normal Mode");
-  EnableModeChange();
-  return true;
+  return LeaveScriptMode(app_, {FieldsScript, app_.globals.FieldsScriptMode, false, " Save Fields script to file ? ",
+                                "Fields Script not saved !", {"Yes", "No"}, {"Normal Mode"}});
 }
 
 bool TMainForm::QuittouchpanelscriptClick() {
-  Globals& g = app_.globals;
-  if (TouchScript.Changed && !g.NoSaveOnQuit &&
-      !OfferScriptSave(app_, TouchScript, " Save Touch Panel script to file ? ", "Touch Panel Script not saved !",
-                       {"Yes", "No"}))
-    return false;
-  TouchScript.Changed = false;
-  g.TouchScriptMode = false;
-  g.NoSaveOnQuit = false;
-  StatusBarAndLog("Normal Mode");
-  EnableModeChange();
-  return true;
+  return LeaveScriptMode(app_, {TouchScript, app_.globals.TouchScriptMode, false,
+                                " Save Touch Panel script to file ? ", "Touch Panel Script not saved !", {"Yes", "No"},
+                                {"Normal Mode"}});
 }
 
 bool TMainForm::QuitAnEditableFontClick() {
-  Globals& g = app_.globals;
   // The font is offered for saving whether or not it changed, unless saving is off.
-  if (!g.NoSaveOnQuit &&
-      !OfferScriptSave(app_, EditableFont,
-                       EditableFont.Path + ".EFF" + " Save recent changes on editable font to file ?\r",
-                       "Save Editable Font", {"Yes", "No"}))
-    return false;
-  EditableFont.Changed = false;
-  g.EditableFontMode = false;
-  g.NoSaveOnQuit = false;
-  StatusBarAndLog("Normal Mode");
-  EnableModeChange();
-  return true;
+  return LeaveScriptMode(app_, {EditableFont, app_.globals.EditableFontMode, true,
+                                EditableFont.Path + ".EFF" + " Save recent changes on editable font to file ?\r",
+                                "Save Editable Font", {"Yes", "No"}, {"Normal Mode"}});
 }
 
 bool TMainForm::QuitVectorDesign() {
-  Globals& g = app_.globals;
-  if (!g.NoSaveOnQuit &&
-      !OfferScriptSave(app_, VectorDesign,
-                       "Quit Vector Design Mode ..\r Save Vector Design in Work Canvas to File ? ", "Confirm",
-                       {"Yes", "No", "Cancel"}))
+  if (!LeaveScriptMode(app_, {VectorDesign, app_.globals.VectorMode, true,
+                              "Quit Vector Design Mode ..\r Save Vector Design in Work Canvas to File ? ", "Confirm",
+                              {"Yes", "No", "Cancel"}, {}}))
     return false;
-  VectorDesign.Changed = false;
-  g.VectorMode = false;
-  g.SpecialModeActive = false;
-  g.NoSaveOnQuit = false;
-  EnableModeChange();
+  app_.globals.SpecialModeActive = false;
   return true;
 }
 
