@@ -6,6 +6,7 @@
 #include <cstring>
 #include <map>
 
+#include "cli/CliNames.h"
 #include "cli/ProjectContext.h"
 #include "engine/ColourModes.h"
 #include "engine/HeaderTemplate.h"
@@ -25,20 +26,6 @@ using namespace rm;
 const char* VersionText() { return RASTERMILL_VERSION_TEXT; }
 
 namespace {
-
-const std::map<std::string, PagingDirection>& Directions() {
-  static const std::map<std::string, PagingDirection> m = {
-      {"tr", PagingDirection::ToRightAll}, {"tl", PagingDirection::ToLeftAll}, {"tra", PagingDirection::ToRight},
-      {"tla", PagingDirection::ToLeft},    {"td", PagingDirection::Down},      {"tu", PagingDirection::Up},
-      {"tda", PagingDirection::DownAll},   {"tua", PagingDirection::UpAll}};
-  return m;
-}
-
-const std::map<std::string, OriginCorner>& Origins() {
-  static const std::map<std::string, OriginCorner> m = {
-      {"TL", OriginCorner::TL}, {"TR", OriginCorner::TR}, {"BR", OriginCorner::BR}, {"BL", OriginCorner::BL}};
-  return m;
-}
 
 // The two corners the origin button moves between for a direction.
 bool OriginFits(PagingDirection d, OriginCorner o) {

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "cli/CliNames.h"
 #include "cli/ProjectContext.h"
 #include "engine/ColourModes.h"
 #include "shell/Application.h"
@@ -25,30 +26,6 @@ int Fail(const std::string& text, int status = 1) {
 std::string ProjectFileName(const std::string& name) {
   if (name.empty() || TExploForm::HasProjectExtension(name)) return name;
   return name + ".LCD";
-}
-
-const char* DirectionName(PagingDirection d) {
-  switch (d) {
-    case PagingDirection::ToRightAll: return "tr";
-    case PagingDirection::ToLeftAll: return "tl";
-    case PagingDirection::ToRight: return "tra";
-    case PagingDirection::ToLeft: return "tla";
-    case PagingDirection::Down: return "td";
-    case PagingDirection::Up: return "tu";
-    case PagingDirection::DownAll: return "tda";
-    case PagingDirection::UpAll: return "tua";
-  }
-  return "?";
-}
-
-const char* OriginName(OriginCorner o) {
-  switch (o) {
-    case OriginCorner::TL: return "TL";
-    case OriginCorner::TR: return "TR";
-    case OriginCorner::BR: return "BR";
-    case OriginCorner::BL: return "BL";
-  }
-  return "?";
 }
 
 const char* OutputName(OutputKind k) {
@@ -73,7 +50,7 @@ void Show(const Application& app) {
               fs::exists(s.HeaderIncludeFile, ec) ? "" : " (missing)");
   std::printf("colour mode: %s (%s)\n", mode ? std::string(mode->shortName).c_str() : "?",
               mode ? std::string(mode->cliName).c_str() : "?");
-  std::printf("paging: %s, origin %s, %s\n", DirectionName(s.Direction), OriginName(s.Origin),
+  std::printf("paging: %s, origin %s, %s\n", NameOf(s.Direction).c_str(), NameOf(s.Origin).c_str(),
               s.BigEndian ? "MSB first" : "MSB last");
   std::printf("output: %s%s\n", OutputName(s.Output), s.Compression ? ", compressed" : "");
   std::printf("output folder: %s\n", s.OutputFolder.c_str());

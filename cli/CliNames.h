@@ -1,0 +1,15 @@
+#pragma once
+#include <map>
+#include <string>
+
+#include "engine/ConversionSession.h"
+
+namespace rmcli {
+
+// The words the command line uses for the Paging Scheme and the origin corner, both ways.
+const std::map<std::string, rm::PagingDirection>& Directions();
+const std::map<std::string, rm::OriginCorner>& Origins();
+std::string NameOf(rm::PagingDirection d);
+std::string NameOf(rm::OriginCorner o);
+
+}  // namespace rmcli
