@@ -302,6 +302,9 @@ std::map<Colour, std::uint32_t> PictureColours(const ConversionSession& s, int m
   return out;
 }
 
+// Test names and failure output show the family by its name.
+void PrintTo(const Family& f, std::ostream* os) { *os << f.name; }
+
 // Inverted monochrome is read from the 8 bit text, the form its inversion is made for; the two
 // page mode exists only as 8 bit text. The others are read from the Binary output.
 bool ReadFromText(const Family& f) { return f.mode == 2 || f.mode == 25; }

@@ -93,29 +93,22 @@ TEST(OutputNaming, OutputNameFromTheLastPicture) {
   }
 }
 
-TEST(OutputNaming, TableNameRules) {
-  struct Case {
-    const char* file;
-    int half;  // 0 whole canvas, 1 upper half, 2 lower half
-    int frame;
-    const char* underscore;
-    const char* expected;
-  } cases[] = {
-      {"NewBitmap.h", 0, 0, "_", "NewBitmap"}, {"my-logo.h", 0, 0, "_", "mylogo"},
-      {"a-b-c.c", 0, 0, "_", "abc"},           {"walk[3].h", 0, 0, "_", "walk"},
-      {"walk[3]-x[12].asm", 0, 0, "_", "walkx"}, {"[all].h", 0, 0, "_", ""},
-      {"name.with.dots.h", 0, 0, "_", "name.with.dots"}, {"logo.h", 1, 0, "_", "logo_U"},
-      {"lo-go.h", 2, 0, "_", "logo_L"},        {"walk[3].h", 0, 3, "_", "walk_3"},
-      {"walk[3].h", 0, 12, "__", "walk__12"},
+// The name itself comes from the file name as the header template names it (brackets and dashes
+// dropped); the half or the frame is added.
+TEST(OutputNaming, TableNameMarksTheHalfOrTheFrame) {
+  const std::tuple<const char*, int, int, const char*, const char*> cases[] = {
+      // file, half (1 upper, 2 lower), frame, underscore, name
+      {"NewBitmap.h", 0, 0, "_", "NewBitmap"}, {"logo.h", 1, 0, "_", "logo_U"},       {"lo-go.h", 2, 0, "_", "logo_L"},
+      {"walk[3].h", 0, 3, "_", "walk_3"},      {"walk[3].h", 0, 12, "__", "walk__12"},
       {"walk.h", 2, 1, "_", "walk_1"},  // a frame carries its number, no half mark
   };
-  for (const auto& c : cases) {
+  for (const auto& [file, half, frame, underscore, expected] : cases) {
     rm::ConversionSession s;
-    s.OutputFileName = c.file;
-    s.HalfExport = c.half != 0;
-    s.LowerHalf = c.half == 2;
-    s.Underscore = c.underscore;
-    EXPECT_EQ(rm::OutputTableName(s, c.frame), c.expected) << c.file << " half " << c.half << " frame " << c.frame;
+    s.OutputFileName = file;
+    s.HalfExport = half != 0;
+    s.LowerHalf = half == 2;
+    s.Underscore = underscore;
+    EXPECT_EQ(rm::OutputTableName(s, frame), expected) << file << " half " << half << " frame " << frame;
   }
 }
 
