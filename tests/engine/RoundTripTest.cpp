@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <map>
-#include <ostream>
 #include <regex>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -21,38 +20,24 @@ namespace {
 using rm::Bitmap;
 using rm::Colour;
 using rm::ConversionSession;
-using rm::OriginCorner;
+using C = rm::OriginCorner;
 using D = rm::PagingDirection;
 
 const std::vector<D> kEveryDirection = {D::Down,    D::DownAll,    D::Up,     D::UpAll,
                                         D::ToRight, D::ToRightAll, D::ToLeft, D::ToLeftAll};
 const std::vector<D> kWholeLines = {D::DownAll, D::UpAll, D::ToRightAll, D::ToLeftAll};
+const char* const kDirectionName[] = {"Down",     "Down All",     "Up",      "Up All",
+                                      "To Right", "To Right All", "To Left", "To Left All"};
+const char* const kCornerName[] = {"TL", "TR", "BR", "BL"};
+// By direction: the corner a direction command picks, and the one the origin button moves it to
+// (left and right for vertical directions, top and bottom for horizontal ones).
+const C kNormalCorner[] = {C::TL, C::TL, C::BL, C::BL, C::TL, C::TL, C::TR, C::TR};
+const C kOtherCorner[] = {C::TR, C::TR, C::BR, C::BR, C::BL, C::BL, C::BR, C::BR};
 
-const char* Name(D d) {
-  constexpr const char* names[] = {"Down", "Down All", "Up", "Up All", "To Right", "To Right All", "To Left", "To Left All"};
-  return names[static_cast<int>(d)];
-}
-const char* Name(OriginCorner c) {
-  constexpr const char* names[] = {"TL", "TR", "BR", "BL"};
-  return names[static_cast<int>(c)];
-}
-
+int Index(D d) { return static_cast<int>(d); }
 bool Vertical(D d) { return !rm::IsHorizontal(d); }
-bool WholeLine(D d) { return d == D::DownAll || d == D::UpAll || d == D::ToRightAll || d == D::ToLeftAll; }
+bool WholeLine(D d) { return std::count(kWholeLines.begin(), kWholeLines.end(), d) > 0; }
 bool Backward(D d) { return d == D::Up || d == D::UpAll || d == D::ToLeft || d == D::ToLeftAll; }
-
-// The corner a direction command picks, and the one the origin button moves it to (left and right
-// for vertical directions, top and bottom for horizontal ones).
-OriginCorner NormalCorner(D d) {
-  if (d == D::Up || d == D::UpAll) return OriginCorner::BL;
-  if (d == D::ToLeft || d == D::ToLeftAll) return OriginCorner::TR;
-  return OriginCorner::TL;
-}
-OriginCorner OtherCorner(D d) {
-  if (d == D::Down || d == D::DownAll) return OriginCorner::TR;
-  if (d == D::ToRight || d == D::ToRightAll) return OriginCorner::BL;
-  return OriginCorner::BR;
-}
 
 // ---- the walk -------------------------------------------------------------------------------
 
@@ -68,20 +53,15 @@ struct Pos {
 // row of a column pair as one byte. Bands may reach past the picture's end (slices of 8).
 std::vector<Pos> WalkOrder(D d, bool normal, int w, int h, int band, bool pairs) {
   const bool vertical = Vertical(d);
-  const int along = vertical ? h : w, across = vertical ? w : h;
-  const auto at = [&](int a, int c) {
-    const int pa = Backward(d) ? along - 1 - a : a;
-    const int pc = normal ? c : across - 1 - c;
-    return vertical ? Pos{pc, pa} : Pos{pa, pc};
-  };
+  const int along = vertical ? h : w, across = vertical ? w : h, lineStep = pairs ? 2 : 1;
   std::vector<Pos> out;
   const auto read = [&](int c, int from, int to) {
-    for (int a = from; a < to; ++a) {
-      out.push_back(at(a, c));
-      if (pairs) out.push_back(at(a, c + 1));
-    }
+    for (int a = from; a < to; ++a)
+      for (int k = 0; k < lineStep; ++k) {
+        const int pa = Backward(d) ? along - 1 - a : a, pc = normal ? c + k : across - 1 - c - k;
+        out.push_back(vertical ? Pos{pc, pa} : Pos{pa, pc});
+      }
   };
-  const int lineStep = pairs ? 2 : 1;
   if (WholeLine(d)) {
     for (int c = 0; c + lineStep <= across; c += lineStep) read(c, 0, along);
   } else {
@@ -93,10 +73,9 @@ std::vector<Pos> WalkOrder(D d, bool normal, int w, int h, int band, bool pairs)
 
 // ---- the decoder ----------------------------------------------------------------------------
 
-int Reverse8(int b) {
-  int r = 0;
-  for (int i = 0; i < 8; ++i)
-    if (b & (1 << i)) r |= 0x80 >> i;
+std::uint32_t Reverse8(std::uint32_t b) {
+  std::uint32_t r = 0;
+  for (int i = 0; i < 8; ++i) r |= ((b >> i) & 1u) << (7 - i);
   return r;
 }
 
@@ -135,7 +114,6 @@ Decoded Unpack(const std::vector<std::uint8_t>& data, std::size_t pixels, const 
   Decoded d;
   const std::size_t groupBytes = p.layout.size() / 8;
   const int groupPixels = *std::max_element(p.layout.begin(), p.layout.end()) - 'a' + 1;
-  const auto zeroByte = [&](std::size_t i) { return p.layout.compare(8 * i, 8, "00000000") == 0; };
   std::size_t at = 0;
   for (std::size_t first = 0; first < pixels; first += groupPixels) {
     const int here = static_cast<int>(std::min<std::size_t>(groupPixels, pixels - first));
@@ -145,50 +123,41 @@ Decoded Unpack(const std::vector<std::uint8_t>& data, std::size_t pixels, const 
     while (bytes < groupBytes && std::all_of(p.layout.begin() + 8 * bytes, p.layout.begin() + 8 * bytes + 8,
                                              [&](char c) { return c == '0' || c - 'a' < here; }))
       ++bytes;
-    if (at + bytes > data.size()) {
-      d.error = "the data ends after " + std::to_string(data.size()) + " bytes, at pixel " + std::to_string(first);
-      return d;
-    }
-    std::vector<int> g(data.begin() + at, data.begin() + at + bytes);
+    if (at + bytes > data.size()) return {{}, {}, "the data ends at pixel " + std::to_string(first)};
+    std::vector<std::uint32_t> g(data.begin() + at, data.begin() + at + bytes);
     at += bytes;
-    for (int& b : g) {
+    for (auto& b : g) {
       if (p.invert) b ^= 0xFF;
       if (p.reverseEachByte) b = Reverse8(b);
     }
     if (p.swapBytes) {
-      std::vector<std::size_t> slots;
+      std::vector<std::size_t> slots;  // the bytes that are not always zero
       for (std::size_t i = 0; i < g.size(); ++i)
-        if (!zeroByte(i)) slots.push_back(i);
+        if (p.layout.compare(8 * i, 8, "00000000") != 0) slots.push_back(i);
       for (std::size_t i = 0; i < slots.size() / 2; ++i) std::swap(g[slots[i]], g[slots[slots.size() - 1 - i]]);
     }
     std::vector<std::uint32_t> v(groupPixels, 0), k(groupPixels, 0);
     for (std::size_t j = 0; j < p.layout.size(); ++j) {
       const bool present = j / 8 < g.size();
       const std::uint32_t bit = present ? (g[j / 8] >> (7 - j % 8)) & 1 : 0;
-      const char c = p.layout[j];
-      if (c == '0') {
-        if (bit && d.error.empty())
-          d.error = "byte " + std::to_string(at - g.size() + j / 8) + " has a bit set that must be clear";
+      const int i = p.layout[j] - 'a';
+      if (p.layout[j] == '0') {
+        if (bit) return {{}, {}, "byte " + std::to_string(at - g.size() + j / 8) + " has a bit set that must be clear"};
         continue;
       }
-      v[c - 'a'] = (v[c - 'a'] << 1) | bit;
-      k[c - 'a'] = (k[c - 'a'] << 1) | (present ? 1 : 0);
+      v[i] = (v[i] << 1) | bit;
+      k[i] = (k[i] << 1) | (present ? 1 : 0);
     }
     for (int i = 0; i < here; ++i) {
-      for (int swaps = p.swapFieldsAtCut ? 2 : p.width ? 1 : 0; swaps > 0; --swaps) {
-        v[i] = SwapOuter(v[i], p.width);
-        k[i] = SwapOuter(k[i], p.width);
-      }
-      if (p.reverseValue) {
-        v[i] = Reverse8(v[i] & 0xFF) | (v[i] & ~0xFFu);
-        k[i] = Reverse8(k[i] & 0xFF) | (k[i] & ~0xFFu);
+      for (auto* x : {&v[i], &k[i]}) {
+        for (int swaps = p.swapFieldsAtCut ? 2 : p.width ? 1 : 0; swaps > 0; --swaps) *x = SwapOuter(*x, p.width);
+        if (p.reverseValue) *x = Reverse8(*x & 0xFF) | (*x & ~0xFFu);
       }
       d.value.push_back(v[i]);
       d.known.push_back(k[i]);
     }
   }
-  if (at != data.size() && d.error.empty())
-    d.error = std::to_string(data.size() - at) + " bytes more than the walk fills";
+  if (at != data.size()) d.error = std::to_string(data.size() - at) + " bytes more than the walk fills";
   return d;
 }
 
@@ -229,8 +198,8 @@ struct Variant {
   const char* label;
   void (*apply)(ConversionSession&);
   std::string layout;
-  bool swapBytes;
-  bool swapFieldsAtCut;
+  bool swapBytes = false;
+  bool swapFieldsAtCut = false;
 };
 
 struct Family {
@@ -255,101 +224,82 @@ void Rgba(ConversionSession& s) { s.Rgba = true; }
 void SwapAndRgba(ConversionSession& s) { s.SwapFirstLast = s.Rgba = true; }
 void SwapRedBlue(ConversionSession& s) { s.SwapRedGreen = true; }
 
-std::string Bits(char pixel, int n) { return std::string(n, pixel); }
+std::vector<Variant> Plain(const std::string& layout) { return {{"", NoOption, layout}}; }
+std::vector<Variant> Swappable(const std::string& layout) {
+  return {{"", NoOption, layout}, {"swap first and last", SwapFirstLast, layout, true}};
+}
 
 const std::vector<Family>& Families() {
   const std::vector<std::pair<int, int>> any = {{13, 11}, {16, 8}};
-  const std::vector<Variant> nibbles = {{"", NoOption, "aaaabbbb", false, false},
-                                        {"swap nibble", SwapNibble, "bbbbaaaa", false, false}};
-  const auto plain = [](std::string layout) {
-    return std::vector<Variant>{{"", NoOption, std::move(layout), false, false}};
-  };
-  const auto swappable = [](const std::string& layout) {
-    return std::vector<Variant>{{"", NoOption, layout, false, false},
-                                {"swap first and last", SwapFirstLast, layout, true, false}};
-  };
-  const std::string rgb = Bits('a', 24);
+  const std::vector<Variant> nibbles = {{"", NoOption, "aaaabbbb"}, {"swap nibble", SwapNibble, "bbbbaaaa"}};
+  const std::string rgb(24, 'a'), zero8(8, '0'), pair4096 = std::string(12, 'a') + std::string(12, 'b');
   static const std::vector<Family> families = {
-      {"monochrome", 1, {{16, 8}, {13, 16}, {24, 13}}, kEveryDirection, 8, 8, 0, false, false, plain("abcdefgh")},
+      {"monochrome", 1, {{16, 8}, {13, 16}, {24, 13}}, kEveryDirection, 8, 8, 0, false, false, Plain("abcdefgh")},
       {"monochrome inverted", 2, {{16, 8}, {13, 16}, {24, 13}}, kEveryDirection, 8, 8, 0, false, false,
-       plain("abcdefgh")},
-      {"gray 4", 24, {{16, 8}, {13, 12}, {12, 13}}, kEveryDirection, 4, 4, 0, false, false, plain("aabbccdd")},
+       Plain("abcdefgh")},
+      {"gray 4", 24, {{16, 8}, {13, 12}, {12, 13}}, kEveryDirection, 4, 4, 0, false, false, Plain("aabbccdd")},
       // Down reads eight pixels for both planes at once; the other walks pair up gray 4 bytes.
-      {"gray 4 two pages", 25, {{16, 8}, {13, 8}, {8, 13}}, {D::Down, D::DownAll, D::UpAll, D::ToRightAll, D::ToLeftAll},
-       4, 8, 0, false, false, plain("aabbccdd")},
+      {"gray 4 two pages", 25, {{16, 8}, {13, 8}, {8, 13}},
+       {D::Down, D::DownAll, D::UpAll, D::ToRightAll, D::ToLeftAll}, 4, 8, 0, false, false, Plain("aabbccdd")},
       {"gray 16", 26, {{16, 8}, {13, 10}, {10, 13}}, kEveryDirection, 2, 2, 0, false, false, nibbles},
       {"gray 16 horizontal pixels", 27, {{16, 8}, {10, 13}, {14, 6}},
        {D::DownAll, D::UpAll, D::ToRight, D::ToRightAll, D::ToLeft, D::ToLeftAll}, 2, 2, 0, true, false, nibbles},
       {"gray 16 slices of 8", 28, {{13, 11}, {16, 8}, {8, 16}}, {D::Down}, 1, 8, 0, false, true, nibbles},
       // 120, 128 and 130 pixels leave 0, 2 and 1 pixels of the last triple.
       {"gray 32 packed", 29, {{12, 10}, {16, 8}, {13, 10}, {10, 13}}, kWholeLines, 2, 1, 0, false, false,
-       plain("aaaaa0bbbbbccccc")},
-      {"gray 32 right aligned", 30, any, kWholeLines, 1, 1, 0, false, false, plain("000aaaaa")},
-      {"gray 32 left aligned", 31, any, kWholeLines, 1, 1, 0, false, false, plain("aaaaa000")},
-      {"gray 256", 32, any, kEveryDirection, 1, 1, 0, false, false, plain("aaaaaaaa")},
+       Plain("aaaaa0bbbbbccccc")},
+      {"gray 32 right aligned", 30, any, kWholeLines, 1, 1, 0, false, false, Plain("000aaaaa")},
+      {"gray 32 left aligned", 31, any, kWholeLines, 1, 1, 0, false, false, Plain("aaaaa000")},
+      {"gray 256", 32, any, kEveryDirection, 1, 1, 0, false, false, Plain("aaaaaaaa")},
       {"8 colours", 54, {{16, 8}, {13, 16}, {16, 11}}, kWholeLines, 8, 8, 0, false, true,
-       plain("aaabbbcccdddeeefffggghhh")},
+       Plain("aaabbbcccdddeeefffggghhh")},
       {"16 colours", 55, {{16, 8}, {13, 10}, {10, 13}}, kEveryDirection, 2, 2, 0, false, false, nibbles},
-      {"256 colours", 56, any, kEveryDirection, 1, 1, 0, false, false, plain("aaaaaaaa")},
+      {"256 colours", 56, any, kEveryDirection, 1, 1, 0, false, false, Plain("aaaaaaaa")},
       // Swap First and Last has no effect on packed pairs; 143 pixels leave the last one half sent.
       {"4096 packed", 57, any, kEveryDirection, 1, 1, 12, false, false,
-       {{"", NoOption, Bits('a', 12) + Bits('b', 12), false, false},
-        {"swap first and last", SwapFirstLast, Bits('a', 12) + Bits('b', 12), false, false}}},
-      {"4096 unpacked", 58, any, kEveryDirection, 1, 1, 12, false, false, swappable("0000" + Bits('a', 12))},
+       {{"", NoOption, pair4096}, {"swap first and last", SwapFirstLast, pair4096}}},
+      {"4096 unpacked", 58, any, kEveryDirection, 1, 1, 12, false, false, Swappable("0000" + std::string(12, 'a'))},
       {"65536", 59, any, kEveryDirection, 1, 1, 16, false, false,
-       {{"", NoOption, Bits('a', 16), false, false}, {"swap red and blue", SwapRedBlue, Bits('a', 16), false, true}}},
-      {"262k packed", 60, any, kEveryDirection, 1, 1, 18, false, false, swappable("000000" + Bits('a', 18))},
+       {{"", NoOption, std::string(16, 'a')}, {"swap red and blue", SwapRedBlue, std::string(16, 'a'), false, true}}},
+      {"262k packed", 60, any, kEveryDirection, 1, 1, 18, false, false, Swappable("000000" + std::string(18, 'a'))},
       {"262k unpacked", 61, any, kEveryDirection, 1, 1, 18, false, false,
-       swappable("00" + Bits('a', 6) + "00" + Bits('a', 6) + "00" + Bits('a', 6))},
-      {"16M", 62, any, kEveryDirection, 1, 1, 24, false, false, swappable(rgb)},
+       Swappable("00aaaaaa00aaaaaa00aaaaaa")},
+      {"16M", 62, any, kEveryDirection, 1, 1, 24, false, false, Swappable(rgb)},
       // The zero byte leads, or trails with RGBA; with RGBA and the swap there is none.
       {"16M with alpha", 63, any, kEveryDirection, 1, 1, 24, false, false,
-       {{"", NoOption, "00000000" + rgb, false, false},
-        {"swap first and last", SwapFirstLast, "00000000" + rgb, true, false},
-        {"RGBA", Rgba, rgb + "00000000", false, false},
-        {"RGBA, swap first and last", SwapAndRgba, rgb, true, false}}},
+       {{"", NoOption, zero8 + rgb}, {"swap first and last", SwapFirstLast, zero8 + rgb, true},
+        {"RGBA", Rgba, rgb + zero8}, {"RGBA, swap first and last", SwapAndRgba, rgb, true}}},
   };
   return families;
 }
 
-// The colours a picture of the mode is made of.
-std::vector<Colour> PictureColours(const ConversionSession& s, int mode) {
-  if (mode <= 2) return {rm::kWhite, rm::kBlack};
+// The colours a picture of the mode is made of, each with the value it must come back as: its
+// first place in the mode's table, found by a plain search; in monochrome black is 1, in 16M the
+// colour is its own value.
+std::map<Colour, std::uint32_t> PictureColours(const ConversionSession& s, int mode) {
+  if (mode <= 2) return {{rm::kWhite, 0}, {rm::kBlack, 1}};
   std::uint32_t seed = 12345u + static_cast<std::uint32_t>(mode);
-  const auto next = [&] {
-    seed = seed * 1664525u + 1013904223u;
-    return seed >> 8;
-  };
-  std::vector<Colour> out;
+  const auto next = [&] { return (seed = seed * 1664525u + 1013904223u) >> 8; };
+  std::map<Colour, std::uint32_t> out;
   if (mode >= 62) {
-    out = {rm::kWhite, rm::kBlack};
-    for (int i = 0; i < 64; ++i) out.push_back(static_cast<Colour>(next() & 0xFFFFFF));
+    for (Colour c : {rm::kWhite, rm::kBlack}) out[c] = static_cast<std::uint32_t>(c);
+    for (int i = 0; i < 64; ++i) {
+      const Colour c = static_cast<Colour>(next() & 0xFFFFFF);
+      out[c] = static_cast<std::uint32_t>(c);
+    }
     return out;
   }
   const auto& table = s.PaletteSize > 0 ? s.PaletteTable : s.ModeColours;
-  if (table.size() <= 256) return table;
-  out = {table.front(), table.back()};
-  for (int i = 0; i < 98; ++i) out.push_back(table[next() % table.size()]);
-  return out;
-}
-
-// The value a colour must come back as: its first place in the mode's table, found by a plain
-// search; in monochrome black is 1, in 16M the colour is its own value.
-std::map<Colour, std::uint32_t> ExpectedValues(const ConversionSession& s, int mode, const std::vector<Colour>& colours) {
-  std::map<Colour, std::uint32_t> out;
-  for (Colour c : colours) out[c] = mode <= 2 ? (c == rm::kBlack ? 1 : 0) : static_cast<std::uint32_t>(c);
-  if (mode <= 2 || mode >= 62) return out;
+  if (table.size() <= 256) {
+    for (Colour c : table) out[c] = 0;
+  } else {
+    out[table.front()] = out[table.back()] = 0;
+    for (int i = 0; i < 98; ++i) out[table[next() % table.size()]] = 0;
+  }
   // Walking the table backwards leaves each colour at the first place it holds.
-  const auto& table = s.PaletteSize > 0 ? s.PaletteTable : s.ModeColours;
   for (std::size_t i = table.size(); i-- > 0;)
     if (const auto it = out.find(table[i]); it != out.end()) it->second = static_cast<std::uint32_t>(i);
   return out;
-}
-
-std::string Hex(std::uint32_t v) {
-  char buf[16];
-  std::snprintf(buf, sizeof buf, "0x%X", v);
-  return buf;
 }
 
 // Test names and failure output show the family by its name.
@@ -367,20 +317,17 @@ std::string ConvertAndReadBack(rmtest::TestProgram& p, const Family& f, const Va
   if (f.storedDirection) {
     s.Direction = d;
     s.Horizontal = rm::IsHorizontal(d);
-    s.Origin = NormalCorner(d);
+    s.Origin = kNormalCorner[Index(d)];
   } else if (!p.app.mainForm.SetDirection(d)) {
     return "the direction command refused";
   }
   if (other) p.app.mainForm.ToggleOriginCorner();
-  if (s.Origin != (other ? OtherCorner(d) : NormalCorner(d))) return std::string("the origin is ") + Name(s.Origin);
-  if (big)
-    p.app.mainForm.MsbFirst();
-  else
-    p.app.mainForm.MsbLast();
+  const C corner = (other ? kOtherCorner : kNormalCorner)[Index(d)];
+  if (s.Origin != corner) return std::string("the origin is ") + kCornerName[static_cast<int>(s.Origin)];
+  big ? p.app.mainForm.MsbFirst() : p.app.mainForm.MsbLast();
 
-  if (!p.Convert())
-    return "the conversion failed" + (p.ui.messages.empty() ? "" : ": " + p.ui.messages.back().text);
-  if (s.Direction != d) return std::string("walked ") + Name(s.Direction) + " instead";
+  if (!p.Convert()) return "the conversion failed" + (p.ui.messages.empty() ? "" : ": " + p.ui.messages.back().text);
+  if (s.Direction != d) return std::string("walked ") + kDirectionName[Index(s.Direction)] + " instead";
 
   std::vector<std::uint8_t> data = p.app.hex.Bytes();
   if (ReadFromText(f)) {
@@ -406,17 +353,17 @@ std::string ConvertAndReadBack(rmtest::TestProgram& p, const Family& f, const Va
 
   const std::vector<Pos> walk = WalkOrder(d, !other, picture.Width(), picture.Height(), f.band, f.pairs && Vertical(d));
   const Decoded got = Unpack(data, walk.size(), packing);
-  if (!got.error.empty())
-    return got.error + " (" + std::to_string(data.size()) + " bytes for " + std::to_string(walk.size()) + " pixels)";
+  std::ostringstream out;
+  out << data.size() << " bytes for " << walk.size() << " pixels: " << std::hex;
+  if (!got.error.empty()) return out.str() + got.error;
   for (std::size_t i = 0; i < walk.size(); ++i) {
     const Colour c = picture.GetPixel(walk[i].x, walk[i].y);
     std::uint32_t expected = c == rm::kOutside ? 0 : values.at(c);  // below the picture reads as 0
     if (packing.reverseValue) expected &= 0xFF;
-    if (((got.value[i] ^ expected) & got.known[i]) != 0)
-      return "pixel " + std::to_string(i) + " of " + std::to_string(walk.size()) + " at (" +
-             std::to_string(walk[i].x) + ", " + std::to_string(walk[i].y) + "), colour " +
-             Hex(static_cast<std::uint32_t>(c)) + ", should read " + Hex(expected) + ", the data gives " +
-             Hex(got.value[i]) + " in the bits " + Hex(got.known[i]);
+    if (((got.value[i] ^ expected) & got.known[i]) == 0) continue;
+    out << "pixel " << std::dec << i << " at (" << walk[i].x << ", " << walk[i].y << "), colour " << std::hex << c
+        << ", should read " << expected << ", the data gives " << got.value[i] << " in the bits " << got.known[i];
+    return out.str();
   }
   return "";
 }
@@ -431,9 +378,10 @@ TEST_P(RoundTrip, EveryPixelComesBack) {
       rmtest::TestProgram p;
       p.Setup(f.mode, Bitmap(w, h));
       variant.apply(p.app.session);
-      const std::vector<Colour> colours = PictureColours(p.app.session, f.mode);
-      ASSERT_FALSE(colours.empty()) << f.name << ": the mode's colour table is empty";
-      const auto values = ExpectedValues(p.app.session, f.mode, colours);
+      const auto values = PictureColours(p.app.session, f.mode);
+      ASSERT_FALSE(values.empty()) << f.name << ": the mode's colour table is empty";
+      std::vector<Colour> colours;
+      for (const auto& [c, v] : values) colours.push_back(c);
       const Bitmap picture = rmtest::PatternPicture(w, h, colours, static_cast<std::uint32_t>(w * 31 + h + f.mode));
       p.app.pixelForm.SetCanvas(picture);
       if (!ReadFromText(f)) p.app.mainForm.HexOutput1Click();
@@ -446,17 +394,16 @@ TEST_P(RoundTrip, EveryPixelComesBack) {
           if (f.mode == 25 && d == D::Down && other) continue;  // two pages go down from the left only
           for (bool big : {true, false}) {
             const std::string failure = ConvertAndReadBack(p, f, variant, picture, values, d, other, big);
-            if (failure.empty()) continue;
-            ADD_FAILURE() << f.name << " (mode " << f.mode << ")" << (*variant.label ? ", " : "") << variant.label
-                          << ", " << w << "x" << h << ", " << Name(d) << ", origin "
-                          << Name(other ? OtherCorner(d) : NormalCorner(d)) << (big ? ", MSB first" : ", MSB last")
-                          << ": " << failure;
+            EXPECT_EQ(failure, "") << f.name << " (mode " << f.mode << ") " << variant.label << ", " << w << "x" << h
+                                   << ", " << kDirectionName[Index(d)] << ", origin "
+                                   << kCornerName[static_cast<int>((other ? kOtherCorner : kNormalCorner)[Index(d)])]
+                                   << (big ? ", MSB first" : ", MSB last");
           }
         }
       }
     }
   }
-  for (D d : f.directions) EXPECT_GT(walked[d], 0) << f.name << ": no size fits " << Name(d);
+  for (D d : f.directions) EXPECT_GT(walked[d], 0) << f.name << ": no size fits " << kDirectionName[Index(d)];
 }
 
 std::string CaseName(const ::testing::TestParamInfo<Family>& info) {
