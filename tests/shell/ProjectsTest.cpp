@@ -5,12 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 
 #include "engine/HeaderTemplate.h"
+#include "engine/Palette.h"
 #include "shell/Folders.h"
 #include "shell/SettingsTable.h"
 #include "support/ShellTestSupport.h"
@@ -18,14 +18,20 @@
 namespace {
 
 namespace fs = std::filesystem;
-using rm::TExploForm;
 using rmtest::ReadFile;
 using rmtest::TestProgram;
+using Lines = std::vector<std::string>;
 
-std::string Joined(const std::vector<std::string>& lines) {
+std::string Joined(const Lines& lines) {
   std::string s;
   for (const auto& l : lines) s += l + "\n";
   return s;
+}
+// Every message shown, as "title: text".
+Lines Said(const rmtest::ScriptedUi& ui) {
+  Lines said;
+  for (const auto& m : ui.messages) said.push_back(m.title + ": " + m.text);
+  return said;
 }
 
 // A home of its own for each test, and programs started in it the way the desktop starts.
@@ -42,26 +48,29 @@ class Projects : public ::testing::Test {
   }
   std::string Inits() const { return home_ + "/Documents/Rastermill inits " + rm::ProgramVersionTag() + "/"; }
 
-  std::unique_ptr<TestProgram> Start() {
+  // `saved`: the default project is on disk, as after the first quit.
+  std::unique_ptr<TestProgram> Start(bool saved = true) {
     auto p = std::make_unique<TestProgram>();
     p->app.mainForm.LoadFolders();
     EXPECT_TRUE(p->app.mainForm.LoadConfigurationX());
     p->app.exploForm.UseProjectHeaderTemplate();
+    EXPECT_TRUE(!saved || p->app.mainForm.SaveConfigurationX());
     return p;
   }
-  // A started program whose default project is on disk, as after the first quit.
-  std::unique_ptr<TestProgram> StartSaved() {
-    auto p = Start();
-    EXPECT_TRUE(p->app.mainForm.SaveConfigurationX());
-    return p;
+  // What another program reads from the project file.
+  std::unique_ptr<TestProgram> Read(const std::string& project) {
+    auto reader = std::make_unique<TestProgram>();
+    reader->app.globals.ActiveProject = Inits() + project;
+    EXPECT_TRUE(reader->app.mainForm.LoadConfigurationX());
+    return reader;
   }
   void Touch(const std::string& name, const std::string& text = "[S]\n") { std::ofstream(Inits() + name) << text; }
   bool Exists(const std::string& name) const { return fs::exists(Inits() + name); }
   std::string Pointer() const { return ReadFile(Inits() + "Rastermill.ini"); }
 
   // Holds a file the way another program would, until Release.
-  void Hold(const std::string& path) {
-    held_ = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  void Hold(const std::string& name) {
+    held_ = open((Inits() + name).c_str(), O_RDONLY | O_CLOEXEC);
     ASSERT_GE(held_, 0);
     ASSERT_EQ(flock(held_, LOCK_EX | LOCK_NB), 0);
   }
@@ -74,8 +83,8 @@ class Projects : public ::testing::Test {
   int held_ = -1;
 };
 
-TEST_F(Projects, FirstStartWritesTheFiveFactoryTemplates) {
-  auto p = Start();
+TEST_F(Projects, FirstStartWritesTheFiveFactoryTemplatesAndKeepsEditedOnes) {
+  auto p = Start(false);
   EXPECT_EQ(p->app.globals.ActiveProject, Inits() + "default.LCD");
   EXPECT_EQ(p->app.session.HeaderIncludeFile, Inits() + "default.txt");
   EXPECT_EQ(ReadFile(Inits() + "default.txt"), Joined(rm::DefaultGraphicsTemplate()));
@@ -86,6 +95,7 @@ TEST_F(Projects, FirstStartWritesTheFiveFactoryTemplates) {
   } fonts[] = {
       {"default_Raw.txt", "   // FOR RAW FONTS" + std::string(41, ' '),
        "const uint8_t [&FNAME][&FNUMBEROFCHARS][&FBYTESPERCHAR] PROGMEM = {\n"},
+      {"default_Raw.txt", "   // FOR RAW FONTS" + std::string(41, ' '), "const uint8_t [&DNAME][][] PROGMEM = {\n"},
       {"default_DMD.txt", "   // FOR DMD Struct FONTS" + std::string(33, ' '), "[&FONT BITMAPS]\n"},
       {"default_Bloc.txt", "   // FOR Bloc FONTS" + std::string(40, ' '), "const unsigned char [&FNAME][] = {)\n"},
       {"default_Struct.txt", "   // FOR Struct FONTS" + std::string(38, ' '), "[&FONT TFONT]const tfont [&FTFONT]\n"},
@@ -96,22 +106,17 @@ TEST_F(Projects, FirstStartWritesTheFiveFactoryTemplates) {
     EXPECT_NE(text.find(f.holds), std::string::npos) << f.file;
     EXPECT_NE(text.find("[&FONT END]\n"), std::string::npos) << f.file;
   }
-  EXPECT_NE(ReadFile(Inits() + "default_Raw.txt").find("const uint8_t [&DNAME][][] PROGMEM = {\n"), std::string::npos);
-}
 
-TEST_F(Projects, GraphicsTemplateMissingAtStartIsMadeAndAnEditedOneIsKept) {
-  StartSaved();
   // With the project on disk a start reads it and writes no templates but the missing one.
+  p->app.mainForm.SaveConfigurationX();
   fs::remove(Inits() + "default.txt");
   Touch("default_Raw.txt", "my raw template\n");
-  auto second = Start();
+  Start(false);
   EXPECT_EQ(ReadFile(Inits() + "default.txt"), Joined(rm::DefaultGraphicsTemplate()));
   EXPECT_EQ(ReadFile(Inits() + "default_Raw.txt"), "my raw template\n");
-
   Touch("default.txt", "// mine\n");
-  auto third = Start();
+  EXPECT_EQ(Start(false)->app.session.HeaderIncludeFile, Inits() + "default.txt");
   EXPECT_EQ(ReadFile(Inits() + "default.txt"), "// mine\n");
-  EXPECT_EQ(third->app.session.HeaderIncludeFile, Inits() + "default.txt");
 }
 
 TEST_F(Projects, NoTemplatesWithoutTheProgramsFolders) {
@@ -130,7 +135,7 @@ TEST_F(Projects, NoTemplatesWithoutTheProgramsFolders) {
 }
 
 TEST_F(Projects, DefaultTemplateOnDiskGivesTheSameFileAsTheBuiltInOne) {
-  Start();
+  Start(false);
   TestProgram p;
   p.Setup(1, rm::Bitmap(128, 64), true);
   p.app.session.LastInfoDateText = "23/11/2026 10:00:00";
@@ -142,32 +147,23 @@ TEST_F(Projects, DefaultTemplateOnDiskGivesTheSameFileAsTheBuiltInOne) {
 }
 
 TEST_F(Projects, ListIsSortedAsWordsWithNumbers) {
-  auto p = StartSaved();
+  auto p = Start();
   for (const char* name : {"b.LCD", "a.lcd", "New Project.LCD", "New Project(10).LCD", "New Project(2).LCD",
                            "New Project(1).LCD", "Zeta.Lcd", "board 010.LCD", "board 9.LCD"})
     Touch(name);
   // Not projects: other extensions, a backup, a folder, an extension alone.
   for (const char* name : {"notes.txt", "a.LCD.bak", ".LCD"}) Touch(name);
   fs::create_directories(Inits() + "folder.LCD");
-  const std::vector<std::string> expected = {"a.lcd",
-                                             "b.LCD",
-                                             "board 9.LCD",
-                                             "board 010.LCD",
-                                             "default.LCD",
-                                             "New Project.LCD",
-                                             "New Project(1).LCD",
-                                             "New Project(2).LCD",
-                                             "New Project(10).LCD",
-                                             "Zeta.Lcd"};
-  EXPECT_EQ(p->app.exploForm.ListAllProjects(), expected);
+  EXPECT_EQ(p->app.exploForm.ListAllProjects(),
+            (Lines{"a.lcd", "b.LCD", "board 9.LCD", "board 010.LCD", "default.LCD", "New Project.LCD",
+                   "New Project(1).LCD", "New Project(2).LCD", "New Project(10).LCD", "Zeta.Lcd"}));
 }
 
 TEST_F(Projects, SaveAsNewProjectNamesMessagesAndCopies) {
-  auto p = StartSaved();
+  auto p = Start();
   std::string error;
   ASSERT_TRUE(rm::ApplySetting(p->app, "FXHB", "H", error)) << error;
   Touch("default.txt", "// the present template\n");
-
   const struct {
     const char* file;
     const char* message;
@@ -179,92 +175,70 @@ TEST_F(Projects, SaveAsNewProjectNamesMessagesAndCopies) {
   for (const auto& e : expected) {
     p->ui.messages.clear();
     EXPECT_EQ(p->app.exploForm.SaveAsNewProject(), e.file);
-    ASSERT_EQ(p->ui.messages.size(), 1u) << e.file;
-    EXPECT_EQ(p->ui.messages[0].text, e.message);
-    EXPECT_EQ(p->ui.messages[0].title, "Warning");
+    EXPECT_EQ(Said(p->ui), Lines{std::string("Warning: ") + e.message});
     EXPECT_EQ(p->app.globals.StatusText, std::string(" PROJECT: ") + e.file);
-    EXPECT_EQ(p->app.globals.ActiveProject, Inits() + e.file);
     EXPECT_EQ(Pointer(), Inits() + e.file + "\n");
   }
   // The copy holds the present settings and graphics template, under the new stem.
   EXPECT_EQ(ReadFile(Inits() + "New Project.txt"), "// the present template\n");
   EXPECT_EQ(p->app.session.HeaderIncludeFile, Inits() + "New Project(2).txt");
-  TestProgram reader;
-  reader.app.globals.ActiveProject = Inits() + "New Project.LCD";
-  ASSERT_TRUE(reader.app.mainForm.LoadConfigurationX());
-  EXPECT_EQ(reader.app.session.Syntax.DataFormatKind, "H");
-
+  EXPECT_EQ(Read("New Project.LCD")->app.session.Syntax.DataFormatKind, "H");
   // A free number below the last one is taken first.
   fs::remove(Inits() + "New Project(1).LCD");
   EXPECT_EQ(p->app.exploForm.SaveAsNewProject(), "New Project(1).LCD");
 }
 
-TEST_F(Projects, RenameRefusals) {
-  auto p = StartSaved();
+TEST_F(Projects, RenameRefusesThenTakesTheGraphicsTemplateAndTheActiveProjectAlong) {
+  auto p = Start();
+  ASSERT_EQ(p->app.exploForm.SaveAsNewProject(), "New Project.LCD");
   Touch("a.LCD");
   Touch("b.LCD");
   const struct {
-    const char* oldName;
-    const char* newName;
-    const char* message;
-    const char* title;
-    bool hold;
+    const char *oldName, *newName, *said;
+    bool held = false;
   } cases[] = {
-      {"", "x", "Please select the project to rename in the list !", "Selection error", false},
-      {"default.LCD", "x", "This default project can not be renamed !", "Error", false},
-      {"DEFAULT.lcd", "x.LCD", "This default project can not be renamed !", "Error", false},
-      {"a.LCD", "b", "There is already another project named like this !", "Error", false},
-      {"a.LCD", "b.LCD", "There is already another project named like this !", "Error", false},
-      {"a.LCD", "x", "File is in use (or acess was denied) and can not be renamed !", "Error", true},
-      {"a.LCD", "sub/x", "Error while trying to rename project !", "Error", false},
-      {"gone.LCD", "x", "Error while trying to rename project !", "Error", false},
+      {"", "x", "Selection error: Please select the project to rename in the list !"},
+      {"default.LCD", "x", "Error: This default project can not be renamed !"},
+      {"DEFAULT.lcd", "x.LCD", "Error: This default project can not be renamed !"},
+      {"a.LCD", "b", "Error: There is already another project named like this !"},
+      {"a.LCD", "b.LCD", "Error: There is already another project named like this !"},
+      {"a.LCD", "x", "Error: File is in use (or acess was denied) and can not be renamed !", true},
+      {"a.LCD", "sub/x", "Error: Error while trying to rename project !"},
+      {"gone.LCD", "x", "Error: Error while trying to rename project !"},
+      // An edit left as it was, or emptied, renames nothing and says nothing.
+      {"a.LCD", "a", nullptr},
+      {"a.LCD", "", nullptr},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.oldName) + " -> " + c.newName);
-    if (c.hold) Hold(Inits() + c.oldName);
+    if (c.held) Hold(c.oldName);
     p->ui.messages.clear();
     EXPECT_FALSE(p->app.exploForm.ProjectViewEdited(c.oldName, c.newName));
     Release();
-    ASSERT_EQ(p->ui.messages.size(), 1u);
-    EXPECT_EQ(p->ui.messages[0].text, c.message);
-    EXPECT_EQ(p->ui.messages[0].title, c.title);
+    EXPECT_EQ(Said(p->ui), c.said ? Lines{c.said} : Lines{});
   }
-  EXPECT_EQ(p->app.exploForm.ListAllProjects(), (std::vector<std::string>{"a.LCD", "b.LCD", "default.LCD"}));
-  // An edit left as it was, or emptied, renames nothing and says nothing.
-  p->ui.messages.clear();
-  EXPECT_FALSE(p->app.exploForm.ProjectViewEdited("a.LCD", "a"));
-  EXPECT_FALSE(p->app.exploForm.ProjectViewEdited("a.LCD", ""));
-  EXPECT_TRUE(p->ui.messages.empty());
-}
+  EXPECT_EQ(p->app.exploForm.ListAllProjects(), (Lines{"a.LCD", "b.LCD", "default.LCD", "New Project.LCD"}));
 
-TEST_F(Projects, RenameTakesTheGraphicsTemplateAndOrphansTheRest) {
-  auto p = StartSaved();
   Touch("board.LCD", "[S]\nFXHB=D\n");
   const char* left[] = {"board_Raw.txt", "board_Struct.txt", "board_DMD.txt", "board_Bloc.txt",
                         "board_256.pal", "board_4096.pal", "board_65536.pal", "board_262144.pal"};
   for (const char* f : left) Touch(f, f);
   Touch("board.txt", "// board template\n");
 
+  p->ui.messages.clear();
   EXPECT_TRUE(p->app.exploForm.ProjectViewEdited("board.LCD", "panel"));
-  ASSERT_EQ(p->ui.messages.size(), 1u);
-  EXPECT_EQ(p->ui.messages[0].text, "Project has been renamed");
+  EXPECT_EQ(Said(p->ui), Lines{"Information: Project has been renamed"});
   EXPECT_EQ(ReadFile(Inits() + "panel.LCD"), "[S]\nFXHB=D\n");
   EXPECT_EQ(ReadFile(Inits() + "panel.txt"), "// board template\n");
-  EXPECT_FALSE(Exists("board.LCD"));
-  EXPECT_FALSE(Exists("board.txt"));
+  EXPECT_FALSE(Exists("board.LCD") || Exists("board.txt"));
+  // The font templates and the palettes keep the old stem.
   for (const char* f : left) {
     EXPECT_EQ(ReadFile(Inits() + f), f) << f;
-    const std::string moved = "panel" + std::string(f).substr(5);
-    EXPECT_FALSE(Exists(moved)) << moved;
+    EXPECT_FALSE(Exists("panel" + std::string(f).substr(5))) << f;
   }
-  // The program still works in the project it had.
-  EXPECT_EQ(p->app.globals.ActiveProject, Inits() + "default.LCD");
-  EXPECT_EQ(Pointer(), Inits() + "default.LCD\n");
-}
+  EXPECT_EQ(p->app.globals.ActiveProject, Inits() + "New Project.LCD");
 
-TEST_F(Projects, RenamingTheActiveProjectMovesTheProgramWithIt) {
-  auto p = StartSaved();
-  ASSERT_EQ(p->app.exploForm.SaveAsNewProject(), "New Project.LCD");
+  // Renaming the active project moves the program with it.
   EXPECT_TRUE(p->app.exploForm.ProjectViewEdited("New Project.LCD", "lcd 128x64.LCD"));
   EXPECT_EQ(p->app.globals.ActiveProject, Inits() + "lcd 128x64.LCD");
   EXPECT_EQ(p->app.session.HeaderIncludeFile, Inits() + "lcd 128x64.txt");
@@ -274,98 +248,68 @@ TEST_F(Projects, RenamingTheActiveProjectMovesTheProgramWithIt) {
   EXPECT_FALSE(Exists("New Project.LCD"));
 }
 
-TEST_F(Projects, DeleteRefusalsAndConfirmation) {
-  auto p = StartSaved();
+TEST_F(Projects, DeleteRefusesFirstThenAsksAndRemovesTheTemplateAndPalettes) {
+  auto p = Start();
   ASSERT_EQ(p->app.exploForm.SaveAsNewProject(), "New Project.LCD");  // now the active one
-  Touch("kept.LCD");
+  Touch("old.LCD");
   const struct {
-    const char* name;
-    const char* message;
-    const char* title;
+    const char *name, *said;
+    bool held = false;
   } refusals[] = {
-      {"", "Select a project to delete first!", "Selection error"},
-      {"default.LCD", "This project can not be deleted !", "Error"},
-      {"Default.lcd", "This project can not be deleted !", "Error"},
-      {"New Project.LCD", "Active project can not be deleted !", "Error"},
-      {"gone.LCD", "Select a project to delete first!", "Selection error"},
+      {"", "Selection error: Select a project to delete first!"},
+      {"default.LCD", "Error: This project can not be deleted !"},
+      {"Default.lcd", "Error: This project can not be deleted !"},
+      {"New Project.LCD", "Error: Active project can not be deleted !"},
+      {"gone.LCD", "Selection error: Select a project to delete first!"},
+      {"old.LCD", "Error: Project file is in use by another program and can not be deleted !", true},
   };
   for (const auto& r : refusals) {
-    SCOPED_TRACE(r.name);
+    if (r.held) Hold(r.name);
     p->ui.messages.clear();
-    EXPECT_FALSE(p->app.exploForm.MenuItem6Click(r.name));
-    ASSERT_EQ(p->ui.messages.size(), 1u);  // refused before any question
-    EXPECT_EQ(p->ui.messages[0].text, r.message);
-    EXPECT_EQ(p->ui.messages[0].title, r.title);
+    EXPECT_FALSE(p->app.exploForm.MenuItem6Click(r.name)) << r.name;
+    Release();
+    EXPECT_EQ(Said(p->ui), Lines{r.said}) << "refused before any question: " << r.name;
   }
 
-  p->ui.messages.clear();
-  p->ui.answers.push_back("No");
-  EXPECT_FALSE(p->app.exploForm.MenuItem6Click("kept.LCD"));
-  ASSERT_EQ(p->ui.messages.size(), 1u);
-  EXPECT_EQ(p->ui.messages[0].text, "Please confirm to delete this project  !");
-  EXPECT_TRUE(Exists("kept.LCD"));
-
-  Hold(Inits() + "kept.LCD");
-  p->ui.answers.push_back("Yes");
-  EXPECT_FALSE(p->app.exploForm.MenuItem6Click("kept.LCD"));
-  Release();
-  EXPECT_TRUE(Exists("kept.LCD"));
-  p->ui.answers.clear();
-  EXPECT_EQ(p->app.exploForm.ListAllProjects(),
-            (std::vector<std::string>{"default.LCD", "kept.LCD", "New Project.LCD"}));
-}
-
-TEST_F(Projects, DeleteRemovesTheProjectItsTemplateAndPalettesOnly) {
-  auto p = StartSaved();
-  Touch("old.LCD");
   const char* gone[] = {"old.txt", "old_256.pal", "old_4096.pal", "old_65536.pal", "old_262144.pal"};
   const char* kept[] = {"old_Raw.txt", "old_Struct.txt", "old_DMD.txt", "old_Bloc.txt", "old_16.pal", "older.txt"};
   for (const char* f : gone) Touch(f, f);
   for (const char* f : kept) Touch(f, f);
-
-  p->ui.answers.push_back("Yes");
+  p->ui.messages.clear();
+  p->ui.answers = {"No", "Yes"};
+  EXPECT_FALSE(p->app.exploForm.MenuItem6Click("old.LCD"));
+  EXPECT_TRUE(Exists("old.LCD"));
   EXPECT_TRUE(p->app.exploForm.MenuItem6Click("old.LCD"));
-  ASSERT_EQ(p->ui.messages.size(), 2u);
-  EXPECT_EQ(p->ui.messages[1].text, "Project has been deleted !");
-  EXPECT_EQ(p->ui.messages[1].title, "Project Deleted");
-  EXPECT_EQ(p->ui.messages[1].type, rm::DlgType::Information);
+  EXPECT_EQ(Said(p->ui), (Lines{"Confirm: Please confirm to delete this project  !",
+                                "Confirm: Please confirm to delete this project  !",
+                                "Project Deleted: Project has been deleted !"}));
+  EXPECT_EQ(p->ui.messages.at(2).type, rm::DlgType::Information);
   EXPECT_FALSE(Exists("old.LCD"));
   for (const char* f : gone) EXPECT_FALSE(Exists(f)) << f;
   for (const char* f : kept) EXPECT_TRUE(Exists(f)) << f;
+  EXPECT_EQ(p->app.exploForm.ListAllProjects(), (Lines{"default.LCD", "New Project.LCD"}));
 }
 
-// A custom palette of 256 colours, all distinct from the default one.
-std::vector<rm::Colour> CustomPalette() {
-  std::vector<rm::Colour> colours;
-  for (rm::Colour i = 0; i < 256; ++i) colours.push_back(0x010000 * (i % 7) + 0x000100 * (i / 7) + 3);
-  std::sort(colours.begin(), colours.end());
-  return colours;
-}
-
-TEST_F(Projects, ActivationSavesReadsTheOtherProjectAndClearsTheEditors) {
+TEST_F(Projects, ActivationSavesTheProjectLeftReadsTheOtherAndClearsTheEditors) {
   std::string error;
-  {
-    // Another project, saved with its own settings and palette.
-    auto other = StartSaved();
-    ASSERT_EQ(other->app.exploForm.SaveAsNewProject(), "New Project.LCD");
-    ASSERT_TRUE(rm::ApplySetting(other->app, "FXHB", "B", error)) << error;
-    ASSERT_TRUE(rm::ApplySetting(other->app, "ORGC", "4", error)) << error;
-    other->app.mainForm.SetColourMode(56, true);  // 256 colours: the palette comes from the project
-    ASSERT_TRUE(other->app.mainForm.SaveConfigurationX());
-    ASSERT_TRUE(other->app.exploForm.ActivateProject("default.LCD"));
-  }
-  std::ofstream pal(Inits() + "New Project_256.pal");
-  for (rm::Colour c : CustomPalette()) {
-    char line[16];
-    std::snprintf(line, sizeof line, "$%08X\n", c);
-    pal << line;
-  }
-  pal.close();
+  auto p = Start();
+  // Another project with settings of its own; 256 colours take the palette from the project.
+  ASSERT_EQ(p->app.exploForm.SaveAsNewProject(), "New Project.LCD");
+  ASSERT_TRUE(rm::ApplySetting(p->app, "FXHB", "B", error)) << error;
+  ASSERT_TRUE(rm::ApplySetting(p->app, "ORGC", "4", error)) << error;
+  p->app.mainForm.SetColourMode(56, true);
+  ASSERT_TRUE(p->app.exploForm.ActivateProject("default.LCD"));
+  EXPECT_EQ(Pointer(), Inits() + "default.LCD\n");
+  // Its palette: 256 colours, all distinct from the default one.
+  std::vector<rm::Colour> custom;
+  for (rm::Colour i = 0; i < 256; ++i) custom.push_back(0x010000 * (i % 7) + 0x000100 * (i / 7) + 3);
+  std::sort(custom.begin(), custom.end());
+  std::string pal;
+  for (rm::Colour c : custom) pal += rm::FormatPaletteColour(c) + "\n";
+  ASSERT_TRUE(rm::WriteFileAtomically(Inits() + "New Project_256.pal", pal));
   fs::remove(Inits() + "New Project.txt");
 
-  auto p = Start();
-  ASSERT_EQ(p->app.globals.ActiveProject, Inits() + "default.LCD");
-  p->app.mainForm.SetColourMode(56, true);  // 256 colours: the palette comes from the project
+  p->app.mainForm.SetColourMode(56, true);
   const std::vector<rm::Colour> defaultPalette = p->app.session.PaletteTable;
   ASSERT_EQ(defaultPalette.size(), 256u);
   ASSERT_TRUE(rm::ApplySetting(p->app, "EODS", "; // left behind", error)) << error;
@@ -381,31 +325,24 @@ TEST_F(Projects, ActivationSavesReadsTheOtherProjectAndClearsTheEditors) {
   EXPECT_FALSE(p->app.globals.EditorUnsaved);
   EXPECT_EQ(p->app.session.Syntax.DataFormatKind, "B");
   EXPECT_EQ(rm::GetSetting(p->app, *rm::FindSetting("ORGC")), "4");
-  EXPECT_EQ(p->app.session.PaletteTable, CustomPalette());
+  EXPECT_EQ(p->app.session.PaletteTable, custom);
   const auto& log = p->app.logWindow.Lines.Lines();
   EXPECT_NE(std::find(log.begin(), log.end(), "Project New Project.LCD Activated"), log.end());
   EXPECT_EQ(Pointer(), Inits() + "New Project.LCD\n");
   EXPECT_EQ(p->app.session.HeaderIncludeFile, Inits() + "New Project.txt");
   EXPECT_EQ(ReadFile(Inits() + "New Project.txt"), Joined(rm::DefaultGraphicsTemplate()));
-
   // The project left was written first.
-  TestProgram reader;
-  reader.app.globals.ActiveProject = Inits() + "default.LCD";
-  ASSERT_TRUE(reader.app.mainForm.LoadConfigurationX());
-  EXPECT_EQ(reader.app.session.DescriptorsEol, "; // left behind");
+  EXPECT_EQ(Read("default.LCD")->app.session.DescriptorsEol, "; // left behind");
 
   // And back: the default project's palette again.
   EXPECT_TRUE(p->app.exploForm.ActivateProject("default.LCD"));
   EXPECT_EQ(p->app.session.PaletteTable, defaultPalette);
   EXPECT_EQ(p->app.session.DescriptorsEol, "; // left behind");
-}
 
-TEST_F(Projects, ActivationWithoutANameIsRefused) {
-  auto p = StartSaved();
+  // Without a name nothing is activated.
+  p->ui.messages.clear();
   EXPECT_FALSE(p->app.exploForm.ActivateProject(""));
-  ASSERT_EQ(p->ui.messages.size(), 1u);
-  EXPECT_EQ(p->ui.messages[0].text, "Please select a project first ");
-  EXPECT_EQ(p->ui.messages[0].title, "Warning");
+  EXPECT_EQ(Said(p->ui), Lines{"Warning: Please select a project first "});
   EXPECT_EQ(p->app.globals.ActiveProject, Inits() + "default.LCD");
 }
 

@@ -13,6 +13,7 @@ using Outcome = rm::TMainForm::QuitOutcome;
 using rm::StartOutcome;
 using rm::StartWindow;
 using rmtest::TestProgram;
+using Lines = std::vector<std::string>;
 
 // Each test has a home of its own; programs started in it share one single-instance lock.
 class QuitAndStart : public ::testing::Test {
@@ -25,16 +26,16 @@ class QuitAndStart : public ::testing::Test {
     unsetenv("RASTERMILL_HOME");
     fs::remove_all(home_);
   }
-  static StartOutcome Start(TestProgram& p, bool firstParameter = false) {
+  static StartOutcome Start(TestProgram& p, bool singleInstance = true) {
     rm::StartOptions o;
-    o.firstParameterGiven = firstParameter;
+    o.singleInstance = singleInstance;
     return rm::StartProgram(p.app, o);
   }
   // The step lines from `first` on; the questions asked on the way (logged as "Message :") are
   // left out.
-  static std::vector<std::string> LogFrom(const TestProgram& p, const std::string& first) {
+  static Lines LogFrom(const TestProgram& p, const std::string& first) {
     const auto& log = p.app.logWindow.Lines.Lines();
-    std::vector<std::string> steps;
+    Lines steps;
     for (auto it = std::find(log.begin(), log.end(), first); it != log.end(); ++it)
       if (it->rfind("Message :", 0) != 0) steps.push_back(*it);
     return steps;
@@ -55,30 +56,22 @@ TEST_F(QuitAndStart, StartReadsTheSettingsAndMakesTheWindowsInOrder) {
     EXPECT_TRUE(fs::exists(rm::InstanceLockPath(g.InitsFolder)));
     EXPECT_EQ(g.LastAction, "Application has started");
     EXPECT_TRUE(g.StartComplete);
-    EXPECT_EQ(g.StartStep, 14);
-    EXPECT_EQ(g.StartRegistryStep, 14);
     EXPECT_EQ(g.FillerValue, 0xAA);
     EXPECT_TRUE(p.app.session.Monochrome);
     EXPECT_EQ(p.app.pixelForm.MatrixWidth(), g.MatrixWidth);
     EXPECT_EQ(p.app.pixelForm.MatrixHeight(), g.MatrixHeight);
     EXPECT_FALSE(p.app.pixelForm.HasArtwork());
-    EXPECT_EQ(g.ShowSplash, !firstParameter);
-    EXPECT_EQ(g.ShowWelcome, !firstParameter);
-    EXPECT_EQ(g.LogWindowVisible, !firstParameter);
+    // Any first parameter: no splash, no welcome, a hidden log.
+    EXPECT_EQ((std::vector<bool>{g.ShowSplash, g.ShowWelcome, g.LogWindowVisible}),
+              std::vector<bool>(3, !firstParameter));
 
     std::vector<std::pair<StartWindow, std::string>> expected = {
-        {StartWindow::ExportToData, "Create Export To Data Form"},
-        {StartWindow::Grids, "Create Grids Form"},
-        {StartWindow::Image, "Create Image Form"},
-        {StartWindow::Adjustments, "Create Adjustments Form"},
-        {StartWindow::Pixel, "Create Pixel Form"},
-        {StartWindow::Welcome, "Create Welcome Form"},
-        {StartWindow::LogWin, "Create LogWin Form"},
-        {StartWindow::Exploform2, "Create Exploform2 Form"},
-        {StartWindow::Exploform, "Create Exploform Form"},
-        {StartWindow::HideSplash, "Create SplashScreen"},
-        {StartWindow::AboutBox, "Create About Box"},
-        {StartWindow::Presentation, "Create Presentation Form"},
+        {StartWindow::ExportToData, "Create Export To Data Form"}, {StartWindow::Grids, "Create Grids Form"},
+        {StartWindow::Image, "Create Image Form"},           {StartWindow::Adjustments, "Create Adjustments Form"},
+        {StartWindow::Pixel, "Create Pixel Form"},           {StartWindow::Welcome, "Create Welcome Form"},
+        {StartWindow::LogWin, "Create LogWin Form"},         {StartWindow::Exploform2, "Create Exploform2 Form"},
+        {StartWindow::Exploform, "Create Exploform Form"},   {StartWindow::HideSplash, "Create SplashScreen"},
+        {StartWindow::AboutBox, "Create About Box"},         {StartWindow::Presentation, "Create Presentation Form"},
     };
     if (firstParameter) expected.erase(expected.begin() + 5);
     EXPECT_EQ(made, expected) << firstParameter;
@@ -96,9 +89,9 @@ TEST_F(QuitAndStart, ASecondInstanceEndsBeforeReadingSettingsAndLeavesTheProject
   TestProgram second;
   second.app.session.OutputFileName = "Mine.h";
   EXPECT_EQ(Start(second), StartOutcome::AnotherInstance);
-  ASSERT_EQ(second.ui.messages.size(), 1u);
-  EXPECT_EQ(second.ui.messages[0].text, " Another instance of Rastermill is already running !");
-  EXPECT_EQ(second.ui.messages[0].title, "Message");
+  EXPECT_EQ(second.ui.messages.size(), 1u);
+  EXPECT_EQ(second.ui.messages.at(0).title + ":" + second.ui.messages.at(0).text,
+            "Message: Another instance of Rastermill is already running !");
   EXPECT_EQ(second.app.logWindow.Lines.Lines().back(), "Another instance of Rastermill is already running !");
   EXPECT_TRUE(second.app.globals.ActiveProject.empty()) << "no folders looked up";
   EXPECT_EQ(second.app.session.OutputFileName, "Mine.h") << "no settings read";
@@ -107,6 +100,9 @@ TEST_F(QuitAndStart, ASecondInstanceEndsBeforeReadingSettingsAndLeavesTheProject
   EXPECT_EQ(second.app.mainForm.FormCloseQuery(), Outcome::Quit);
   EXPECT_EQ(rmtest::ReadFile(project), before);
   EXPECT_EQ(fs::last_write_time(project), stamp);
+  // The command line may run beside the desktop program.
+  TestProgram tool;
+  EXPECT_EQ(Start(tool, false), StartOutcome::Started);
 
   // Once the first has quit, the next one starts.
   EXPECT_EQ(first.app.mainForm.FormCloseQuery(), Outcome::Quit);
@@ -114,37 +110,26 @@ TEST_F(QuitAndStart, ASecondInstanceEndsBeforeReadingSettingsAndLeavesTheProject
   EXPECT_EQ(Start(third), StartOutcome::Started);
 }
 
-TEST_F(QuitAndStart, TheCommandLineMayRunBesideTheDesktopProgram) {
-  TestProgram desktop, tool;
-  ASSERT_EQ(Start(desktop), StartOutcome::Started);
-  rm::StartOptions o;
-  o.singleInstance = false;
-  EXPECT_EQ(rm::StartProgram(tool.app, o), StartOutcome::Started);
-}
-
 TEST_F(QuitAndStart, AFloatingSelectionIsDroppedAtTheFirstQuitAndTheSecondQuits) {
   TestProgram p;
   ASSERT_EQ(Start(p), StartOutcome::Started);
   p.app.pixelForm.FloatSelection(rm::Bitmap(4, 4, rm::kBlack), 2, 2);
-  p.ui.answers = {"Cancel"};
+  p.ui.answers = {"Cancel", "Yes"};
   EXPECT_EQ(p.app.mainForm.FormCloseQuery(), Outcome::Refused);
   EXPECT_TRUE(p.app.pixelForm.FloatingSelection);
   p.app.logWindow.Lines.Clear();
-  p.ui.messages.clear();
-  p.ui.answers = {"Yes"};
   EXPECT_EQ(p.app.mainForm.FormCloseQuery(), Outcome::StaysOpen);
-  ASSERT_EQ(p.ui.messages.size(), 1u);
-  EXPECT_EQ(p.ui.messages[0].text, " Selection Layer has not been pasted ! \r Discard Selection ? ");
-  EXPECT_EQ(p.ui.messages[0].title, "Error");
+  ASSERT_EQ(p.ui.messages.size(), 2u);
+  EXPECT_EQ(p.ui.messages[1].title + ":" + p.ui.messages[1].text,
+            "Error: Selection Layer has not been pasted ! \r Discard Selection ? ");
   EXPECT_FALSE(p.app.pixelForm.FloatingSelection);
   EXPECT_FALSE(p.app.pixelForm.HasArtwork());
   EXPECT_EQ(LogFrom(p, "Quit Rastermill Main Menu Item"),
-            (std::vector<std::string>{"Quit Rastermill Main Menu Item", "Quit Rastermill Main Menu Item 2"}));
+            (Lines{"Quit Rastermill Main Menu Item", "Quit Rastermill Main Menu Item 2"}));
   EXPECT_FALSE(fs::exists(p.app.globals.ActiveProject)) << "nothing saved yet";
 
   EXPECT_EQ(p.app.mainForm.FormCloseQuery(), Outcome::Quit);
   EXPECT_TRUE(p.app.globals.QuitInProgress);
-  EXPECT_TRUE(fs::exists(p.app.globals.ActiveProject));
   EXPECT_EQ(rmtest::ReadFile(p.app.globals.InitsFolder + "Rastermill.ini"), p.app.globals.ActiveProject + "\n");
   // The log and the end of the session are on disk.
   EXPECT_NE(rmtest::ReadFile(p.app.globals.InitsFolder + "L.LOG").find("Do not save and Quit Rastermill\n"),
@@ -153,9 +138,9 @@ TEST_F(QuitAndStart, AFloatingSelectionIsDroppedAtTheFirstQuitAndTheSecondQuits)
   usage.Load(rm::UsageCounters::DefaultPath());
   EXPECT_EQ(usage.Get("la"), 1);
   EXPECT_EQ(usage.Get("nq"), 1);
-  EXPECT_EQ(usage.Get("st"), 0);
-  // The windows closing now ask nothing more.
+  // The windows closing now ask nothing more, not even about unsaved artwork.
   const auto asked = p.ui.messages.size();
+  p.app.globals.ArtworkSaved = false;
   EXPECT_EQ(p.app.mainForm.FormCloseQuery(), Outcome::Quit);
   EXPECT_EQ(p.ui.messages.size(), asked);
   p.app.mainForm.FormClose();
@@ -167,13 +152,11 @@ TEST_F(QuitAndStart, UnsavedArtworkQuestion) {
     std::string answer;
     bool saverWorks;
     Outcome outcome;
-    std::vector<std::string> log;  // from "Quit Rastermill"
+    Lines log;  // from "Quit Rastermill"
   } cases[] = {
       {"Cancel", true, Outcome::Refused, {"Quit Rastermill", "Cancel Quit Rastermill"}},
       {"Quit", true, Outcome::Quit, {"Quit Rastermill", "Do not save and Quit Rastermill"}},
-      {"Save+Quit",
-       true,
-       Outcome::Quit,
+      {"Save+Quit", true, Outcome::Quit,
        {"Quit Rastermill", "Save & Quit Rastermill", "Artwork Saved", "Do not save and Quit Rastermill"}},
       // A save that fails keeps the program open rather than lose the artwork.
       {"Save+Quit", false, Outcome::Refused, {"Quit Rastermill", "Save & Quit Rastermill", "Artwork not saved"}},
@@ -182,17 +165,14 @@ TEST_F(QuitAndStart, UnsavedArtworkQuestion) {
     TestProgram p;
     ASSERT_EQ(Start(p), StartOutcome::Started);
     const std::string picture = home_ + "/art.png";
-    p.app.mainForm.ArtworkSaver = [&] {
-      if (!c.saverWorks) return false;
-      return rm::WriteFileAtomically(picture, "picture");
-    };
+    p.app.mainForm.ArtworkSaver = [&] { return c.saverWorks && rm::WriteFileAtomically(picture, "picture"); };
     p.app.globals.ArtworkSaved = false;
     fs::remove(p.app.globals.ActiveProject);  // an earlier case's quit wrote it
     p.ui.answers = {c.answer};
     EXPECT_EQ(p.app.mainForm.FormCloseQuery(), c.outcome) << c.answer;
     ASSERT_EQ(p.ui.messages.size(), 1u);
     EXPECT_EQ(p.ui.messages[0].text, " Quit rastermill ? \r Artwork has not been saved ! ");
-    EXPECT_EQ(p.ui.messages[0].buttons, (std::vector<std::string>{"Save+Quit", "Cancel", "Quit"}));
+    EXPECT_EQ(p.ui.messages[0].buttons, (Lines{"Save+Quit", "Cancel", "Quit"}));
     EXPECT_EQ(LogFrom(p, "Quit Rastermill"), c.log) << c.answer;
     EXPECT_EQ(fs::exists(picture), c.answer == "Save+Quit" && c.saverWorks) << c.answer;
     EXPECT_EQ(p.app.globals.ArtworkSaved, c.answer == "Save+Quit" && c.saverWorks);
@@ -202,34 +182,30 @@ TEST_F(QuitAndStart, UnsavedArtworkQuestion) {
 }
 
 TEST_F(QuitAndStart, AModeAtQuitIsOfferedForLeavingFirst) {
+  const std::string fontScript = "Font Script creation mode is active ! \rQuit script creation or Cancel ";
   const struct {
-    const char* name;
     bool rm::Globals::*mode;
-    std::vector<std::string> answers;
+    Lines answers;
     Outcome outcome;
-    const char* firstQuestion;
+    std::string firstQuestion;
   } cases[] = {
-      {"cancel both", &rm::Globals::FontScriptMode, {"Cancel", "Cancel"}, Outcome::Refused,
-       "Font Script creation mode is active ! \rQuit script creation or Cancel "},
-      {"quit the script", &rm::Globals::FontScriptMode, {"Quit Script", "Yes"}, Outcome::Quit,
-       "Font Script creation mode is active ! \rQuit script creation or Cancel "},
+      {&rm::Globals::FontScriptMode, {"Cancel", "Cancel"}, Outcome::Refused, fontScript},
+      {&rm::Globals::FontScriptMode, {"Quit Script", "Yes"}, Outcome::Quit, fontScript},
       // A plain quit is not stopped by an animation; the exit button still leaves it.
-      {"animation", &rm::Globals::AnimationMode, {"Yes"}, Outcome::Quit,
-       "Are you sure to want to leave the animation mode  !"},
+      {&rm::Globals::AnimationMode, {"Yes"}, Outcome::Quit, "Are you sure to want to leave the animation mode  !"},
   };
   for (const auto& c : cases) {
     TestProgram p;
     ASSERT_EQ(Start(p), StartOutcome::Started);
     p.app.globals.*c.mode = true;
     p.ui.answers = {c.answers.begin(), c.answers.end()};
-    EXPECT_EQ(p.app.mainForm.FormCloseQuery(), c.outcome) << c.name;
-    ASSERT_FALSE(p.ui.messages.empty()) << c.name;
-    EXPECT_EQ(p.ui.messages[0].text, c.firstQuestion) << c.name;
-    EXPECT_EQ(p.app.globals.*c.mode, c.outcome == Outcome::Refused) << c.name;
-    if (c.outcome == Outcome::Refused) {
-      EXPECT_EQ(p.ui.messages.back().text, " Quit Rastermill ?");
-      EXPECT_EQ(p.app.globals.LastAction, "Main Form close query 2");
-    }
+    EXPECT_EQ(p.app.mainForm.FormCloseQuery(), c.outcome) << c.firstQuestion;
+    ASSERT_FALSE(p.ui.messages.empty()) << c.firstQuestion;
+    EXPECT_EQ(p.ui.messages[0].text, c.firstQuestion);
+    EXPECT_EQ(p.app.globals.*c.mode, c.outcome == Outcome::Refused) << c.firstQuestion;
+    if (c.outcome != Outcome::Refused) continue;
+    EXPECT_EQ(p.ui.messages.back().text, " Quit Rastermill ?");
+    EXPECT_EQ(p.app.globals.LastAction, "Main Form close query 2");
   }
 }
 
