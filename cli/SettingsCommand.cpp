@@ -56,8 +56,9 @@ int RunSettings(const SettingsOptions& o) {
   if (!OpenProject(app, o.project, error, writes)) return fail(error, 1);
 
   if (o.list) {
+    // A key read into several places (formp7) is listed once: the file holds one value.
     for (const SettingDef& def : SettingsTable())
-      if (def.read)
+      if (def.read && FindSetting(std::string(def.section) + "/" + std::string(def.key)) == &def)
         std::printf("[%s] %s=%s\n", std::string(def.section).c_str(), std::string(def.key).c_str(),
                     GetSetting(app, def).c_str());
     return 0;
