@@ -38,6 +38,13 @@ struct Entry {
   int depth = 0;
 };
 
+// Declared sides are clamped so that a damaged entry cannot overflow the product; such an entry
+// is refused by the size check once chosen.
+std::int64_t Area(const Entry& e) {
+  auto side = [](std::int64_t v) { return std::clamp<std::int64_t>(v, 0, std::int64_t{1} << 30); };
+  return side(e.width) * side(e.height);
+}
+
 // Reads the size and depth from the entry's own data: the directory's bytes are often wrong
 // (0 for 256, no depth given).
 bool Describe(Entry& e) {
@@ -185,8 +192,7 @@ bool DecodeIco(const std::uint8_t* data, std::size_t size, Bitmap& out, std::str
     e.data = data + offset;
     e.size = length;
     if (!Describe(e)) continue;
-    if (!any || e.width * e.height > best.width * best.height ||
-        (e.width * e.height == best.width * best.height && e.depth > best.depth))
+    if (!any || Area(e) > Area(best) || (Area(e) == Area(best) && e.depth > best.depth))
       best = e;
     any = true;
   }
