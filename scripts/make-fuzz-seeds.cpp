@@ -1,5 +1,6 @@
 // Writes the seed pictures of tests/fuzz-corpus/picture: a few tiny valid files of every kind
-// the import reads. Run once by a maintainer; the files are committed.
+// the import reads. Most have sides that are multiples of 8, so that the command line tests can
+// convert them as they are. Run once by a maintainer; the files are committed.
 //   g++ -std=c++20 scripts/make-fuzz-seeds.cpp -o /tmp/make-fuzz-seeds
 //     $(pkg-config --cflags --libs libjpeg libgif libtiff-4 libpng)
 //   /tmp/make-fuzz-seeds tests/fuzz-corpus/picture
@@ -190,15 +191,15 @@ int main(int argc, char** argv) {
   Save("grey.jpg", Jpeg(8, 8, JCS_GRAYSCALE, 1, false));
   Save("cmyk.jpg", Jpeg(8, 8, JCS_CMYK, 4, false));
   Save("plain.gif", Gif(5, 4, false, -1));
-  Save("interlaced.gif", Gif(3, 9, true, 2));
-  Save("lzw.tif", Tiff(5, 4, 3, COMPRESSION_LZW));
+  Save("interlaced.gif", Gif(15, 7, true, 2));
+  Save("lzw.tif", Tiff(8, 8, 3, COMPRESSION_LZW));
   Save("alpha.tif", Tiff(3, 3, 4, COMPRESSION_NONE));
   Save("grey.tif", Tiff(4, 2, 1, COMPRESSION_PACKBITS));
   Save("alpha.png", Png(4, 3));
-  Save("mixed.ico", Ico({IconDib(4, 4, 24), IconDib(3, 3, 4), Png(2, 2)}));
+  Save("mixed.ico", Ico({IconDib(8, 8, 24), IconDib(3, 3, 4), Png(2, 2)}));
   Save("alpha.ico", Ico({IconDib(3, 2, 32)}));
-  Save("viewbox.svg", Text(R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 4 2">)"
-                           R"(<rect width="2" height="2" fill="red"/><circle cx="3" cy="1" r="1" fill="#00f"/></svg>)"));
+  Save("viewbox.svg", Text(R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 8">)"
+                           R"(<rect width="8" height="8" fill="red"/><circle cx="12" cy="4" r="4" fill="#00f"/></svg>)"));
   Save("sized.svg", Text("<?xml version=\"1.0\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"6px\" height=\"3mm\">"
                          "<path d=\"M0 0 L6 3 Z\" stroke=\"green\"/><text x=\"0\" y=\"3\">A</text></svg>"));
   return 0;
