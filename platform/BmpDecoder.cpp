@@ -74,7 +74,8 @@ struct Layout {
 
 class Reader {
  public:
-  Reader(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
+  Reader(const std::uint8_t* data, std::size_t size, std::int64_t maxPixels)
+      : data_(data), size_(size), maxPixels_(maxPixels) {}
 
   bool Run(Bitmap& out, std::string& error) {
     if (!ReadHeaders() || !ReadPalette() || !PrepareChannels()) {
@@ -165,7 +166,7 @@ class Reader {
       default:
         return Fail("BMP files with " + std::to_string(l.bitCount) + " bits per pixel are not supported");
     }
-    if (std::string reason = CheckPictureSize(l.width, l.height); !reason.empty()) return Fail(reason);
+    if (std::string reason = CheckPictureSize(l.width, l.height, maxPixels_); !reason.empty()) return Fail(reason);
 
     // Bit masks live inside the V2 and later headers; a plain BITMAPINFOHEADER is followed by them.
     std::size_t afterHeader = kFileHeaderSize + headerSize;
@@ -347,6 +348,7 @@ class Reader {
 
   const std::uint8_t* data_;
   std::size_t size_;
+  std::int64_t maxPixels_;
   Layout layout_;
   std::vector<Colour> palette_;
   std::array<Channel, 4> channels_{};
@@ -355,8 +357,9 @@ class Reader {
 
 }  // namespace
 
-bool BmpDecoder::Decode(const std::uint8_t* data, std::size_t size, Bitmap& out, std::string& error) {
-  return Reader(data, size).Run(out, error);
+bool BmpDecoder::Decode(const std::uint8_t* data, std::size_t size, Bitmap& out, std::string& error,
+                        std::int64_t maxPixels) {
+  return Reader(data, size, maxPixels).Run(out, error);
 }
 
 }  // namespace rm

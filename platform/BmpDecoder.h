@@ -4,6 +4,7 @@
 #include <string>
 
 #include "engine/Bitmap.h"
+#include "platform/PictureLimits.h"
 
 namespace rm {
 
@@ -14,7 +15,8 @@ class BmpDecoder {
  public:
   // `data` holds the whole file. On success fills `out`; on failure returns false and puts the
   // reason (without the file name) into `error`, leaving `out` untouched.
-  static bool Decode(const std::uint8_t* data, std::size_t size, Bitmap& out, std::string& error);
+  static bool Decode(const std::uint8_t* data, std::size_t size, Bitmap& out, std::string& error,
+                     std::int64_t maxPixels = kMaxPicturePixels);
 };
 
 }  // namespace rm

@@ -10,10 +10,12 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <span>
 #include <string_view>
 #include <vector>
 
 #include "platform/BmpDecoder.h"
+#include "platform/PictureDecoders.h"
 #include "platform/PngCodec.h"
 
 namespace rm {
@@ -23,20 +25,20 @@ namespace {
 // stray disk image or video from being pulled into memory.
 constexpr std::uint64_t kMaxFileSize = std::uint64_t{2} * 1024 * 1024 * 1024;
 
-enum class Format { Png, Bmp, Jpeg, Gif, Tiff, Ico, Svg, Unknown };
+enum class Format { Png, Bmp, Jpeg, Gif, Tiff, Ico, Svg, Emf, Unknown };
 
 std::string NameOf(const std::string& path) {
   std::string name = std::filesystem::path(path).filename().string();
   return name.empty() ? path : name;
 }
 
-bool StartsWith(const std::vector<std::uint8_t>& bytes, std::string_view prefix) {
+bool StartsWith(std::span<const std::uint8_t> bytes, std::string_view prefix) {
   return bytes.size() >= prefix.size() && std::memcmp(bytes.data(), prefix.data(), prefix.size()) == 0;
 }
 
 // SVG is text: an optional byte order mark and blanks, then markup with an <svg element near
 // the top (after the XML declaration, comments or a doctype).
-bool LooksLikeSvg(const std::vector<std::uint8_t>& bytes) {
+bool LooksLikeSvg(std::span<const std::uint8_t> bytes) {
   std::string_view text(reinterpret_cast<const char*>(bytes.data()), std::min<std::size_t>(bytes.size(), 4096));
   if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
   const std::size_t first = text.find_first_not_of(" \t\r\n");
@@ -44,7 +46,7 @@ bool LooksLikeSvg(const std::vector<std::uint8_t>& bytes) {
   return text.find("<svg") != std::string_view::npos;
 }
 
-Format Identify(const std::vector<std::uint8_t>& bytes) {
+Format Identify(std::span<const std::uint8_t> bytes) {
   using namespace std::string_view_literals;
   if (StartsWith(bytes, "\x89PNG\r\n\x1A\n"sv)) return Format::Png;
   if (StartsWith(bytes, "BM"sv)) return Format::Bmp;
@@ -54,19 +56,12 @@ Format Identify(const std::vector<std::uint8_t>& bytes) {
       StartsWith(bytes, "MM\0+"sv))
     return Format::Tiff;
   if (StartsWith(bytes, "\0\0\1\0"sv) && bytes.size() >= 6 && (bytes[4] | bytes[5]) != 0) return Format::Ico;
+  // An enhanced metafile starts with its header record (type 1) and has " EMF" at byte 40.
+  if (bytes.size() >= 44 && bytes[0] == 1 && bytes[1] == 0 && bytes[2] == 0 && bytes[3] == 0 &&
+      std::memcmp(bytes.data() + 40, " EMF", 4) == 0)
+    return Format::Emf;
   if (LooksLikeSvg(bytes)) return Format::Svg;
   return Format::Unknown;
-}
-
-const char* NotYetSupported(Format format) {
-  switch (format) {
-    case Format::Jpeg: return "JPEG";
-    case Format::Gif: return "GIF";
-    case Format::Tiff: return "TIFF";
-    case Format::Ico: return "ICO";
-    case Format::Svg: return "SVG";
-    default: return nullptr;
-  }
 }
 
 // Reads the whole file; on failure `error` holds the reason without the file name.
@@ -119,30 +114,48 @@ bool ReadWholeFile(const std::string& path, std::vector<std::uint8_t>& bytes, st
 }  // namespace
 
 bool PlatformImageCodecs::Load(const std::string& path, Bitmap& out, std::string& error) {
-  const std::string prefix = NameOf(path) + ": ";
+  return Load(path, LoadOptions{}, out, error);
+}
+
+bool PlatformImageCodecs::Load(const std::string& path, const LoadOptions& options, Bitmap& out,
+                               std::string& error) {
   std::vector<std::uint8_t> bytes;
   std::string reason;
   if (!ReadWholeFile(path, bytes, reason)) {
-    error = prefix + reason;
+    error = NameOf(path) + ": " + reason;
     return false;
   }
-  const Format format = Identify(bytes);
+  return LoadFromMemory(bytes.data(), bytes.size(), NameOf(path), options, out, error);
+}
+
+bool PlatformImageCodecs::LoadFromMemory(const std::uint8_t* data, std::size_t size, const std::string& name,
+                                         const LoadOptions& options, Bitmap& out, std::string& error) const {
+  const std::span<const std::uint8_t> bytes(data, size);
+  std::string reason;
   bool ok = false;
-  switch (format) {
-    case Format::Png:
-      ok = PngCodec::Decode(bytes.data(), bytes.size(), out, reason);
-      break;
-    case Format::Bmp:
-      ok = BmpDecoder::Decode(bytes.data(), bytes.size(), out, reason);
-      break;
-    case Format::Unknown:
-      reason = "the file is not a PNG or BMP picture";
-      break;
-    default:
-      reason = std::string(NotYetSupported(format)) + " pictures are not supported yet";
-      break;
+  if (size == 0) {
+    reason = "the file is empty";
+  } else {
+    switch (Identify(bytes)) {
+      case Format::Png: ok = PngCodec::Decode(data, size, out, reason, maxPixels_); break;
+      case Format::Bmp: ok = BmpDecoder::Decode(data, size, out, reason, maxPixels_); break;
+      case Format::Jpeg: ok = DecodeJpeg(data, size, out, reason, maxPixels_); break;
+      case Format::Gif: ok = DecodeGif(data, size, out, reason, maxPixels_); break;
+      case Format::Tiff: ok = DecodeTiff(data, size, out, reason, maxPixels_); break;
+      case Format::Ico: ok = DecodeIco(data, size, out, reason, maxPixels_); break;
+      case Format::Svg:
+        ok = RenderSvg(data, size, options.svgWidth, options.svgHeight, out, reason, maxPixels_);
+        break;
+      case Format::Emf:
+        reason = "this is an EMF picture, and there is no EMF player on this platform; "
+                 "save it as PNG, BMP or SVG and import that";
+        break;
+      case Format::Unknown:
+        reason = "the file is not a picture of a known kind (BMP, PNG, JPEG, GIF, TIFF, ICO or SVG)";
+        break;
+    }
   }
-  if (!ok) error = prefix + reason;
+  if (!ok) error = name + ": " + reason;
   return ok;
 }
 

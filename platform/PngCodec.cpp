@@ -152,11 +152,12 @@ std::string DescribeReadFailure(const Failure& failure) {
 
 }  // namespace
 
-bool PngCodec::Decode(const std::uint8_t* data, std::size_t size, Bitmap& out, std::string& error) {
+bool PngCodec::Decode(const std::uint8_t* data, std::size_t size, Bitmap& out, std::string& error,
+                      std::int64_t maxPixels) {
   // Check the declared size ourselves first: libpng's own limit message is less clear, and it
   // has no limit on the number of pixels.
   if (size >= 24 && std::memcmp(data + 12, "IHDR", 4) == 0) {
-    const std::string reason = CheckPictureSize(BigEndian32(data + 16), BigEndian32(data + 20));
+    const std::string reason = CheckPictureSize(BigEndian32(data + 16), BigEndian32(data + 20), maxPixels);
     if (!reason.empty()) {
       error = reason;
       return false;
@@ -180,7 +181,7 @@ bool PngCodec::Decode(const std::uint8_t* data, std::size_t size, Bitmap& out, s
     error = DescribeReadFailure(job.failure);
     return false;
   }
-  if (const std::string reason = CheckPictureSize(job.width, job.height); !reason.empty()) {
+  if (const std::string reason = CheckPictureSize(job.width, job.height, maxPixels); !reason.empty()) {
     error = reason;
     return false;
   }

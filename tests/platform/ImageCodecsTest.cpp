@@ -490,14 +490,7 @@ TEST(ImageLoading, BadInputFailsWithAMessageAndLeavesTheBitmapAlone) {
   };
   std::vector<Case> cases = {
       {"empty", {}, "pic.dat: the file is empty"},
-      {"text", Bytes{'h', 'e', 'l', 'l', 'o', '\n'}, "pic.dat: the file is not a PNG or BMP picture"},
-      {"JPEG", Bytes{0xFF, 0xD8, 0xFF, 0xE0, 0, 16, 'J', 'F', 'I', 'F'},
-       "pic.dat: JPEG pictures are not supported yet"},
-      {"GIF", Bytes{'G', 'I', 'F', '8', '9', 'a', 1, 0, 1, 0}, "pic.dat: GIF pictures are not supported yet"},
-      {"TIFF", Bytes{'M', 'M', 0, '*', 0, 0, 0, 8}, "pic.dat: TIFF pictures are not supported yet"},
-      {"ICO", Bytes{0, 0, 1, 0, 1, 0, 16, 16}, "pic.dat: ICO pictures are not supported yet"},
-      {"SVG", Bytes{' ', '<', '?', 'x', 'm', 'l', '?', '>', '<', 's', 'v', 'g', '>'},
-       "pic.dat: SVG pictures are not supported yet"},
+      {"text", Bytes{'h', 'e', 'l', 'l', 'o', '\n'}, "pic.dat: the file is not a picture of a known kind"},
       {"BMP 100000 x 100000", BmpHeaderOnly(100000, 100000),
        "pic.dat: the picture is too large (100000 x 100000 pixels"},
       {"BMP 20000 x 20000", BmpHeaderOnly(20000, -20000), "pic.dat: the picture is too large (20000 x 20000 pixels"},
