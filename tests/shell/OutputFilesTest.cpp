@@ -64,6 +64,7 @@ TEST(OutputNaming, ExtensionByOutputKindAndLanguage) {
       {OutputKind::Bits8, {"Asmf"}, nullptr, "NewBitmap.asm"},
       // Several switches on: assembler, library, BASIC, C is the order of precedence.
       {OutputKind::Bits8, {"cfil", "Asmf"}, nullptr, "NewBitmap.asm"},
+      {OutputKind::Bits8, {"libf", "Asmf"}, nullptr, "NewBitmap.asm"},
       {OutputKind::Bits8, {"cfil", "basf", "libf"}, "x", "NewBitmap.x"},
       {OutputKind::Bits8, {"cfil", "basf"}, nullptr, "NewBitmap.bas"},
       // The machine outputs win over any language.
