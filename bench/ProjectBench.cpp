@@ -29,11 +29,17 @@ std::string SavedProject(rm::Application& app) {
   return path;
 }
 
-void ProjectReadWhole(benchmark::State& state) {
+struct BenchProgram {
   rmbench::QuietUi ui;
-  rm::FixedClock clock(1700000000);
-  rm::Application app(ui, clock);
-  const std::string path = SavedProject(app);
+  rm::FixedClock clock{1700000000};
+  rm::Application app{ui, clock};
+  std::string path = SavedProject(app);
+};
+
+void ProjectReadWhole(benchmark::State& state) {
+  BenchProgram p;
+  rm::Application& app = p.app;
+  const std::string& path = p.path;
   for (auto _ : state) {
     rm::IniFile file;
     file.Load(path);
@@ -45,10 +51,9 @@ void ProjectReadWhole(benchmark::State& state) {
 }
 
 void ProjectWriteWhole(benchmark::State& state) {
-  rmbench::QuietUi ui;
-  rm::FixedClock clock(1700000000);
-  rm::Application app(ui, clock);
-  const std::string path = SavedProject(app);
+  BenchProgram p;
+  rm::Application& app = p.app;
+  const std::string& path = p.path;
   for (auto _ : state) {
     // As SaveConfigurationX does it: the file as it stands, updated in place, replaced whole.
     rm::IniFile file;

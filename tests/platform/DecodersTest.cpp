@@ -292,6 +292,14 @@ Bytes PatchTiffTag(Bytes tiff, std::uint16_t tag, std::uint32_t value) {
 
 // ---- ICO ----
 
+// One pixel as a DIB stores it. (push_back rather than an insert of a list: GCC 12's optimiser
+// takes the latter on an empty vector for an overflow.)
+void PushBgr(Bytes& b, Colour c) {
+  b.push_back(static_cast<std::uint8_t>(rm::BlueOf(c)));
+  b.push_back(static_cast<std::uint8_t>(rm::GreenOf(c)));
+  b.push_back(static_cast<std::uint8_t>(rm::RedOf(c)));
+}
+
 void Put16(Bytes& b, std::uint32_t v) {
   b.push_back(v & 0xFF);
   b.push_back((v >> 8) & 0xFF);
@@ -321,7 +329,8 @@ Bytes MakeIconDib(int width, int height, int bitCount) {
   if (bitCount == 8)
     for (int i = 0; i < 256; ++i) {
       const Colour c = i < width * height ? IconColour(i % width, i / width) : rm::kBlack;
-      dib.insert(dib.end(), {std::uint8_t(rm::BlueOf(c)), std::uint8_t(rm::GreenOf(c)), std::uint8_t(rm::RedOf(c)), 0});
+      PushBgr(dib, c);
+      dib.push_back(0);
     }
   for (int y = height - 1; y >= 0; --y) {
     Bytes row;
@@ -331,7 +340,7 @@ Bytes MakeIconDib(int width, int height, int bitCount) {
         row.push_back(static_cast<std::uint8_t>(y * width + x));
         continue;
       }
-      row.insert(row.end(), {std::uint8_t(rm::BlueOf(c)), std::uint8_t(rm::GreenOf(c)), std::uint8_t(rm::RedOf(c))});
+      PushBgr(row, c);
       if (bitCount == 32) row.push_back(static_cast<std::uint8_t>(IconAlpha(x, y)));
     }
     row.resize((row.size() + 3) / 4 * 4);

@@ -13,19 +13,7 @@ namespace fs = std::filesystem;
 using rmtest::TestProgram;
 
 // A home of its own for each test: RASTERMILL_HOME points at a fresh folder.
-class Folders : public ::testing::Test {
- protected:
-  void SetUp() override {
-    home_ = rmtest::MakeTempDir();
-    setenv("RASTERMILL_HOME", home_.c_str(), 1);
-  }
-  void TearDown() override {
-    unsetenv("RASTERMILL_HOME");
-    fs::remove_all(home_);
-  }
-  std::string Inits() const { return home_ + "/Documents/Rastermill inits " + rm::ProgramVersionTag() + "/"; }
-  std::string home_;
-};
+class Folders : public rmtest::HomeTest {};
 
 TEST_F(Folders, FirstRunCreatesEverythingThenTheNextRunReadsThePointer) {
   TestProgram first;

@@ -35,18 +35,12 @@ Lines Said(const rmtest::ScriptedUi& ui) {
 }
 
 // A home of its own for each test, and programs started in it the way the desktop starts.
-class Projects : public ::testing::Test {
+class Projects : public rmtest::HomeTest {
  protected:
-  void SetUp() override {
-    home_ = rmtest::MakeTempDir();
-    setenv("RASTERMILL_HOME", home_.c_str(), 1);
-  }
   void TearDown() override {
     Release();
-    unsetenv("RASTERMILL_HOME");
-    fs::remove_all(home_);
+    HomeTest::TearDown();
   }
-  std::string Inits() const { return home_ + "/Documents/Rastermill inits " + rm::ProgramVersionTag() + "/"; }
 
   // `saved`: the default project is on disk, as after the first quit.
   std::unique_ptr<TestProgram> Start(bool saved = true) {
@@ -79,7 +73,6 @@ class Projects : public ::testing::Test {
     held_ = -1;
   }
 
-  std::string home_;
   int held_ = -1;
 };
 

@@ -16,16 +16,8 @@ using rmtest::TestProgram;
 using Lines = std::vector<std::string>;
 
 // Each test has a home of its own; programs started in it share one single-instance lock.
-class QuitAndStart : public ::testing::Test {
+class QuitAndStart : public rmtest::HomeTest {
  protected:
-  void SetUp() override {
-    home_ = rmtest::MakeTempDir();
-    setenv("RASTERMILL_HOME", home_.c_str(), 1);
-  }
-  void TearDown() override {
-    unsetenv("RASTERMILL_HOME");
-    fs::remove_all(home_);
-  }
   static StartOutcome Start(TestProgram& p, bool singleInstance = true) {
     rm::StartOptions o;
     o.singleInstance = singleInstance;
@@ -40,7 +32,6 @@ class QuitAndStart : public ::testing::Test {
       if (it->rfind("Message :", 0) != 0) steps.push_back(*it);
     return steps;
   }
-  std::string home_;
 };
 
 TEST_F(QuitAndStart, StartReadsTheSettingsAndMakesTheWindowsInOrder) {

@@ -26,17 +26,8 @@ struct Program {
   explicit Program(SteppingClock& c) : clock(c) {}
 };
 
-class SettingsUpkeep : public ::testing::Test {
+class SettingsUpkeep : public rmtest::HomeTest {
  protected:
-  void SetUp() override {
-    home_ = rmtest::MakeTempDir();
-    setenv("RASTERMILL_HOME", home_.c_str(), 1);
-  }
-  void TearDown() override {
-    unsetenv("RASTERMILL_HOME");
-    fs::remove_all(home_);
-  }
-  std::string home_;
   SteppingClock clock_;
 };
 

@@ -1,5 +1,10 @@
 #include "support/ShellTestSupport.h"
 
+#include <cstdlib>
+#include <filesystem>
+
+#include "shell/Folders.h"
+
 namespace rmtest {
 
 std::vector<std::string> TestProgram::TableLines() const {
@@ -31,6 +36,20 @@ rm::Bitmap PatternPicture(int w, int h, const std::vector<rm::Colour>& colours, 
       b.SetPixel(x, y, colours[(seed >> 16) % colours.size()]);
     }
   return b;
+}
+
+void HomeTest::SetUp() {
+  home_ = MakeTempDir();
+  setenv("RASTERMILL_HOME", home_.c_str(), 1);
+}
+
+void HomeTest::TearDown() {
+  unsetenv("RASTERMILL_HOME");
+  std::filesystem::remove_all(home_);
+}
+
+std::string HomeTest::Inits() const {
+  return home_ + "/Documents/Rastermill inits " + rm::ProgramVersionTag() + "/";
 }
 
 }  // namespace rmtest

@@ -1,4 +1,6 @@
 #pragma once
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <string>
 
@@ -39,6 +41,16 @@ struct TestProgram {
     if (t.size() < 2) return {};
     return std::vector<std::string>(t.begin() + 1, t.end() - 1);
   }
+};
+
+// A test with a home folder of its own: RASTERMILL_HOME points at a fresh folder, removed after.
+class HomeTest : public ::testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+  // The inits folder the program finds in this home.
+  std::string Inits() const;
+  std::string home_;
 };
 
 // A picture whose pixels cycle through `colours` in a fixed pseudo-random order.
