@@ -33,6 +33,7 @@ void TPixelForm::FormRedraw(int width, int height) {
 
 void TPixelForm::FloatSelection(const Bitmap& picture, int left, int top) {
   SelectionBitmap = picture;
+  SelectionOriginal = picture;
   SelectionLeft = left;
   SelectionTop = top;
   FloatingSelection = true;
@@ -54,6 +55,7 @@ void TPixelForm::PasteSelection() {
 
 void TPixelForm::DiscardSelection() {
   SelectionBitmap = Bitmap();
+  SelectionOriginal = Bitmap();
   SelectionLeft = SelectionTop = 0;
   FloatingSelection = false;
 }

@@ -1,5 +1,7 @@
 #pragma once
 #include "engine/Bitmap.h"
+#include "engine/ConversionSession.h"
+#include "engine/UiPort.h"
 
 namespace rm {
 
@@ -7,7 +9,8 @@ namespace rm {
 // floating selection that may lie over it.
 class TPixelForm {
  public:
-  TPixelForm() : WorkBitmap(128, 64, kWhite) {}
+  // The canvas asks the user through `ui` and reads the colour mode and palette of `session`.
+  TPixelForm(UiPort& ui, ConversionSession& session) : ui_(ui), session_(session), WorkBitmap(128, 64, kWhite) {}
 
   int MatrixWidth() const { return WorkBitmap.Width(); }
   int MatrixHeight() const { return WorkBitmap.Height(); }
@@ -32,6 +35,15 @@ class TPixelForm {
   void PasteSelection();
   void DiscardSelection();
 
+  // ---- Canvas model: view, zoom, history and Image Collection ----
+
+  // ---- end of the canvas model ----
+
+ private:
+  UiPort& ui_;
+  ConversionSession& session_;
+
+ public:
   Bitmap WorkBitmap;
   Colour BackgroundColour = kWhite;
   bool FloatingSelection = false;
@@ -40,6 +52,18 @@ class TPixelForm {
   int SelectionTop = 0;
   bool SelectionReducedToBW = true;
   bool ColourPickerActive = false;
+  // The floating selection as it was imported or cut, before any threshold or dither: the
+  // threshold slider always starts again from it.
+  Bitmap SelectionOriginal;
+
+  // ---- Reduction to the mode's colours: threshold, dither, palette ----
+  // Decides what the floating selection needs in the current colour mode: in monochrome it
+  // raises ThresholdPending when the selection holds other colours than black and white; in the
+  // other modes it reduces the selection to the mode's colours.
+  void CheckColorsSelection(bool showMessages);
+  bool ThresholdPending = false;
+  bool DitherDone = false;
+  // ---- end of the reduction ----
 };
 
 }  // namespace rm

@@ -130,6 +130,7 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
   }
 
   PlatformImageCodecs codecs;
+  app.codecs = &codecs;
   Bitmap picture;
   std::string error;
   if (!codecs.Load(o.input, picture, error)) return Fail(error);

@@ -12,6 +12,7 @@ Application::Application(UiPort& u, Clock& c)
       programUi(*this, u),
       ui(programUi),
       clock(c),
+      pixelForm(programUi, session),
       encoder(session, mainText, auxLines, hex, programUi),
       mainForm(*this),
       imageForm(*this),

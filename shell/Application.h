@@ -72,6 +72,9 @@ class Application {
   TLogWindowForm logWindow;
 
   // ---- Special modes and start ----
+  // The picture decoders, given by the front end (the platform layer); none in a bare program.
+  ImageCodecs* codecs = nullptr;
+
   TextLines batchText;        // the batch editor's lines, saved as Globals::BatchFileName
   InstanceLock instanceLock;  // held from the start to the quit of the desktop program
 };

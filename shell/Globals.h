@@ -121,6 +121,18 @@ struct Globals {
   int AnimationSpeed = 200;
   std::string FillerText = "0AA";  // the filler byte, in hexadecimal
   int FillerValue = 0;
+
+  // ---- Work Canvas view ----
+
+  // ---- end of the Work Canvas view ----
+
+  // ---- Graphics import ----
+
+  // ---- end of graphics import ----
+
+  // ---- Threshold and dithering ----
+
+  // ---- end of threshold and dithering ----
 };
 
 }  // namespace rm

@@ -1,6 +1,8 @@
 #pragma once
 #include <string>
 
+#include "engine/Bitmap.h"
+
 namespace rm {
 
 class Application;
@@ -19,6 +21,17 @@ class TExploForm2 {
 
   // The header template's edit mode, a toggle: the mode's flags and menus.
   void EditHeaderButtonClick();
+
+  // ---- The graphic preview of the explorer: load, crop, turns, export ----
+
+  // ---- end of the preview ----
+
+  // ---- Dithering in the preview ----
+  // On after the preview was dithered: the import then reduces the picture the same way.
+  bool PreviewDithered = false;
+  // Reduces an imported picture as the preview was reduced, when it was.
+  void DitherBitmap(Bitmap& bitmap);
+  // ---- end of dithering in the preview ----
 
  private:
   Application& app_;

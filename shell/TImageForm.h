@@ -11,6 +11,14 @@ class TImageForm {
   // The Convert command. False when it stopped before or during the conversion.
   bool EncodeButtonClick();
 
+  // ---- Canvas view commands: zoom, history, Image Collection ----
+
+  // ---- end of the canvas view commands ----
+
+  // ---- Threshold slider and dithering commands ----
+
+  // ---- end of the threshold and dithering commands ----
+
  private:
   Application& app_;
 };

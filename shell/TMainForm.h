@@ -197,6 +197,12 @@ class TMainForm {
   void FormClose();
   bool SavebitmapClick();
 
+  // ---- Graphics import (Import.cpp) ----
+  // Checks a picture file and imports it as a floating selection over the Work Canvas. False
+  // when the file was refused or the import cancelled; the canvas is then as it was.
+  bool OpenPic(const std::string& fileName);
+  // ---- end of graphics import ----
+
   // The main window's creation: settings are read here. False when another instance of the
   // desktop program runs; then nothing has been read.
   bool FormCreate(bool singleInstance);

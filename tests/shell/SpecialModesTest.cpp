@@ -302,7 +302,8 @@ TEST(SelectionLayer, PasteClipsAtEveryEdge) {
   // A 4x4 layer pasted on a 6x5 canvas at each of these places.
   const std::pair<int, int> places[] = {{1, 1}, {-2, 0}, {0, -3}, {4, 3}, {-4, 0}, {6, 0}, {-1, -1}};
   for (const auto& [left, top] : places) {
-    rm::TPixelForm canvas;
+    TestProgram p;
+    rm::TPixelForm& canvas = p.app.pixelForm;
     canvas.WorkBitmap = rm::Bitmap(6, 5);
     canvas.FloatSelection(rm::Bitmap(4, 4, rm::kBlack), left, top);
     canvas.PasteSelection();

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "engine/Bitmap.h"
+#include "platform/PlatformImageCodecs.h"
 #include "shell/Application.h"
 #include "support/TestSupport.h"
 
@@ -15,6 +16,8 @@ struct TestProgram {
   ScriptedUi ui;
   rm::FixedClock clock{1700000000};
   rm::Application app{ui, clock};
+  rm::PlatformImageCodecs codecs;
+  TestProgram() { app.codecs = &codecs; }
 
   // Mode first (on the blank canvas, so no question), then the picture. A bare table (no header,
   // comments or descriptors) unless `wholeFile`: most tests look at the data alone.
