@@ -52,7 +52,8 @@ int Fail(const std::string& text, int status = 1) {
 void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
   std::vector<std::string> modeNames;
   for (const auto& m : kColourModes) modeNames.emplace_back(m.cliName);
-  c.add_option("INPUT", o.input, "Picture to convert (PNG or BMP)")->required();
+  c.add_option("INPUT", o.input, "Picture to convert: PNG, BMP, JPEG, GIF (first frame), TIFF, ICO or SVG")
+      ->required();
   c.add_option("-o", o.output, "Write the Data Array to this file; '-' or no option prints it");
   c.add_option("--output", o.outputKind,
                "Output kind: text (default), bin (the bytes themselves) or hex (Intel HEX records); any other "
@@ -92,6 +93,26 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
       ->check(CLI::IsMember({4, 6, 8}));
   c.add_option("--hex-offset", o.hexOffset,
                "Intel HEX: address of the first byte, 1 to 8 hex digits, rounded down to a multiple of 16");
+  auto* size = c.add_option("--size", o.size,
+                             "Display size WxH (at most 1024x768), or 'project' for the project's display; "
+                             "without --size or --preset the display takes the picture's size");
+  c.add_option("--preset", o.preset, "Display size from the size menu's presets, e.g. 128x64")->excludes(size);
+  c.add_flag("--fit", o.fit,
+             "Resize a picture larger than the display to fit it, keeping its proportions; without it such a "
+             "picture is refused");
+  c.add_option("--angle", o.angle, "Turn the picture by this many degrees at import (0 to 360)")
+      ->check(CLI::Range(0.0, 360.0));
+  auto* threshold = c.add_option("--threshold", o.threshold,
+                                 "Black and white by the threshold slider at this position (0 to 255; 127 is the "
+                                 "middle): darker pixels become black")
+                        ->check(CLI::Range(0, 255));
+  c.add_option("--dither", o.dither, "Black and white by error diffusion")
+      ->check(CLI::IsMember({"floyd", "stucki", "sierra", "jajuni", "stevearche", "burkes", "nearest"}))
+      ->excludes(threshold);
+  c.add_option("--svg-size", o.svgSize, "Render an SVG drawing at WxH (default: the display size)");
+  c.add_flag("--picture-mode", o.pictureMode,
+             "Picture Mode: the display takes the picture's size and the colour mode is 16M colours")
+      ->excludes(size);
   c.add_flag("--no-info", o.noInfo, "With -o FILE, do not write the parameter file (FILE's name with .rtf) beside it");
 }
 

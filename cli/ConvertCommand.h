@@ -39,6 +39,15 @@ struct ConvertOptions {
   std::string templateFile;
   std::string project;  // a project file whose settings the conversion starts from
   bool saveSettings = false;  // write the settings back into the project after a good conversion
+  // The display and the way the picture meets it.
+  std::string size;        // "WxH", or "project" for the project's display; empty: the picture's size
+  std::string preset;      // one of the display size menu's presets, "WxH"
+  bool fit = false;        // resize a larger picture to fit, keeping its proportions
+  std::optional<double> angle;      // turn the picture by this many degrees at import
+  std::optional<int> threshold;     // black/white threshold slider position, 0 to 255
+  std::string dither;               // error diffusion kernel for black and white
+  std::string svgSize;              // "WxH": the size a drawing is rendered at
+  bool pictureMode = false;         // the display takes the picture's size, in 16M colours
 };
 
 void AddConvertOptions(CLI::App& command, ConvertOptions& options);
