@@ -367,3 +367,38 @@ TEST_F(Import, BmpWriterRoundTrip) {
 }
 
 }  // namespace
+
+namespace {
+
+// Interleaving sends row r to the output row that follows the pattern 0, H/2, 1, H/2 + 1, ...
+TEST(Interleave, WholeRowsToTheLeftAtAnyHeightToTheRightOnlyEven) {
+  struct Case {
+    rm::PagingDirection direction;
+    int height;
+    bool refused;
+  };
+  const Case cases[] = {
+      {rm::PagingDirection::ToLeftAll, 5, false},
+      {rm::PagingDirection::ToLeftAll, 4, false},
+      {rm::PagingDirection::ToRightAll, 4, false},
+      {rm::PagingDirection::ToRightAll, 5, true},
+      {rm::PagingDirection::ToRight, 4, true},
+      {rm::PagingDirection::Down, 8, true},
+  };
+  for (const Case& c : cases) {
+    TestProgram p;
+    Bitmap picture(8, c.height);
+    for (int x = 0; x < 8; ++x) picture.SetPixel(x, 1, rm::kBlack);  // row 1 lands on output row 2
+    p.Setup(1, picture);
+    p.app.mainForm.SetDirection(c.direction);
+    p.app.session.Interleaved = true;
+    p.ui.messages.clear();
+    ASSERT_TRUE(p.Convert());
+    const bool refused = !p.ui.messages.empty() &&
+                         p.ui.messages.back().text.rfind(" Interlaced only with not sliced horizontal", 0) == 0;
+    EXPECT_EQ(refused, c.refused) << static_cast<int>(c.direction) << " height " << c.height;
+    EXPECT_EQ(p.app.pixelForm.WorkBitmap, picture);  // the canvas itself is never reordered
+  }
+}
+
+}  // namespace
