@@ -196,6 +196,7 @@ bool TMainForm::AssignInPutBitmap() {
   ConversionSession& s = app_.session;
   TPixelForm& canvas = app_.pixelForm;
   const Bitmap& picture = g.ImportedBitmap;
+  g.ImageAdjustmentsEnabled = true;
 
   const bool inSelection = g.AllowImportInsideSelection && s.SelectionActive;
   int targetWidth = canvas.MatrixWidth(), targetHeight = canvas.MatrixHeight();
