@@ -147,6 +147,7 @@ bool TMainForm::ImportImageMDIChild(const std::string& fileName) {
                 "Loading a Graphic Error", 0, 4, 1);
     return false;
   }
+  g.ImportFileName = fileName;
   StatusBarAndLog("Import graphic file : " + fileName);
 
   const auto decode = [&](Bitmap& out) {

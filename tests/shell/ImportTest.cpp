@@ -238,6 +238,11 @@ TEST_F(Import, RotationSizeLimit) {
   EXPECT_TRUE(p.ui.messages.empty());
   EXPECT_EQ(g.ImportedBitmap.Width(), 3002);
   EXPECT_EQ(g.ImportedBitmap.Height(), 12);
+  g.ImportedBitmap = Bitmap(3000, 10, kGray);
+  p.app.mainForm.RotateImport();
+  EXPECT_TRUE(p.ui.messages.empty());
+  EXPECT_EQ(g.ImportedBitmap.Width(), 12);
+  EXPECT_EQ(g.ImportedBitmap.Height(), 3002);
 
   g.ImportAngle = "0";
   g.ImportedBitmap = Framed(5, 4);
