@@ -28,6 +28,13 @@ class ImageCodecs {
   }
   // Writes a 24 bit PNG through a temporary file and a rename.
   virtual bool SavePng(const Bitmap& bitmap, const std::string& path, std::string& error) = 0;
+  // Writes a 24 bit bottom-up BMP through a temporary file and a rename. A port without a BMP
+  // writer refuses with a message.
+  virtual bool SaveBmp(const Bitmap& bitmap, const std::string& path, std::string& error) {
+    (void)bitmap;
+    error = path + ": this program cannot write BMP files";
+    return false;
+  }
 };
 
 }  // namespace rm

@@ -17,6 +17,7 @@
 #include "platform/BmpDecoder.h"
 #include "platform/PictureDecoders.h"
 #include "platform/PngCodec.h"
+#include "engine/TextLines.h"
 
 namespace rm {
 namespace {
@@ -192,6 +193,58 @@ bool PlatformImageCodecs::SavePng(const Bitmap& bitmap, const std::string& path,
     error = prefix + reason;
   }
   return ok;
+}
+
+std::string PlatformImageCodecs::EncodeBmp(const Bitmap& bitmap) {
+  const std::uint32_t w = static_cast<std::uint32_t>(bitmap.Width());
+  const std::uint32_t h = static_cast<std::uint32_t>(bitmap.Height());
+  const std::uint32_t stride = (w * 3 + 3) & ~3u;  // rows are padded to whole 32 bit words
+  const std::uint32_t dataSize = stride * h;
+  std::string out(54 + static_cast<std::size_t>(dataSize), '\0');
+  auto put16 = [&](std::size_t at, std::uint32_t v) {
+    out[at] = static_cast<char>(v & 0xFF);
+    out[at + 1] = static_cast<char>((v >> 8) & 0xFF);
+  };
+  auto put32 = [&](std::size_t at, std::uint32_t v) {
+    put16(at, v & 0xFFFF);
+    put16(at + 2, v >> 16);
+  };
+  out[0] = 'B';
+  out[1] = 'M';
+  put32(2, 54 + dataSize);
+  put32(10, 54);        // pixels follow the two headers
+  put32(14, 40);        // BITMAPINFOHEADER
+  put32(18, w);
+  put32(22, h);         // positive: bottom-up
+  put16(26, 1);
+  put16(28, 24);
+  put32(34, dataSize);
+  put32(38, 3780);      // 96 dpi
+  put32(42, 3780);
+  for (std::uint32_t y = 0; y < h; ++y) {
+    const std::uint32_t* row = bitmap.Row(static_cast<int>(h - 1 - y));
+    std::size_t at = 54 + static_cast<std::size_t>(y) * stride;
+    for (std::uint32_t x = 0; x < w; ++x) {
+      const std::uint32_t c = row[x];  // 0x00BBGGRR; the file wants blue, green, red
+      out[at++] = static_cast<char>((c >> 16) & 0xFF);
+      out[at++] = static_cast<char>((c >> 8) & 0xFF);
+      out[at++] = static_cast<char>(c & 0xFF);
+    }
+  }
+  return out;
+}
+
+bool PlatformImageCodecs::SaveBmp(const Bitmap& bitmap, const std::string& path, std::string& error) {
+  if (bitmap.Empty()) {
+    error = NameOf(path) + ": an empty picture cannot be saved";
+    return false;
+  }
+  std::string reason;
+  if (!WriteFileAtomically(path, EncodeBmp(bitmap), &reason)) {
+    error = NameOf(path) + ": " + (reason.empty() ? "the file cannot be written" : reason);
+    return false;
+  }
+  return true;
 }
 
 }  // namespace rm

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/Bitmap.h"
 #include "engine/ClipUnit.h"
 #include "engine/InfoFile.h"
 
@@ -127,7 +128,28 @@ struct Globals {
   // ---- end of the Work Canvas view ----
 
   // ---- Graphics import ----
-
+  // The import settings.
+  std::string ImportAngle = "0";  // "Orientation Angle", 0 to 360
+  int ImportWidth = 0;            // the size a drawing (SVG) is rendered at; 0: the canvas size
+  int ImportHeight = 0;
+  bool AllowImportInsideSelection = false;  // fit into the chosen area rather than the canvas
+  bool UseFileNameAsArtworkName = false;
+  bool AlwaysResizeToFit = false;  // a picture too large is resized without asking
+  // The import in hand: the file, the picture as decoded (for "Reload Original Image") and the
+  // working copy that is turned and fitted.
+  std::string ImportFileName;
+  Bitmap InputBitmap;
+  Bitmap ImportedBitmap;
+  // Where the picture floats. Reset by each file import; a caller that places the picture
+  // itself sets ImportKeepsOffsets.
+  bool ImportKeepsOffsets = false;
+  int ImportOffsetX = 0;
+  int ImportOffsetY = 0;
+  bool DirectLoad = false;            // the picture is resized without asking and pasted at once
+  bool ImageAdjustmentsEnabled = true;  // off while a picture larger than the canvas floats
+  std::string ImportTargetSizeText;   // " Work Canvas Size = H : ..." of the last fit
+  // Recently opened files, newest first.
+  std::vector<std::string> RecentFiles;
   // ---- end of graphics import ----
 
   // ---- Threshold and dithering ----

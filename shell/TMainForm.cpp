@@ -316,9 +316,11 @@ void TMainForm::SetDataPerLine(int n) {
 bool TMainForm::InterleaveRows() {
   ConversionSession& s = app_.session;
   Bitmap& b = app_.pixelForm.WorkBitmap;
-  const bool horizontalAll = s.Direction == PagingDirection::ToLeftAll || s.Direction == PagingDirection::ToRightAll;
-  // Both whole-row directions need an even height: odd rows come from the lower half.
-  if (!horizontalAll || b.Height() % 2 != 0) {
+  // Only whole rows can be interleaved. To the right they must pair up (an even height); to the
+  // left an odd last row simply stays last.
+  const bool allowed = s.Direction == PagingDirection::ToLeftAll ||
+                       (s.Direction == PagingDirection::ToRightAll && b.Height() % 2 == 0);
+  if (!allowed) {
     app_.ui.MessageDlg(
         " Interlaced only with not sliced horizontal data direction scheme  \r and even number of vertical pixels",
         "Warning", DlgType::Warning, {"OK"});
