@@ -150,6 +150,9 @@ struct Globals {
   std::string ImportTargetSizeText;   // " Work Canvas Size = H : ..." of the last fit
   // Recently opened files, newest first.
   std::vector<std::string> RecentFiles;
+  // The display takes the size of each imported picture, as it stands after its turn, and keeps
+  // the colour mode: the command line's conversion of a picture "at its own size".
+  bool CanvasTakesPictureSize = false;
   // ---- end of graphics import ----
 
   // ---- Threshold and dithering ----

@@ -173,6 +173,11 @@ bool TMainForm::ImportImageMDIChild(const std::string& fileName) {
   app_.exploForm2.DitherBitmap(g.ImportedBitmap);
   if (g.UseFileNameAsArtworkName) app_.session.SourceFileName = name;
   RotateImport();
+  if (g.CanvasTakesPictureSize && !g.ImportedBitmap.Empty()) {
+    g.MatrixWidth = g.ImportedBitmap.Width();
+    g.MatrixHeight = g.ImportedBitmap.Height();
+    CanvasRedraw();
+  }
   return AssignInPutBitmap();
 }
 
