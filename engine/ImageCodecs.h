@@ -28,6 +28,13 @@ class ImageCodecs {
   }
   // Writes a 24 bit PNG through a temporary file and a rename.
   virtual bool SavePng(const Bitmap& bitmap, const std::string& path, std::string& error) = 0;
+  // Writes an uncompressed 24 bit BMP through a temporary file and a rename. A port without a
+  // writer refuses.
+  virtual bool SaveBmp(const Bitmap& bitmap, const std::string& path, std::string& error) {
+    (void)bitmap;
+    error = path + ": BMP files cannot be written here";
+    return false;
+  }
 };
 
 }  // namespace rm

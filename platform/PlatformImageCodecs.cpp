@@ -17,6 +17,7 @@
 #include "platform/BmpDecoder.h"
 #include "platform/PictureDecoders.h"
 #include "platform/PngCodec.h"
+#include "engine/TextLines.h"
 
 namespace rm {
 namespace {
@@ -192,6 +193,58 @@ bool PlatformImageCodecs::SavePng(const Bitmap& bitmap, const std::string& path,
     error = prefix + reason;
   }
   return ok;
+}
+
+}  // namespace rm
+
+namespace rm {
+
+bool PlatformImageCodecs::SaveBmp(const Bitmap& bitmap, const std::string& path, std::string& error) {
+  if (bitmap.Empty()) {
+    error = NameOf(path) + ": an empty picture cannot be saved";
+    return false;
+  }
+  // Uncompressed 24 bit, rows from the bottom up, each padded to a multiple of 4 bytes.
+  const std::uint32_t w = static_cast<std::uint32_t>(bitmap.Width());
+  const std::uint32_t h = static_cast<std::uint32_t>(bitmap.Height());
+  const std::uint32_t rowBytes = (w * 3 + 3) & ~3u;
+  const std::uint32_t imageBytes = rowBytes * h;
+  std::string data;
+  data.reserve(54 + imageBytes);
+  auto put = [&](std::uint32_t v, int bytes) {
+    for (int i = 0; i < bytes; ++i) data.push_back(static_cast<char>((v >> (8 * i)) & 0xFF));
+  };
+  data += "BM";
+  put(54 + imageBytes, 4);
+  put(0, 4);
+  put(54, 4);
+  put(40, 4);
+  put(w, 4);
+  put(h, 4);
+  put(1, 2);
+  put(24, 2);
+  put(0, 4);
+  put(imageBytes, 4);
+  put(3780, 4);  // 96 dpi
+  put(3780, 4);
+  put(0, 4);
+  put(0, 4);
+  for (std::uint32_t y = h; y-- > 0;) {
+    const std::uint32_t* row = bitmap.Row(static_cast<int>(y));
+    for (std::uint32_t x = 0; x < w; ++x) {
+      const Colour c = static_cast<Colour>(row[x]);
+      data.push_back(static_cast<char>(BlueOf(c)));
+      data.push_back(static_cast<char>(GreenOf(c)));
+      data.push_back(static_cast<char>(RedOf(c)));
+    }
+    data.append(rowBytes - w * 3, '\0');
+  }
+  std::string reason;
+  if (!WriteFileAtomically(path, data, &reason)) {
+    error = NameOf(path) + ": " + reason;
+    return false;
+  }
+  return true;
 }
 
 }  // namespace rm

@@ -22,6 +22,7 @@ class PlatformImageCodecs : public ImageCodecs {
   bool LoadFromMemory(const std::uint8_t* data, std::size_t size, const std::string& name,
                       const LoadOptions& options, Bitmap& out, std::string& error) const;
   bool SavePng(const Bitmap& bitmap, const std::string& path, std::string& error) override;
+  bool SaveBmp(const Bitmap& bitmap, const std::string& path, std::string& error) override;
 
  private:
   std::int64_t maxPixels_ = kMaxPicturePixels;
