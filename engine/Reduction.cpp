@@ -180,26 +180,33 @@ bool ConvertToMyColor(Bitmap& bitmap, std::vector<Colour> palette, int modeColou
   const auto start = std::chrono::steady_clock::now();
   std::sort(palette.begin(), palette.end());
   const std::size_t step = modeColours == 16 ? 4 : (modeColours == 256 || modeColours == 8) ? 2 : 1;
-  // The table of used colours, by value: first a mark per used colour, then its target. Walking
-  // it in index order lists the used colours in ascending order.
-  std::vector<std::int32_t> table(std::size_t{1} << 24, -1);
+  // The used colours in ascending order of value; a colour's rank in it picks its target.
+  std::vector<std::uint32_t> used;
+  used.reserve(static_cast<std::size_t>(bitmap.Width()) * bitmap.Height());
   for (int y = 0; y < bitmap.Height(); ++y) {
     const std::uint32_t* row = bitmap.Row(y);
-    for (int x = 0; x < bitmap.Width(); ++x) table[row[x] & 0xFFFFFFu] = 0;
+    for (int x = 0; x < bitmap.Width(); ++x) used.push_back(row[x] & 0xFFFFFFu);
   }
-  std::size_t i = 0;
-  for (std::int32_t& entry : table) {
-    if (entry < 0) continue;
-    entry = palette[std::min(i * step, palette.size() - 1)];
-    ++i;
-  }
+  std::sort(used.begin(), used.end());
+  used.erase(std::unique(used.begin(), used.end()), used.end());
+  auto targetOf = [&](std::uint32_t c) {
+    const std::size_t rank = static_cast<std::size_t>(std::lower_bound(used.begin(), used.end(), c) - used.begin());
+    return static_cast<std::uint32_t>(palette[std::min(rank * step, palette.size() - 1)]);
+  };
   for (int y = 0; y < bitmap.Height(); ++y) {
     if (ui.EscapePressed()) {
       ui.MessageDlg(" Processing interrupted by escape !", "Information", DlgType::Information, {"OK"});
       return false;
     }
     std::uint32_t* row = bitmap.Row(y);
-    for (int x = 0; x < bitmap.Width(); ++x) row[x] = static_cast<std::uint32_t>(table[row[x] & 0xFFFFFFu]);
+    std::uint32_t lastIn = 0xFFFFFFFFu, lastOut = 0;
+    for (int x = 0; x < bitmap.Width(); ++x) {
+      if (row[x] != lastIn) {
+        lastIn = row[x];
+        lastOut = targetOf(lastIn & 0xFFFFFFu);
+      }
+      row[x] = lastOut;
+    }
     ui.Progress(y + 1, bitmap.Height());
   }
   const auto ms =
