@@ -246,6 +246,8 @@ TPixelForm::PasteOutcome TPixelForm::PasteLayerButtonClick() {
     if (answer == "Cancel") {
       DiscardSelection();
       ThresholdPending = false;
+      ThresholdApplied = false;
+      SelectionOriginalGray = false;
       ThresholdOFF();
       ReductionRedraw();
       return PasteOutcome::Cancelled;
@@ -259,6 +261,7 @@ TPixelForm::PasteOutcome TPixelForm::PasteLayerButtonClick() {
   ThresholdPending = false;
   DitherDone = false;
   ThresholdApplied = false;
+  SelectionOriginalGray = false;
   SelectionReducedToBW = true;
   ThresholdOFF();
   ReductionRedraw();

@@ -264,6 +264,15 @@ TEST(ReductionMyColor, EscapeStopsBetweenRowsAndAnEmptyPaletteAtOnce) {
   EXPECT_EQ(untouched, before);
 }
 
+TEST(ReductionNearest, GrayFilterOnlyMakesGray) {
+  rm::NearestColour nearest;
+  nearest.SetPalette({0x000010, 0x100000, 0x001000, 0xFFFFFF});
+  Bitmap b(2, 1, rm::MakeColour(255, 0, 0));
+  rmtest::ScriptedUi ui;
+  ASSERT_TRUE(rm::ConvertToNearestColor(b, nearest, ui, "", true));
+  EXPECT_EQ(b.GetPixel(1, 0), rm::GrayColour(76));
+}
+
 TEST(ReductionCount, DistinctColoursIgnoringTheHighByte) {
   Bitmap b(4, 4, 0x010203);
   EXPECT_EQ(rm::CountColors(b), 1);
