@@ -1,9 +1,10 @@
 #pragma once
 #include <string>
+#include <vector>
 
 #include "engine/Bitmap.h"
-#include "engine/Reduction.h"
 #include "engine/ConversionSession.h"
+#include "engine/Reduction.h"
 #include "engine/UiPort.h"
 
 namespace rm {
