@@ -1,22 +1,271 @@
-// Reduction of the floating selection to the colours of the current mode.
+// Reduction of the floating selection to the colours of the current mode: the monochrome check
+// and threshold slider, dithering, and the gray and palette reductions.
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <string>
+
 #include "canvas/PixelGrid.h"
+#include "engine/NearestColour.h"
 
 namespace rm {
 
+namespace {
+
+bool IsGrayMode(int mode) { return mode >= 24 && mode <= 32; }
+bool IsGrayRampMode(int mode) { return mode >= 24 && mode <= 31; }
+
+bool OnlyBlackAndWhite(const Bitmap& b) {
+  for (int y = 0; y < b.Height(); ++y) {
+    const std::uint32_t* row = b.Row(y);
+    for (int x = 0; x < b.Width(); ++x)
+      if (row[x] != 0u && row[x] != 0xFFFFFFu) return false;
+  }
+  return true;
+}
+
+// The first pixel of [x0, x1) x [y0, y1) that is neither black nor white.
+bool FindColour(const Bitmap& b, int x0, int y0, int x1, int y1, Colour& found) {
+  x0 = std::max(x0, 0);
+  y0 = std::max(y0, 0);
+  x1 = std::min(x1, b.Width());
+  y1 = std::min(y1, b.Height());
+  for (int y = y0; y < y1; ++y) {
+    const std::uint32_t* row = b.Row(y);
+    for (int x = x0; x < x1; ++x)
+      if (row[x] != 0u && row[x] != 0xFFFFFFu) {
+        found = static_cast<Colour>(row[x]);
+        return true;
+      }
+  }
+  return false;
+}
+
+}  // namespace
+
+void TPixelForm::ReductionRedraw() {
+  // The canvas view composes the layers and redraws here; until it does, the selection's
+  // bitmaps are the whole state and nothing needs drawing.
+}
+
+std::vector<Colour> TPixelForm::ReductionTable() const {
+  switch (session_.ModeNumber) {
+    case 24: case 25: case 26: case 27: case 28: case 29: case 30: case 31: case 54: case 55:
+      return session_.ModeColours;
+    case 32: case 56: case 57: case 58: case 59: case 60: case 61:
+      return session_.PaletteTable;
+    default:
+      return {};
+  }
+}
+
+int TPixelForm::ReductionModeColours() const {
+  // The 16 bit mode counts 65535 colours but its table holds 65536.
+  return session_.NumberOfColors == 65535 ? 65536 : session_.NumberOfColors;
+}
+
 void TPixelForm::CheckColorsSelection(bool showMessages) {
-  (void)showMessages;
   ThresholdPending = false;
+  DitherDone = false;
+  ThresholdApplied = false;
+  SelectionOriginalGray = false;
   if (!FloatingSelection) return;
   if (session_.Monochrome) {
-    for (int y = 0; y < SelectionBitmap.Height() && !ThresholdPending; ++y) {
-      const std::uint32_t* row = SelectionBitmap.Row(y);
-      for (int x = 0; x < SelectionBitmap.Width(); ++x)
-        if (row[x] != 0u && row[x] != 0xFFFFFFu) {
-          ThresholdPending = true;
-          break;
-        }
+    CheckMonochrome();
+    return;
+  }
+  CheckGrayOrPalette(showMessages);
+}
+
+void TPixelForm::CheckMonochrome() {
+  // The part over the canvas first; a picture larger than the canvas can be dragged, so the rest
+  // of it counts as well.
+  Colour found = kWhite;
+  const bool colour =
+      FindColour(SelectionBitmap, -SelectionLeft, -SelectionTop, MatrixWidth() - SelectionLeft,
+                 MatrixHeight() - SelectionTop, found) ||
+      FindColour(SelectionBitmap, 0, 0, SelectionBitmap.Width(), SelectionBitmap.Height(), found);
+  SelectionReducedToBW = !colour;
+  if (!colour) return;
+  ThresholdPending = true;
+  PendingColour = found;
+  ThresholdON();
+  ui_.Status("Use trackbar, move and then paste selection...");
+}
+
+void TPixelForm::CheckGrayOrPalette(bool showMessages) {
+  const int mode = session_.ModeNumber;
+  if (session_.Colours16M || mode == 62 || mode == 63) return;
+  const std::vector<Colour> table = ReductionTable();
+  const int size = static_cast<int>(table.size());
+  if (size < 3) return;
+  Bitmap& sel = SelectionBitmap;
+
+  if (IsGrayMode(mode)) {
+    if (OnlyBlackAndWhite(sel)) return;
+    DoGrayscale(sel, false);
+    const int count = CountColors(sel);
+    bool reduce = false;
+    if (count <= size && showMessages)
+      reduce = ui_.MessageDlg("Convert or Reduce to Grayscale Palette \r" + std::to_string(count) + " gray levels",
+                              "Confirmation", DlgType::Confirmation, {"Convert", "Reduce"}) == "Reduce";
+    ReduceToPalette(sel, reduce);
+    ui_.Status(" Picture has been converted to " + std::to_string(CountColors(sel)) + " grey levels");
+    return;
+  }
+
+  const Bitmap before = sel;
+  const int colours = CountColors(sel);
+  // First stage: every colour onto the palette. A picture of many colours in the 256 colours
+  // mode is diffused onto it, so that gradients do not break into bands.
+  if (mode == 56 && colours >= 256) {
+    NearestColour nearest;
+    nearest.Configure(session_);
+    ConvertTo256Colors(sel, nearest);
+  } else if (!ReduceToPalette(sel, false)) {
+    return;
+  }
+  // Second stage: a picture with no more colours than the palette may be mapped one to one
+  // instead; the question is not worth asking for a handful of colours.
+  const int remaining = CountColors(sel);
+  bool mapped = false;
+  if (remaining > size) {
+    mapped = ConvertToMyColor(sel, table, ReductionModeColours(), ui_);
+  } else if (showMessages && colours >= 17 && colours <= size) {
+    const std::string answer =
+        ui_.MessageDlg("Convert or Reduce to Color Palette \r" + std::to_string(colours) + " colors",
+                       "Confirmation", DlgType::Confirmation, {"Convert", "Reduce"});
+    if (answer == "Reduce") {
+      sel = before;
+      mapped = ReduceToPalette(sel, true);
     }
   }
+  const int after = CountColors(sel);
+  if (mapped)
+    ui_.Status(" Picture has been converted from " + std::to_string(colours) + " to " + std::to_string(after) +
+               " colors");
+  else if (sel == before)
+    ui_.Status(" Picture has " + std::to_string(after) + " colors");
+  else
+    ui_.Status(" Picture has been converted to " + std::to_string(after) + " colors");
+  ReductionRedraw();
+}
+
+bool TPixelForm::ReduceToPalette(Bitmap& bitmap, bool reduce) {
+  const std::vector<Colour> table = ReductionTable();
+  if (table.size() < 3) return false;
+  if (reduce) return ConvertToMyColor(bitmap, table, ReductionModeColours(), ui_);
+  if (IsGrayRampMode(session_.ModeNumber)) {
+    // The colour search passes colours unchanged in the gray ramp modes; a gray picture is
+    // brought onto the ramp by the nearest level, the first entry winning a tie.
+    std::array<Colour, 256> level{};
+    for (int g = 0; g < 256; ++g) {
+      int best = 1 << 30;
+      for (Colour c : table) {
+        const int d = std::abs(GrayLevel(c) - g);
+        if (d < best) {
+          best = d;
+          level[static_cast<std::size_t>(g)] = c;
+        }
+      }
+    }
+    for (int y = 0; y < bitmap.Height(); ++y) {
+      std::uint32_t* row = bitmap.Row(y);
+      for (int x = 0; x < bitmap.Width(); ++x)
+        row[x] = static_cast<std::uint32_t>(level[static_cast<std::size_t>(GrayLevel(static_cast<Colour>(row[x])))]);
+    }
+    return true;
+  }
+  NearestColour nearest;
+  nearest.Configure(session_);
+  return ConvertToNearestColor(bitmap, nearest, ui_);
+}
+
+bool TPixelForm::ThresholdON() {
+  if (TransferLayerVisible) return false;
+  ThresholdVisible = true;
+  return true;
+}
+
+void TPixelForm::ThresholdOFF() { ThresholdVisible = false; }
+
+void TPixelForm::DoGrayscale(Bitmap& bitmap, bool partial) {
+  if (partial)
+    MakeGray(bitmap, -SelectionLeft, -SelectionTop, MatrixWidth() - SelectionLeft, MatrixHeight() - SelectionTop);
+  else
+    MakeGray(bitmap);
+}
+
+void TPixelForm::BalanceGreyScale() {
+  if (!FloatingSelection) return;
+  if (!SelectionOriginalGray) {
+    DoGrayscale(SelectionOriginal, false);
+    SelectionOriginalGray = true;
+  }
+  if (!session_.Monochrome) {
+    SelectionBitmap = SelectionOriginal;
+    ReductionRedraw();
+    return;
+  }
+  SelectionBitmap = Bitmap(SelectionOriginal.Width(), SelectionOriginal.Height(), kWhite);
+  // A selection standing off the top or left edge is read from its first pixel over the canvas.
+  const int offsetX = SelectionLeft < 0 ? -SelectionLeft : 0;
+  const int offsetY = SelectionTop < 0 ? -SelectionTop : 0;
+  ThresholdBlackPixels = ApplyThreshold(SelectionOriginal, SelectionBitmap, ThresholdLevel, offsetX, offsetY,
+                                        MatrixWidth(), MatrixHeight());
+  ThresholdApplied = true;
+  SelectionReducedToBW = true;
+  ReductionRedraw();
+}
+
+void TPixelForm::SelectionIsFullImage() {
+  FloatSelection(WorkBitmap, 0, 0);
+  SelectionOriginalGray = false;
+  ThresholdApplied = false;
+  DitherDone = false;
+}
+
+void TPixelForm::DitherSelectionBitmap() {
+  if (!FloatingSelection) return;
+  ui_.Status("Perform Dithering");
+  Dither(SelectionBitmap, ColorReductionChoice, DitherChoice);
+  ReductionRedraw();
+  if (ColorReductionChoice == ColorReduction::Monochrome) {
+    DitherDone = true;
+    SelectionReducedToBW = true;
+  }
+}
+
+TPixelForm::PasteOutcome TPixelForm::PasteLayerButtonClick() {
+  if (!FloatingSelection) return PasteOutcome::NothingToPaste;
+  if (session_.Monochrome && ThresholdPending && !DitherDone && !ThresholdApplied) {
+    const std::string answer = ui_.MessageDlg(
+        " Image conversion to monochrome has not been done !\r  \rPerform Dithering (AUTO-Conversion to Black and "
+        "White)\ror for MANUAL Conversion, move Threshold Slider located on top of Work Canvas ",
+        "Pending Image conversion", DlgType::Warning, {"Ok", "Cancel", "Dithering"});
+    if (answer == "Cancel") {
+      DiscardSelection();
+      ThresholdPending = false;
+      ThresholdApplied = false;
+      SelectionOriginalGray = false;
+      ThresholdOFF();
+      ReductionRedraw();
+      return PasteOutcome::Cancelled;
+    }
+    if (answer == "Dithering") {
+      DitherSelectionBitmap();
+      return PasteOutcome::Dithered;
+    }
+  }
+  PasteSelection();
+  ThresholdPending = false;
+  DitherDone = false;
+  ThresholdApplied = false;
+  SelectionOriginalGray = false;
+  SelectionReducedToBW = true;
+  ThresholdOFF();
+  ReductionRedraw();
+  return PasteOutcome::Pasted;
 }
 
 }  // namespace rm

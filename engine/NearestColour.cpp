@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <chrono>
+#include <limits>
 #include <string>
+
+#include "engine/Reduction.h"
 
 namespace rm {
 
@@ -98,6 +101,112 @@ void NearestColour::SetPalette(std::vector<Colour> palette) {
   std::sort(palette.begin(), palette.end());
   palette_ = std::move(palette);
   cache_.Clear();
+  const std::size_t n = palette_.size();
+  grids_ = {};
+  if (n / 4 >= kGridFrom) {
+    grids_[0].Build(palette_, 0, (n - 1) / 4);
+    grids_[1].Build(palette_, n / 4, (n - 1) / 2);
+    grids_[2].Build(palette_, n / 2, 3 * (n - 1) / 4);
+    grids_[3].Build(palette_, 3 * n / 4, n - 1);
+  }
+}
+
+namespace {
+
+int Component(Colour c, int axis) { return (c >> (8 * axis)) & 0xFF; }
+
+}  // namespace
+
+void NearestColour::QuarterGrid::Build(const std::vector<Colour>& palette, std::size_t first, std::size_t last) {
+  int hi[3] = {0, 0, 0};
+  for (int a = 0; a < 3; ++a) min_[a] = 255;
+  for (std::size_t i = first; i <= last; ++i)
+    for (int a = 0; a < 3; ++a) {
+      min_[a] = std::min(min_[a], Component(palette[i], a));
+      hi[a] = std::max(hi[a], Component(palette[i], a));
+    }
+  // About 16 cells a side over the box the quarter's colours fill.
+  for (int a = 0; a < 3; ++a) {
+    shift_[a] = 0;
+    while (((hi[a] - min_[a]) >> shift_[a]) >= 16) ++shift_[a];
+    cells_[a] = ((hi[a] - min_[a]) >> shift_[a]) + 1;
+  }
+  auto cellOf = [&](Colour c) {
+    std::size_t cell = 0;
+    for (int a = 2; a >= 0; --a) cell = cell * cells_[a] + ((Component(c, a) - min_[a]) >> shift_[a]);
+    return cell;
+  };
+  const std::size_t total = static_cast<std::size_t>(cells_[0]) * cells_[1] * cells_[2];
+  start_.assign(total + 1, 0);
+  for (std::size_t i = first; i <= last; ++i) ++start_[cellOf(palette[i]) + 1];
+  for (std::size_t c = 0; c < total; ++c) start_[c + 1] += start_[c];
+  entries_.assign(last - first + 1, 0);
+  std::vector<std::uint32_t> fill(start_.begin(), start_.end() - 1);
+  for (std::size_t i = first; i <= last; ++i) entries_[fill[cellOf(palette[i])]++] = static_cast<std::uint32_t>(i);
+}
+
+std::size_t NearestColour::QuarterGrid::Nearest(const std::vector<Colour>& palette, Colour c) const {
+  int q[3], qc[3];
+  for (int a = 0; a < 3; ++a) {
+    q[a] = Component(c, a);
+    qc[a] = std::clamp((q[a] - min_[a]) >> shift_[a], 0, cells_[a] - 1);
+    if (q[a] < min_[a]) qc[a] = 0;
+  }
+  int best = std::numeric_limits<int>::max();
+  std::size_t bestIndex = 0;
+  // The least squared distance from the colour to the colours a cell can hold on one axis.
+  auto gap = [&](int a, int cell) {
+    const int lo = min_[a] + (cell << shift_[a]);
+    const int hi = lo + (1 << shift_[a]) - 1;
+    const int d = q[a] < lo ? lo - q[a] : (q[a] > hi ? q[a] - hi : 0);
+    return d * d;
+  };
+  // Shells of cells around the colour's own, nearest first. A tie with a lower index may lie in
+  // a farther cell, so the search stops only once every unseen cell is strictly farther.
+  for (int r = 0;; ++r) {
+    bool covered = true;
+    int bound = std::numeric_limits<int>::max();
+    for (int a = 0; a < 3; ++a) {
+      if (qc[a] - r > 0) {
+        covered = false;
+        const int d = q[a] - (min_[a] + ((qc[a] - r) << shift_[a])) + 1;
+        bound = std::min(bound, d * d);
+      }
+      if (qc[a] + r < cells_[a] - 1) {
+        covered = false;
+        const int d = min_[a] + ((qc[a] + r + 1) << shift_[a]) - q[a];
+        bound = std::min(bound, d * d);
+      }
+    }
+    const int z0 = std::max(qc[2] - r, 0), z1 = std::min(qc[2] + r, cells_[2] - 1);
+    const int y0 = std::max(qc[1] - r, 0), y1 = std::min(qc[1] + r, cells_[1] - 1);
+    const int x0 = std::max(qc[0] - r, 0), x1 = std::min(qc[0] + r, cells_[0] - 1);
+    for (int z = z0; z <= z1; ++z) {
+      const int gz = gap(2, z);
+      if (gz > best) continue;
+      for (int y = y0; y <= y1; ++y) {
+        const int gy = gz + gap(1, y);
+        if (gy > best) continue;
+        const bool edgeZY = z == qc[2] - r || z == qc[2] + r || y == qc[1] - r || y == qc[1] + r;
+        for (int x = x0; x <= x1; ++x) {
+          // Only the cells of this shell; the inner ones were searched before.
+          if (!edgeZY && x != qc[0] - r && x != qc[0] + r) continue;
+          if (gy + gap(0, x) > best) continue;
+          const std::size_t cell = (static_cast<std::size_t>(z) * cells_[1] + y) * cells_[0] + x;
+          for (std::uint32_t k = start_[cell]; k < start_[cell + 1]; ++k) {
+            const std::size_t i = entries_[k];
+            const int d = Distance(c, palette[i]);
+            if (d < best || (d == best && i < bestIndex)) {
+              best = d;
+              bestIndex = i;
+            }
+          }
+        }
+      }
+    }
+    if (covered || bound > best) break;
+  }
+  return bestIndex;
 }
 
 Colour NearestColour::NearestColor(Colour c) {
@@ -127,6 +236,10 @@ Colour NearestColour::Search(Colour c) const {
     first = 3 * n / 4;
     last = n - 1;
   }
+  if (!grids_[0].Empty()) {
+    const int quarter = first == 0 ? 0 : first == n / 4 ? 1 : first == n / 2 ? 2 : 3;
+    return palette_[grids_[static_cast<std::size_t>(quarter)].Nearest(palette_, c)];
+  }
   int best = kNoColour;
   Colour found = c;
   for (std::size_t i = first; i <= last; ++i) {
@@ -140,9 +253,14 @@ Colour NearestColour::Search(Colour c) const {
   return found;
 }
 
-bool ConvertToNearestColor(Bitmap& bitmap, NearestColour& nearest, UiPort& ui, std::string_view name) {
+bool ConvertToNearestColor(Bitmap& bitmap, NearestColour& nearest, UiPort& ui, std::string_view name,
+                           bool grayFilter) {
   const bool quiet = IsFontTag(name);
   if (!quiet) ui.Status("Processing Color Conversion ...");
+  if (grayFilter) {
+    MakeGray(bitmap);
+    return true;
+  }
   if (nearest.PaletteSize() < 3) return false;
   const auto start = std::chrono::steady_clock::now();
   const int height = bitmap.Height();

@@ -1,4 +1,5 @@
 #pragma once
+#include <array>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -65,14 +66,35 @@ class NearestColour {
     int shift_ = 0;
   };
 
+  // A grid over one quarter of a large palette, so that a search looks at the few entries near
+  // the colour instead of the whole quarter, with the same answer as a walk through it.
+  class QuarterGrid {
+   public:
+    void Build(const std::vector<Colour>& palette, std::size_t first, std::size_t last);
+    // The lowest index of least distance in [first, last], as the walk finds it.
+    std::size_t Nearest(const std::vector<Colour>& palette, Colour c) const;
+    bool Empty() const { return entries_.empty(); }
+
+   private:
+    int min_[3] = {0, 0, 0};
+    int shift_[3] = {0, 0, 0};
+    int cells_[3] = {1, 1, 1};
+    std::vector<std::uint32_t> start_;    // per cell, into entries_; one more at the end
+    std::vector<std::uint32_t> entries_;  // palette indices, ascending within a cell
+  };
+  static constexpr std::size_t kGridFrom = 512;  // smaller quarters are walked
+
   std::vector<Colour> palette_;
+  std::array<QuarterGrid, 4> grids_;
   Cache cache_;
 };
 
 // Replaces every pixel of `bitmap` by `nearest.NearestColor(pixel)`, row by row, with progress and
 // Esc polled per row. Stops at once when colours would pass unchanged or the palette has fewer
 // than 3 entries. `name` "FONT" (any case) keeps the status line and log untouched, for glyphs.
-// Returns false when it did not run to the end.
-bool ConvertToNearestColor(Bitmap& bitmap, NearestColour& nearest, UiPort& ui, std::string_view name = {});
+// `grayFilter` is for the 8 bpp gray mode with a gray filter on: the picture is then only made
+// gray. Returns false when it did not run to the end.
+bool ConvertToNearestColor(Bitmap& bitmap, NearestColour& nearest, UiPort& ui, std::string_view name = {},
+                           bool grayFilter = false);
 
 }  // namespace rm

@@ -52,6 +52,10 @@ class TExploForm2 {
   bool PreviewDithered = false;
   // Reduces an imported picture as the preview was reduced, when it was.
   void DitherBitmap(Bitmap& bitmap);
+  // "Perform Dithering" on the preview: keeps the picture as original_image_x_x.bmp and the
+  // result as dithered_image_x_x.bmp in the Documents folder. False when a file could not be
+  // written (the user has been told); the preview is dithered all the same.
+  bool ConvertToDithered(Bitmap& preview);
   // ---- end of dithering in the preview ----
 
  private:

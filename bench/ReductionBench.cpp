@@ -1,0 +1,81 @@
+// Speed of the reductions an import runs: a photo onto the largest palette, and the dithers.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "bench/BenchSupport.h"
+#include "engine/NearestColour.h"
+#include "engine/Reduction.h"
+#include "shell/Application.h"
+
+namespace {
+
+// Smooth gradients with a little noise, as a camera gives them: hundreds of thousands of
+// distinct colours, neighbours alike but rarely equal.
+rm::Bitmap PhotoLike(int w, int h) {
+  rm::Bitmap b(w, h);
+  std::uint32_t seed = 2024;
+  for (int y = 0; y < h; ++y)
+    for (int x = 0; x < w; ++x) {
+      seed = seed * 1103515245u + 12345u;
+      const int noise = static_cast<int>((seed >> 16) % 17) - 8;
+      const double wave = 40.0 * std::sin(x / 37.0) * std::cos(y / 23.0);
+      const int r = std::clamp(x * 255 / w + noise, 0, 255);
+      const int g = std::clamp(static_cast<int>(y * 255 / h + wave) + noise / 2, 0, 255);
+      const int bl = std::clamp(static_cast<int>(128 + wave * 2) - noise, 0, 255);
+      b.SetPixel(x, y, rm::MakeColour(r, g, bl));
+    }
+  return b;
+}
+
+// The first import of a photo in the 262144 colours mode: the answers are not cached yet.
+void ReductionPhotoTo262144(benchmark::State& state) {
+  rmbench::QuietUi ui;
+  rm::FixedClock clock(0);
+  rm::Application app(ui, clock);
+  app.mainForm.SetColourMode(60, true);
+  const rm::Bitmap photo = PhotoLike(1024, 768);
+  for (auto _ : state) {
+    rm::Bitmap work = photo;
+    rm::NearestColour nearest;
+    nearest.Configure(app.session);
+    if (!rm::ConvertToNearestColor(work, nearest, ui)) state.SkipWithError("no palette");
+    benchmark::DoNotOptimize(work.Row(0));
+  }
+  state.counters["distinct_colours"] = rm::CountColors(photo);
+  state.counters["palette"] = static_cast<double>(app.session.PaletteTable.size());
+}
+
+void ReductionDither(benchmark::State& state, rm::ColorReduction reduction, rm::DitherMode mode) {
+  const rm::Bitmap photo = PhotoLike(1024, 768);
+  for (auto _ : state) {
+    rm::Bitmap work = photo;
+    rm::Dither(work, reduction, mode);
+    benchmark::DoNotOptimize(work.Row(0));
+  }
+}
+
+void ReductionMyColor(benchmark::State& state) {
+  rmbench::QuietUi ui;
+  rm::FixedClock clock(0);
+  rm::Application app(ui, clock);
+  app.mainForm.SetColourMode(60, true);
+  const rm::Bitmap photo = PhotoLike(1024, 768);
+  for (auto _ : state) {
+    rm::Bitmap work = photo;
+    rm::ConvertToMyColor(work, app.session.PaletteTable, 262144, ui);
+    benchmark::DoNotOptimize(work.Row(0));
+  }
+}
+
+}  // namespace
+
+BENCHMARK(ReductionPhotoTo262144)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ReductionDither, floyd_steinberg_mono, rm::ColorReduction::Monochrome,
+                  rm::DitherMode::FloydSteinberg)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ReductionDither, stevenson_arce_mono, rm::ColorReduction::Monochrome,
+                  rm::DitherMode::SteveArche)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ReductionDither, floyd_steinberg_gray, rm::ColorReduction::GrayScale,
+                  rm::DitherMode::FloydSteinberg)->Unit(benchmark::kMillisecond);
+BENCHMARK(ReductionMyColor)->Unit(benchmark::kMillisecond);
