@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <map>
+#include <sstream>
 
 #include "cli/CliNames.h"
 #include "cli/ProjectContext.h"
@@ -12,6 +13,7 @@
 #include "engine/HeaderTemplate.h"
 #include "engine/IntelHex.h"
 #include "engine/OutputNaming.h"
+#include "engine/Reduction.h"
 #include "engine/TextLines.h"
 #include "platform/PlatformImageCodecs.h"
 #include "shell/Application.h"
@@ -116,6 +118,85 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
   c.add_flag("--no-info", o.noInfo, "With -o FILE, do not write the parameter file (FILE's name with .rtf) beside it");
 }
 
+namespace {
+
+// Reads "WxH" with two positive numbers.
+bool ParseSize(const std::string& text, int& w, int& h) {
+  char x = 0, extra = 0;
+  return std::sscanf(text.c_str(), "%d%c%d%c", &w, &x, &h, &extra) == 3 && (x == 'x' || x == 'X') && w > 0 && h > 0;
+}
+
+// The display, then the picture through the program's own import: turned, fitted (or refused
+// when too large), floated over the canvas, reduced to the mode's colours as the desktop program
+// does, and pasted.
+int ImportPicture(Application& app, const ConvertOptions& o) {
+  Globals& g = app.globals;
+  TMainForm& main = app.mainForm;
+  int w = 0, h = 0;
+  if (o.pictureMode) {
+    if (!o.mode.empty()) return Fail("--picture-mode converts in 16M colours; it takes no --mode", 2);
+    if (!o.preset.empty()) return Fail("--picture-mode and --preset both choose the display", 2);
+    main.NoMatrix1Click();
+  } else if (!o.preset.empty()) {
+    if (!ParseSize(o.preset, w, h) || !TMainForm::IsMatrixPreset(w, h))
+      return Fail("--preset takes one of the size menu's presets as WxH, not \"" + o.preset + "\"", 2);
+    main.MatrixPresetClick(w, h);
+  } else if (o.size == "project") {
+    main.CanvasRedraw();
+  } else if (!o.size.empty()) {
+    if (!ParseSize(o.size, w, h)) return Fail("--size takes WxH or 'project', not \"" + o.size + "\"", 2);
+    if (w > 1024 || h > 768) return Fail("a display is at most 1024x768; " + o.size + " is larger", 2);
+    if (!main.UserMatrixClick(std::to_string(w), std::to_string(h)))
+      return Fail("the display size " + o.size + " does not fit the paging scheme of the mode (--yes turns the scheme)");
+  } else {
+    // Without a display size the picture sets it, as it stands after its turn.
+    g.CanvasTakesPictureSize = true;
+  }
+  if (o.angle) {
+    std::ostringstream angle;
+    angle << *o.angle;
+    g.ImportAngle = angle.str();
+  }
+  if (!o.svgSize.empty() && !ParseSize(o.svgSize, g.ImportWidth, g.ImportHeight))
+    return Fail("--svg-size takes WxH, not \"" + o.svgSize + "\"", 2);
+  if (o.fit) g.AlwaysResizeToFit = true;
+
+  TPixelForm& canvas = app.pixelForm;
+  if (!main.OpenPic(o.input)) {
+    if (!g.ImportTargetSizeText.empty() && g.ImportedBitmap.Width() > 0)
+      return Fail("the picture (" + std::to_string(g.ImportedBitmap.Width()) + "x" +
+                  std::to_string(g.ImportedBitmap.Height()) + ") is larger than the display (" +
+                  std::to_string(canvas.MatrixWidth()) + "x" + std::to_string(canvas.MatrixHeight()) +
+                  "); --fit resizes it");
+    return Fail(o.input + ": the picture was not imported");
+  }
+  g.CanvasTakesPictureSize = false;
+
+  const bool reduceToBW = o.threshold || !o.dither.empty();
+  if (reduceToBW && !app.session.Monochrome)
+    return Fail("--threshold and --dither make black and white: they need a monochrome mode", 2);
+  if (o.threshold) app.imageForm.BWAdjustementTool1BWTrackBarChange(*o.threshold, false);
+  if (!o.dither.empty()) {
+    static const std::map<std::string, DitherMode> kinds = {
+        {"nearest", DitherMode::Nearest}, {"floyd", DitherMode::FloydSteinberg}, {"stucki", DitherMode::Stucki},
+        {"sierra", DitherMode::Sierra},   {"jajuni", DitherMode::JaJuNi},         {"stevearche", DitherMode::SteveArche},
+        {"burkes", DitherMode::Burkes}};
+    canvas.DitherChoice = kinds.at(o.dither);
+    canvas.ColorReductionChoice = ColorReduction::Monochrome;
+    canvas.DitherSelectionBitmap();
+  }
+  // Without a threshold or a dither a picture of other colours is pasted as it stands, and only
+  // its pure black pixels set bits: say so, since that is rarely what a photograph wants.
+  if (app.session.Monochrome && canvas.ThresholdPending && !reduceToBW)
+    std::fprintf(stderr,
+                 "rastermill: note: the picture has colours other than black and white; only its pure black "
+                 "pixels set bits (--threshold or --dither converts it)\n");
+  canvas.PasteSelection();
+  return 0;
+}
+
+}  // namespace
+
 int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& interrupted, bool terminal) {
   ConvertOptions o = options;
   const bool kindNamed = o.outputKind == "text" || o.outputKind == "bin" || o.outputKind == "hex";
@@ -152,10 +233,8 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
 
   PlatformImageCodecs codecs;
   app.codecs = &codecs;
-  Bitmap picture;
   std::string error;
-  if (!codecs.Load(o.input, picture, error)) return Fail(error);
-  app.pixelForm.SetCanvas(picture);
+  if (const int status = ImportPicture(app, o); status != 0) return status;
   app.session.SourceFileName = BaseName(o.input);
   app.session.LastBitmapName = o.input;
   // The project's own template unless another is named.

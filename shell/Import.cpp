@@ -114,7 +114,8 @@ bool TMainForm::SVGPaint(const std::string& fileName, Bitmap& target, std::strin
   LoadOptions options;
   options.svgWidth = g.ImportWidth;
   options.svgHeight = g.ImportHeight;
-  if (options.svgWidth == 0 || options.svgHeight == 0) {
+  // A display that follows the picture gives a drawing no size: it renders at its own.
+  if ((options.svgWidth == 0 || options.svgHeight == 0) && !g.CanvasTakesPictureSize) {
     options.svgWidth = app_.pixelForm.MatrixWidth();
     options.svgHeight = app_.pixelForm.MatrixHeight();
   }

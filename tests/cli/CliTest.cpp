@@ -438,3 +438,104 @@ TEST_F(Cli, TemplateOptionFillsTheGivenTemplate) {
 }
 
 }  // namespace
+
+namespace {
+
+int SetBits(const std::string& bytes) {
+  int n = 0;
+  for (unsigned char c : bytes) n += __builtin_popcount(c);
+  return n;
+}
+
+}  // namespace
+
+TEST_F(Cli, DisplaySizeAndFitting) {
+  const std::string big = Png("big.png", Bitmap(256, 128, rm::kBlack));
+  const std::string small = Png("small.png", Bitmap(32, 16, rm::kBlack));
+  struct Case {
+    Args args;
+    int status;
+    std::size_t bytes;  // of the binary output; when refused, the text stderr names
+    int black;
+    std::string why;
+  };
+  const Case cases[] = {
+      // Without a size the display is the picture.
+      {{small}, 0, 64, 512, ""},
+      // A larger display: the picture lies at the top left, the rest stays white.
+      {{small, "--size", "64x32"}, 0, 256, 512, ""},
+      {{small, "--preset", "128x64"}, 0, 1024, 512, ""},
+      // A picture larger than the display is refused unless it may be resized (to 128 x 64).
+      {{big, "--preset", "128x64"}, 1, 0, 0, "--fit resizes it"},
+      {{big, "--preset", "128x64", "--fit"}, 0, 1024, 128 * 64, ""},
+      {{big, "--preset", "128x64", "--yes"}, 0, 1024, 128 * 64, ""},
+      {{small, "--preset", "100x100"}, 2, 0, 0, "presets"},
+      {{small, "--size", "2000x10"}, 2, 0, 0, "at most 1024x768"},
+      {{small, "--size", "64"}, 2, 0, 0, "--size takes WxH"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(Join(c.args));
+    const Result r = Run(Concat({"convert", "--mode", "mono", "--output", "bin"}, c.args));
+    EXPECT_EQ(r.status, c.status) << r.err;
+    if (c.status != 0) {
+      EXPECT_TRUE(Has(r.err, c.why)) << r.err;
+      continue;
+    }
+    EXPECT_EQ(r.out.size(), c.bytes);
+    EXPECT_EQ(SetBits(r.out), c.black);
+  }
+}
+
+TEST_F(Cli, ThresholdAndDitherMakeBlackAndWhite) {
+  // A uniform gray of 100: the slider at 100 leaves it white, at 101 makes it black.
+  const std::string gray = Png("gray.png", Bitmap(16, 8, rm::MakeColour(100, 100, 100)));
+  const std::string half = Png("half.png", Bitmap(64, 64, rm::MakeColour(128, 128, 128)));
+  struct Case {
+    Args args;
+    int black;  // -1: about half of the pixels
+  };
+  const Case cases[] = {
+      {{gray, "--threshold", "100"}, 0},
+      {{gray, "--threshold", "101"}, 128},
+      {{gray, "--threshold", "0"}, 0},
+      {{gray, "--dither", "nearest"}, 128},
+      // Without either only pure black sets bits.
+      {{gray}, 0},
+      {{half, "--dither", "floyd"}, -1},
+      {{half, "--dither", "burkes"}, -1},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(Join(c.args));
+    const Result r = Run(Concat({"convert", "--mode", "mono", "--output", "bin"}, c.args));
+    ASSERT_EQ(r.status, 0) << r.err;
+    if (c.black >= 0)
+      EXPECT_EQ(SetBits(r.out), c.black);
+    else
+      EXPECT_NEAR(SetBits(r.out), 64 * 64 / 2, 64);
+    EXPECT_EQ(Has(r.err, "only its pure black pixels"), c.args.size() == 1) << r.err;
+  }
+  ExpectRefused({"convert", gray, "--mode", "gray256", "--dither", "floyd"}, 2, "monochrome mode");
+  ExpectRefused({"convert", gray, "--threshold", "3", "--dither", "floyd"}, 2, "excludes");
+}
+
+TEST_F(Cli, AngleDrawingSizeAndPictureMode) {
+  const std::string bar = Png("bar.png", Bitmap(16, 8, rm::kBlack));
+  const auto bytesOf = [&](const Args& args) {
+    const Result r = Run(Concat({"convert", "--output", "bin"}, args));
+    EXPECT_EQ(r.status, 0) << Join(args) << r.err;
+    return r.out.size();
+  };
+  // Picture Mode converts in 16M colours at the picture's size; a quarter turn makes the picture
+  // 8 x 16 inside a margin of one pixel, and the display follows it.
+  const std::size_t plain = bytesOf({bar, "--picture-mode"});
+  ASSERT_EQ(plain % (16 * 8), 0u);
+  const std::size_t perPixel = plain / (16 * 8);
+  EXPECT_EQ(bytesOf({bar, "--mode", "c16m", "--angle", "90"}), perPixel * 10 * 18);
+  // A drawing renders at the size asked for.
+  const std::string svg = in_ + "/d.svg";
+  ASSERT_TRUE(rm::WriteFileAtomically(
+      svg, "<svg xmlns='http://www.w3.org/2000/svg' width='10' height='10'><rect width='10' height='10'/></svg>",
+      nullptr));
+  EXPECT_EQ(bytesOf({svg, "--mode", "mono", "--svg-size", "32x16"}), 32u * 16 / 8);
+  ExpectRefused({"convert", bar, "--picture-mode", "--mode", "mono"}, 2, "16M");
+}
