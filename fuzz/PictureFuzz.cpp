@@ -3,9 +3,11 @@
 // 24 bit colours, and a failure names the file and leaves the caller's bitmap as it was.
 #include <cstddef>
 #include <cstdint>
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 
+#include "engine/ImportGeometry.h"
 #include "platform/PlatformImageCodecs.h"
 
 namespace {
@@ -33,6 +35,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Check(error.empty());
     for (int y = 0; y < out.Height(); ++y)
       for (int x = 0; x < out.Width(); ++x) Check((out.Row(y)[x] & 0xFF000000u) == 0);
+    // What an import does next: the turn (small pictures, to keep the runs fast) and the fit
+    // into a display, which must land inside it.
+    if (static_cast<std::int64_t>(out.Width()) * out.Height() <= 65536) {
+      const rm::Bitmap turned = rm::RotateOnSquare(out, static_cast<double>(size % 361));
+      Check(turned.Width() >= 2 && turned.Height() >= 2);
+    }
+    const rm::PictureSize fit = rm::PropotionalResizeSize(out.Width(), out.Height(), 128, 64);
+    Check(fit.width >= 0 && fit.width <= std::max(128, out.Width()) && fit.height >= 0 &&
+          fit.height <= std::max(64, out.Height()));
+    const rm::Bitmap fitted = rm::StretchBitmap(out, std::min(fit.width, 128), std::min(fit.height, 64));
+    Check(fitted.Width() <= 128 && fitted.Height() <= 64);
   } else {
     Check(error.rfind("fuzz.bin: ", 0) == 0 && error.size() > 10);
     Check(out == before);
