@@ -123,6 +123,11 @@ struct Globals {
   int FillerValue = 0;
 
   // ---- Work Canvas view ----
+  // The sixteen custom display sizes; width 0 marks a free entry.
+  int CustomWidths[16] = {};
+  int CustomHeights[16] = {};
+  std::string LastArtworkPath;  // the picture "Reload Last Work Canvas Bitmap" opens
+  bool AnimationPlaying = false;  // the animation is being played: no undo
 
   // ---- end of the Work Canvas view ----
 
