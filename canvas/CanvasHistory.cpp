@@ -18,9 +18,11 @@ void DrawTopLeft(const Bitmap& from, Bitmap& to) {
 }  // namespace
 
 // Ten thousand full copies of a 1024 x 768 canvas would take 30 GB. Most edits touch a few rows,
-// so an entry holds its rows by shared pointer and takes over every row that is the same as in
-// the entry below it: an unchanged push costs one pointer per row, a local edit the rows it
-// touched. The index rules do not see this; an entry reads back as a whole bitmap.
+// so an entry is held as bands of 16 rows, and a band that is the same as in the entry below is
+// shared with it: an unchanged push costs one pointer per band, a local edit the bands it
+// touched. The changed bands of one push are copied into one block, as a single allocation is far
+// cheaper than one per band on fresh memory. The index rules do not see any of this; an entry
+// reads back as a whole bitmap.
 void TPixelForm::CopyCanvasToSaveTable() {
   CopyBitmapToCanvas();
   ++UndoIndex;
@@ -37,15 +39,32 @@ void TPixelForm::CopyCanvasToSaveTable() {
   SavedCanvas entry;
   entry.width = WorkBitmap.Width();
   entry.height = WorkBitmap.Height();
-  entry.rows.reserve(static_cast<std::size_t>(entry.height));
-  const std::size_t rowBytes = static_cast<std::size_t>(entry.width) * sizeof(std::uint32_t);
-  for (int y = 0; y < entry.height; ++y) {
-    const std::uint32_t* row = WorkBitmap.Row(y);
-    if (below && below->width == entry.width && y < below->height &&
-        std::memcmp(below->rows[static_cast<std::size_t>(y)]->data(), row, rowBytes) == 0)
-      entry.rows.push_back(below->rows[static_cast<std::size_t>(y)]);
+  const int bandCount = (entry.height + kBandRows - 1) / kBandRows;
+  const bool comparable = below && below->width == entry.width && below->height == entry.height;
+  auto bandPixels = [&](int b) {
+    return static_cast<std::size_t>(std::min(kBandRows, entry.height - b * kBandRows)) *
+           static_cast<std::size_t>(entry.width);
+  };
+  entry.bands.resize(static_cast<std::size_t>(bandCount));
+  std::size_t changed = 0;
+  for (int b = 0; b < bandCount; ++b) {
+    const std::size_t n = bandPixels(b);
+    const auto& old = comparable ? below->bands[static_cast<std::size_t>(b)] : nullptr;
+    if (old && std::memcmp(old.get(), WorkBitmap.Row(b * kBandRows), n * sizeof(std::uint32_t)) == 0)
+      entry.bands[static_cast<std::size_t>(b)] = old;
     else
-      entry.rows.push_back(std::make_shared<const std::vector<std::uint32_t>>(row, row + entry.width));
+      changed += n;
+  }
+  if (changed > 0) {
+    const std::shared_ptr<std::uint32_t[]> block(new std::uint32_t[changed]);
+    std::size_t at = 0;
+    for (int b = 0; b < bandCount; ++b) {
+      if (entry.bands[static_cast<std::size_t>(b)]) continue;
+      const std::size_t n = bandPixels(b);
+      std::memcpy(block.get() + at, WorkBitmap.Row(b * kBandRows), n * sizeof(std::uint32_t));
+      entry.bands[static_cast<std::size_t>(b)] = std::shared_ptr<const std::uint32_t>(block, block.get() + at);
+      at += n;
+    }
   }
   undoStack_.push_back(std::move(entry));
   UndoEnabled = UndoIndex > 0 && UndoIndex != UndoBase;
@@ -56,9 +75,10 @@ Bitmap TPixelForm::UndoEntry(int index) const {
   if (index < 0 || index >= static_cast<int>(undoStack_.size())) return Bitmap();
   const SavedCanvas& e = undoStack_[static_cast<std::size_t>(index)];
   Bitmap b(e.width, e.height);
-  for (int y = 0; y < e.height; ++y) {
-    const auto& row = *e.rows[static_cast<std::size_t>(y)];
-    std::copy(row.begin(), row.end(), b.Row(y));
+  for (std::size_t i = 0; i < e.bands.size(); ++i) {
+    const int y = static_cast<int>(i) * kBandRows;
+    const std::size_t n = static_cast<std::size_t>(std::min(kBandRows, e.height - y)) * e.width;
+    std::memcpy(b.Row(y), e.bands[i].get(), n * sizeof(std::uint32_t));
   }
   return b;
 }
@@ -69,9 +89,10 @@ void TPixelForm::CopySaveTableToCanvas() {
   if (UndoIndex < 0 || UndoIndex >= static_cast<int>(undoStack_.size())) return;
   const SavedCanvas& e = undoStack_[static_cast<std::size_t>(UndoIndex)];
   if (e.width == WorkBitmap.Width() && e.height == WorkBitmap.Height()) {
-    for (int y = 0; y < e.height; ++y) {
-      const auto& row = *e.rows[static_cast<std::size_t>(y)];
-      std::copy(row.begin(), row.end(), WorkBitmap.Row(y));
+    for (std::size_t i = 0; i < e.bands.size(); ++i) {
+      const int y = static_cast<int>(i) * kBandRows;
+      const std::size_t n = static_cast<std::size_t>(std::min(kBandRows, e.height - y)) * e.width;
+      std::memcpy(WorkBitmap.Row(y), e.bands[i].get(), n * sizeof(std::uint32_t));
     }
   } else {
     WorkBitmap.Fill(BackgroundColour);

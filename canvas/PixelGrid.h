@@ -171,10 +171,11 @@ class TPixelForm {
   // ---- end of the canvas model ----
 
  private:
-  // One history entry: rows shared with neighbours when equal.
+  // One history entry: bands of kBandRows rows, each shared with the entry below when equal.
+  static constexpr int kBandRows = 16;
   struct SavedCanvas {
     int width = 0, height = 0;
-    std::vector<std::shared_ptr<const std::vector<std::uint32_t>>> rows;
+    std::vector<std::shared_ptr<const std::uint32_t>> bands;
   };
   std::deque<SavedCanvas> undoStack_;
   void LayBitmap(const Bitmap& from, int left, int top, bool andMode);
