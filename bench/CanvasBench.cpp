@@ -9,8 +9,9 @@ namespace {
 
 constexpr int kW = 1024, kH = 768;
 
-// A canvas of many colours at 1024 x 768 on a screen that gives it `zoom` (1 or 2).
-void Setup(rm::Application& app, int zoom) {
+// A canvas at 1024 x 768 on a screen that gives it `zoom` (1 or 2): random colours (the worst
+// case for the history), or `drawn`: black shapes on white, as display artwork mostly is.
+void Setup(rm::Application& app, int zoom, bool drawn = false) {
   app.mainForm.SetColourMode(62, true);
   app.globals.ScreenWidth = zoom == 2 ? 2200 : 1920;
   app.globals.ScreenHeight = zoom == 2 ? 1800 : 1080;
@@ -22,23 +23,23 @@ void Setup(rm::Application& app, int zoom) {
   for (int y = 0; y < kH; ++y)
     for (int x = 0; x < kW; ++x) {
       seed = seed * 1103515245u + 12345u;
-      b.Row(y)[x] = (seed >> 8) & 0xFFFFFFu;
+      b.Row(y)[x] = drawn ? (((x / 37 + y / 23) % 3 == 0) ? 0u : 0xFFFFFFu) : (seed >> 8) & 0xFFFFFFu;
     }
   app.pixelForm.ResetHistory();
 }
 
 // `everyRow`: the edit touches every row, so no row of the entry below can be shared.
-void CanvasUndoPush(benchmark::State& state, bool everyRow) {
+void CanvasUndoPush(benchmark::State& state, bool everyRow, bool drawn) {
   rmbench::QuietUi ui;
   rm::FixedClock clock(0);
   rm::Application app(ui, clock);
-  Setup(app, 1);
+  Setup(app, 1, drawn);
   rm::TPixelForm& f = app.pixelForm;
   std::uint32_t n = 0;
   for (auto _ : state) {
     ++n;
     if (everyRow)
-      for (int y = 0; y < kH; ++y) f.WorkBitmap.Row(y)[n % kW] = n & 0xFFFFFFu;
+      for (int y = 0; y < kH; ++y) f.WorkBitmap.Row(y)[n % kW] = drawn ? (n & 1u) * 0xFFFFFFu : n & 0xFFFFFFu;
     else
       f.WorkBitmap.Row(static_cast<int>(n % kH))[n % kW] = n & 0xFFFFFFu;
     f.CopyCanvasToSaveTable();
@@ -78,8 +79,9 @@ void CanvasRedraw(benchmark::State& state, int zoom, bool layers) {
 
 }  // namespace
 
-BENCHMARK_CAPTURE(CanvasUndoPush, one_pixel, false)->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(CanvasUndoPush, every_row, true)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(CanvasUndoPush, one_pixel, false, false)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(CanvasUndoPush, every_row_random_colours, true, false)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(CanvasUndoPush, every_row_drawn, true, true)->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(CanvasRedraw, zoom1, 1, false)->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(CanvasRedraw, zoom2, 2, false)->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(CanvasRedraw, zoom1_layers, 1, true)->Unit(benchmark::kMicrosecond);

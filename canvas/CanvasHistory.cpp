@@ -15,14 +15,46 @@ void DrawTopLeft(const Bitmap& from, Bitmap& to) {
   for (int y = 0; y < h; ++y) std::copy(from.Row(y), from.Row(y) + w, to.Row(y));
 }
 
+// Runs of one colour as (length, colour) pairs into `out`. False when they would take more
+// than half the room of the pixels: such a band is kept as it is.
+bool PackRuns(const std::uint32_t* pixels, std::size_t n, std::uint32_t* out, std::size_t& words) {
+  const std::size_t limit = n / 2;
+  words = 0;
+  for (std::size_t i = 0; i < n;) {
+    std::size_t j = i + 1;
+    while (j < n && pixels[j] == pixels[i]) ++j;
+    if (words + 2 > limit) return false;
+    out[words++] = static_cast<std::uint32_t>(j - i);
+    out[words++] = pixels[i];
+    i = j;
+  }
+  return true;
+}
+
+void UnpackBand(const std::uint32_t* words, std::size_t count, bool runs, std::uint32_t* pixels) {
+  if (!runs) {
+    std::memcpy(pixels, words, count * sizeof(std::uint32_t));
+    return;
+  }
+  for (std::size_t k = 0; k < count; k += 2) pixels = std::fill_n(pixels, words[k], words[k + 1]);
+}
+
+bool SameBand(const std::uint32_t* words, std::size_t count, bool runs, const std::uint32_t* pixels, std::size_t n) {
+  if (!runs) return count == n && std::memcmp(words, pixels, n * sizeof(std::uint32_t)) == 0;
+  for (std::size_t k = 0; k < count; k += 2)
+    for (std::uint32_t r = 0; r < words[k]; ++r)
+      if (*pixels++ != words[k + 1]) return false;
+  return true;
+}
+
 }  // namespace
 
 // Ten thousand full copies of a 1024 x 768 canvas would take 30 GB. Most edits touch a few rows,
 // so an entry is held as bands of 16 rows, and a band that is the same as in the entry below is
 // shared with it: an unchanged push costs one pointer per band, a local edit the bands it
-// touched. The changed bands of one push are copied into one block, as a single allocation is far
-// cheaper than one per band on fresh memory. The index rules do not see any of this; an entry
-// reads back as a whole bitmap.
+// touched. A changed band of few colours (the usual display artwork) is held as runs. All that
+// one push keeps goes into one block: on fresh memory a single allocation is far cheaper than
+// one per band. The index rules do not see any of this; an entry reads back as a whole bitmap.
 void TPixelForm::CopyCanvasToSaveTable() {
   CopyBitmapToCanvas();
   ++UndoIndex;
@@ -45,25 +77,45 @@ void TPixelForm::CopyCanvasToSaveTable() {
     return static_cast<std::size_t>(std::min(kBandRows, entry.height - b * kBandRows)) *
            static_cast<std::size_t>(entry.width);
   };
+  const std::size_t total = static_cast<std::size_t>(entry.width) * static_cast<std::size_t>(entry.height);
+  if (packScratch_.size() < total) packScratch_.resize(total);
   entry.bands.resize(static_cast<std::size_t>(bandCount));
-  std::size_t changed = 0;
+  // First the bands that stay and the room the others need; packed bands wait in the scratch.
+  std::vector<std::size_t> packedAt(static_cast<std::size_t>(bandCount), 0);
+  std::size_t scratchUsed = 0, needed = 0;
   for (int b = 0; b < bandCount; ++b) {
     const std::size_t n = bandPixels(b);
-    const auto& old = comparable ? below->bands[static_cast<std::size_t>(b)] : nullptr;
-    if (old && std::memcmp(old.get(), WorkBitmap.Row(b * kBandRows), n * sizeof(std::uint32_t)) == 0)
-      entry.bands[static_cast<std::size_t>(b)] = old;
-    else
-      changed += n;
+    const std::uint32_t* pixels = WorkBitmap.Row(b * kBandRows);
+    SavedBand& band = entry.bands[static_cast<std::size_t>(b)];
+    if (comparable) {
+      const SavedBand& old = below->bands[static_cast<std::size_t>(b)];
+      if (SameBand(old.words.get(), old.count, old.runs, pixels, n)) {
+        band = old;
+        continue;
+      }
+    }
+    std::size_t words = 0;
+    if (PackRuns(pixels, n, packScratch_.data() + scratchUsed, words)) {
+      band.runs = true;
+      band.count = words;
+      packedAt[static_cast<std::size_t>(b)] = scratchUsed;
+      scratchUsed += words;
+    } else {
+      band.count = n;
+    }
+    needed += band.count;
   }
-  if (changed > 0) {
-    const std::shared_ptr<std::uint32_t[]> block(new std::uint32_t[changed]);
+  if (needed > 0) {
+    const std::shared_ptr<std::uint32_t[]> block(new std::uint32_t[needed]);
     std::size_t at = 0;
     for (int b = 0; b < bandCount; ++b) {
-      if (entry.bands[static_cast<std::size_t>(b)]) continue;
-      const std::size_t n = bandPixels(b);
-      std::memcpy(block.get() + at, WorkBitmap.Row(b * kBandRows), n * sizeof(std::uint32_t));
-      entry.bands[static_cast<std::size_t>(b)] = std::shared_ptr<const std::uint32_t>(block, block.get() + at);
-      at += n;
+      SavedBand& band = entry.bands[static_cast<std::size_t>(b)];
+      if (band.words) continue;
+      const std::uint32_t* from =
+          band.runs ? packScratch_.data() + packedAt[static_cast<std::size_t>(b)] : WorkBitmap.Row(b * kBandRows);
+      std::memcpy(block.get() + at, from, band.count * sizeof(std::uint32_t));
+      band.words = std::shared_ptr<const std::uint32_t>(block, block.get() + at);
+      at += band.count;
     }
   }
   undoStack_.push_back(std::move(entry));
@@ -75,11 +127,8 @@ Bitmap TPixelForm::UndoEntry(int index) const {
   if (index < 0 || index >= static_cast<int>(undoStack_.size())) return Bitmap();
   const SavedCanvas& e = undoStack_[static_cast<std::size_t>(index)];
   Bitmap b(e.width, e.height);
-  for (std::size_t i = 0; i < e.bands.size(); ++i) {
-    const int y = static_cast<int>(i) * kBandRows;
-    const std::size_t n = static_cast<std::size_t>(std::min(kBandRows, e.height - y)) * e.width;
-    std::memcpy(b.Row(y), e.bands[i].get(), n * sizeof(std::uint32_t));
-  }
+  for (std::size_t i = 0; i < e.bands.size(); ++i)
+    UnpackBand(e.bands[i].words.get(), e.bands[i].count, e.bands[i].runs, b.Row(static_cast<int>(i) * kBandRows));
   return b;
 }
 
@@ -89,11 +138,8 @@ void TPixelForm::CopySaveTableToCanvas() {
   if (UndoIndex < 0 || UndoIndex >= static_cast<int>(undoStack_.size())) return;
   const SavedCanvas& e = undoStack_[static_cast<std::size_t>(UndoIndex)];
   if (e.width == WorkBitmap.Width() && e.height == WorkBitmap.Height()) {
-    for (std::size_t i = 0; i < e.bands.size(); ++i) {
-      const int y = static_cast<int>(i) * kBandRows;
-      const std::size_t n = static_cast<std::size_t>(std::min(kBandRows, e.height - y)) * e.width;
-      std::memcpy(WorkBitmap.Row(y), e.bands[i].get(), n * sizeof(std::uint32_t));
-    }
+    for (std::size_t i = 0; i < e.bands.size(); ++i)
+      UnpackBand(e.bands[i].words.get(), e.bands[i].count, e.bands[i].runs, WorkBitmap.Row(static_cast<int>(i) * kBandRows));
   } else {
     WorkBitmap.Fill(BackgroundColour);
     DrawTopLeft(UndoEntry(UndoIndex), WorkBitmap);

@@ -171,12 +171,19 @@ class TPixelForm {
   // ---- end of the canvas model ----
 
  private:
-  // One history entry: bands of kBandRows rows, each shared with the entry below when equal.
+  // One history entry: bands of kBandRows rows, each shared with the entry below when equal,
+  // and held as runs of one colour when that is less than half the size.
   static constexpr int kBandRows = 16;
+  struct SavedBand {
+    std::shared_ptr<const std::uint32_t> words;
+    std::size_t count = 0;  // words held
+    bool runs = false;      // (length, colour) pairs instead of the pixels
+  };
   struct SavedCanvas {
     int width = 0, height = 0;
-    std::vector<std::shared_ptr<const std::uint32_t>> bands;
+    std::vector<SavedBand> bands;
   };
+  std::vector<std::uint32_t> packScratch_;  // reused by every push
   std::deque<SavedCanvas> undoStack_;
   void LayBitmap(const Bitmap& from, int left, int top, bool andMode);
   void EnlargeIntoView();

@@ -127,36 +127,54 @@ TEST(CanvasHistory, TheStackKeepsTenThousandEntries) {
   EXPECT_EQ(f.UndoEntry(TPixelForm::kMaxUndo - 1).GetPixel(0, 0), TPixelForm::kMaxUndo + 4);
 }
 
-TEST(CanvasHistory, EntriesReadBackWholeWhateverRowsTheyShare) {
+// Rows 0-15 of one colour, 16-31 a pattern with no runs, 32-39 short stripes.
+Bitmap MixedPicture() {
+  Bitmap b = rmtest::PatternPicture(16, 40, {rm::kBlack, rm::kWhite, 0x00FF00});
+  for (int y = 0; y < 16; ++y)
+    for (int x = 0; x < 16; ++x) b.SetPixel(x, y, 0x336699);
+  for (int y = 32; y < 40; ++y)
+    for (int x = 0; x < 16; ++x) b.SetPixel(x, y, (x / 4) % 2 ? rm::kBlack : rm::kWhite);
+  return b;
+}
+
+TEST(CanvasHistory, EntriesReadBackWholeWhateverTheyShareOrPack) {
   TestProgram p;
   p.app.globals.MatrixWidth = 16;
-  p.app.globals.MatrixHeight = 4;
+  p.app.globals.MatrixHeight = 40;
   p.app.mainForm.CanvasRedraw();
   TPixelForm& f = p.app.pixelForm;
   f.ResetHistory();
-  const Bitmap first = rmtest::PatternPicture(16, 4, {rm::kBlack, rm::kWhite, 0x00FF00});
+  const Bitmap first = MixedPicture();
   f.WorkBitmap = first;
   f.CopyCanvasToSaveTable();
-  f.WorkBitmap.SetPixel(3, 2, 0x123456);  // one row changes
-  const Bitmap second = f.WorkBitmap;
-  f.CopyCanvasToSaveTable();
+  // One pixel in each band changes, in turn: each entry shares the other bands with the last.
+  std::vector<Bitmap> states{first};
+  for (const int y : {3, 20, 39}) {
+    f.WorkBitmap.SetPixel(5, y, 0x123456);
+    states.push_back(f.WorkBitmap);
+    f.CopyCanvasToSaveTable();
+  }
   f.CopyCanvasToSaveTable();  // nothing changed
-  EXPECT_EQ(f.UndoEntry(1), first);
-  EXPECT_EQ(f.UndoEntry(2), second);
-  EXPECT_EQ(f.UndoEntry(3), second);
+  states.push_back(f.WorkBitmap);
+  for (std::size_t i = 0; i < states.size(); ++i) EXPECT_EQ(f.UndoEntry(static_cast<int>(i) + 1), states[i]) << i;
   // A restore writes into the canvas, never into an entry another one shares.
+  for (int k = 0; k < 4; ++k) {
+    p.app.imageForm.UndoButtonClick();
+    f.WorkBitmap.SetPixel(0, 0, 0x777777);
+  }
   p.app.imageForm.UndoButtonClick();
-  f.WorkBitmap.SetPixel(0, 0, 0x777777);
-  p.app.imageForm.UndoButtonClick();
+  EXPECT_EQ(f.UndoIndex, 0);
+  p.app.imageForm.RedoButtonClick();
   EXPECT_EQ(f.WorkBitmap, first);
-  EXPECT_EQ(f.UndoEntry(2), second);
+  for (std::size_t i = 0; i < states.size(); ++i) EXPECT_EQ(f.UndoEntry(static_cast<int>(i) + 1), states[i]) << i;
 
   // An entry from another display size lies at the top left of the canvas as it is now.
   p.app.globals.MatrixWidth = 8;
   p.app.mainForm.CanvasRedraw();
   p.app.imageForm.RedoButtonClick();
   EXPECT_EQ(f.WorkBitmap.Width(), 8);
-  EXPECT_EQ(f.WorkBitmap.GetPixel(3, 2), 0x123456);
+  EXPECT_EQ(f.WorkBitmap.GetPixel(5, 3), 0x123456);
+  EXPECT_EQ(f.WorkBitmap.GetPixel(5, 20), first.GetPixel(5, 20));
 }
 
 TEST(CanvasHistory, AModeChangeLeavesOneEntry) {
