@@ -39,14 +39,6 @@ void UnpackBand(const std::uint32_t* words, std::size_t count, bool runs, std::u
   for (std::size_t k = 0; k < count; k += 2) pixels = std::fill_n(pixels, words[k], words[k + 1]);
 }
 
-bool SameBand(const std::uint32_t* words, std::size_t count, bool runs, const std::uint32_t* pixels, std::size_t n) {
-  if (!runs) return count == n && std::memcmp(words, pixels, n * sizeof(std::uint32_t)) == 0;
-  for (std::size_t k = 0; k < count; k += 2)
-    for (std::uint32_t r = 0; r < words[k]; ++r)
-      if (*pixels++ != words[k + 1]) return false;
-  return true;
-}
-
 }  // namespace
 
 // Ten thousand full copies of a 1024 x 768 canvas would take 30 GB. Most edits touch a few rows,
@@ -61,18 +53,26 @@ void TPixelForm::CopyCanvasToSaveTable() {
   UndoTop = UndoIndex;
   // Redo entries above the new one are dropped.
   while (static_cast<int>(undoStack_.size()) > UndoIndex) undoStack_.pop_back();
+  if (pushedIndex_ >= UndoIndex) pushedIndex_ = -1;
   if (UndoIndex >= kMaxUndo) {
     // Full: the oldest entry goes, so the stack keeps its 10000 entries and the index its top.
     undoStack_.pop_front();
     UndoIndex = UndoTop = kMaxUndo - 1;
     UndoBase = std::max(0, UndoBase - 1);
+    --pushedIndex_;
   }
-  const SavedCanvas* below = undoStack_.empty() ? nullptr : &undoStack_.back();
+  const int belowIndex = static_cast<int>(undoStack_.size()) - 1;
+  const SavedCanvas* below = belowIndex >= 0 ? &undoStack_.back() : nullptr;
   SavedCanvas entry;
   entry.width = WorkBitmap.Width();
   entry.height = WorkBitmap.Height();
   const int bandCount = (entry.height + kBandRows - 1) / kBandRows;
   const bool comparable = below && below->width == entry.width && below->height == entry.height;
+  if (comparable && pushedIndex_ != belowIndex) {
+    // After an undo the entry below is not the last one pushed: read it out once.
+    pushedCopy_ = UndoEntry(belowIndex);
+    pushedIndex_ = belowIndex;
+  }
   auto bandPixels = [&](int b) {
     return static_cast<std::size_t>(std::min(kBandRows, entry.height - b * kBandRows)) *
            static_cast<std::size_t>(entry.width);
@@ -87,12 +87,9 @@ void TPixelForm::CopyCanvasToSaveTable() {
     const std::size_t n = bandPixels(b);
     const std::uint32_t* pixels = WorkBitmap.Row(b * kBandRows);
     SavedBand& band = entry.bands[static_cast<std::size_t>(b)];
-    if (comparable) {
-      const SavedBand& old = below->bands[static_cast<std::size_t>(b)];
-      if (SameBand(old.words.get(), old.count, old.runs, pixels, n)) {
-        band = old;
-        continue;
-      }
+    if (comparable && std::memcmp(pushedCopy_.Row(b * kBandRows), pixels, n * sizeof(std::uint32_t)) == 0) {
+      band = below->bands[static_cast<std::size_t>(b)];
+      continue;
     }
     std::size_t words = 0;
     if (PackRuns(pixels, n, packScratch_.data() + scratchUsed, words)) {
@@ -116,8 +113,13 @@ void TPixelForm::CopyCanvasToSaveTable() {
       std::memcpy(block.get() + at, from, band.count * sizeof(std::uint32_t));
       band.words = std::shared_ptr<const std::uint32_t>(block, block.get() + at);
       at += band.count;
+      if (comparable)
+        std::memcpy(pushedCopy_.Row(b * kBandRows), WorkBitmap.Row(b * kBandRows),
+                    bandPixels(b) * sizeof(std::uint32_t));
     }
   }
+  if (!comparable) pushedCopy_ = WorkBitmap;
+  pushedIndex_ = UndoIndex;
   undoStack_.push_back(std::move(entry));
   UndoEnabled = UndoIndex > 0 && UndoIndex != UndoBase;
   RedoEnabled = false;
@@ -149,6 +151,7 @@ void TPixelForm::CopySaveTableToCanvas() {
 
 void TPixelForm::ResetHistory() {
   undoStack_.clear();
+  pushedIndex_ = -1;
   UndoIndex = -1;
   UndoBase = 0;
   CopyCanvasToSaveTable();

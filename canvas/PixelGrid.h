@@ -184,6 +184,9 @@ class TPixelForm {
     std::vector<SavedBand> bands;
   };
   std::vector<std::uint32_t> packScratch_;  // reused by every push
+  // Entry `pushedIndex_` as pixels, so a push compares with plain memory; -1 when none.
+  Bitmap pushedCopy_;
+  int pushedIndex_ = -1;
   std::deque<SavedCanvas> undoStack_;
   void LayBitmap(const Bitmap& from, int left, int top, bool andMode);
   void EnlargeIntoView();

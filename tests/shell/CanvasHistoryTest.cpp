@@ -86,6 +86,16 @@ TEST(CanvasHistory, ANewEditDropsTheRedoStates) {
   EXPECT_FALSE(p.app.imageForm.RedoButtonClick());
   p.app.imageForm.UndoButtonClick();
   EXPECT_EQ(Shown(p), 2);
+
+  // After an undo the new entry is told from the one below it, not from the one undone.
+  Edit(p, 9);
+  p.app.imageForm.UndoButtonClick();
+  EXPECT_EQ(Shown(p), 2);
+  Edit(p, 9);
+  EXPECT_EQ(f.UndoEntry(f.UndoIndex).GetPixel(0, 0), 9);
+  p.app.imageForm.UndoButtonClick();
+  p.app.imageForm.RedoButtonClick();
+  EXPECT_EQ(Shown(p), 9);
 }
 
 TEST(CanvasHistory, RedoOnAStackOfOneOnlyGreysItself) {
