@@ -66,6 +66,16 @@ std::vector<std::string> TMainForm::CustomSizeMenuItems() const {
   return items;
 }
 
+bool TMainForm::CustomSizeMenuClick(int index) {
+  const Globals& g = app_.globals;
+  int seen = 0;
+  for (int i = 0; i < 16; ++i) {
+    if (g.CustomWidths[i] == 0) continue;
+    if (seen++ == index) return UserMatrixClick(std::to_string(g.CustomWidths[i]), std::to_string(g.CustomHeights[i]));
+  }
+  return false;
+}
+
 SizeKeyResult TMainForm::CustomSizeKeyPress(const std::string& typed, int pending, bool isWidth) {
   const ConversionSession& s = app_.session;
   // The multiple binds the width in a horizontal scheme and the height in a vertical one.

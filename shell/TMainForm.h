@@ -215,6 +215,9 @@ class TMainForm {
   bool MatrixComboChange(const std::string& text);
   // The custom size entries as menu items "Custom W x H", in entry order.
   std::vector<std::string> CustomSizeMenuItems() const;
+  // The custom size menu item `index` (entry order, from 0): the size is typed again for the
+  // user. False when there is no such entry or the size was not taken.
+  bool CustomSizeMenuClick(int index);
   // One keystroke in a custom size field: beeps and shows the message the rule asks for and
   // returns what the field now holds.
   SizeKeyResult CustomSizeKeyPress(const std::string& typed, int pending, bool isWidth);

@@ -370,6 +370,19 @@ TEST(CanvasSize, CaptionTable) {
     EXPECT_EQ(p.app.mainForm.CanvasCaption(), std::string("Work Canvas > Graphic LCD Size > W x H = 128 x 64 ") + c.tail);
     EXPECT_EQ(p.app.mainForm.StatusPanel2(), c.animation ? "animation" : "static");
   }
+  TestProgram p;
+  EXPECT_EQ(p.app.mainForm.StatusPanel1(), "");
+  const std::pair<bool rm::Globals::*, const char*> panel1[] = {
+      {&rm::Globals::FontScriptMode, "Font Creation"},
+      {&rm::Globals::EditableFontMode, "Font Creation"},
+      {&rm::Globals::TouchScriptMode, "Touch panel creation"},
+      {&rm::Globals::BatchEditMode, "batch creation"},
+  };
+  for (const auto& [flag, words] : panel1) {
+    TestProgram q;
+    q.app.globals.*flag = true;
+    EXPECT_EQ(q.app.mainForm.StatusPanel1(), words);
+  }
 }
 
 TEST(CanvasSize, CustomSizeKeystrokes) {
@@ -428,6 +441,13 @@ TEST(CanvasSize, CustomSizesAreRememberedOnceInSixteenEntries) {
   const Lines items = m.CustomSizeMenuItems();
   ASSERT_EQ(items.size(), 16u);
   EXPECT_EQ(items[15], "Custom 120 x 16");
+
+  // A menu item sets its size again, without a new entry.
+  EXPECT_TRUE(m.CustomSizeMenuClick(0));
+  EXPECT_EQ(p.app.pixelForm.MatrixWidth(), 96);
+  EXPECT_EQ(p.app.pixelForm.MatrixHeight(), 40);
+  EXPECT_FALSE(m.CustomSizeMenuClick(16));
+  EXPECT_EQ(m.CustomSizeMenuItems().size(), 16u);
 
   // The entries are the project's keys cs0w .. cs15h.
   std::string error;
