@@ -145,16 +145,12 @@ void TPixelForm::InflateCanvas() {
   CopyBitmapToCanvas();
 }
 
+// The rebuild without steps gives back the enlargement saved at the first inflate step; when the
+// screen or the display size changed since, the rebuild's value is the one that fits now.
 bool TPixelForm::NormalSize() {
   if (FloatingSelection || SelectionAnimated) return false;
   InflateSteps = 0;
   FormRedraw();
-  // The window goes back to the enlargement it had before the first inflate step.
-  Zoom = std::max(1, SavedZoom);
-  HalfZoom = Zoom / 2;
-  PaintWidth = Zoom * CanvasWidth;
-  PaintHeight = Zoom * CanvasHeight;
-  CutView();
   CopyBitmapToCanvas();
   return true;
 }

@@ -88,6 +88,8 @@ TEST(CanvasView, InflateStepsAndTheirLimits) {
   TPixelForm& f = p.app.pixelForm;
   rm::TImageForm& v = p.app.imageForm;
   EXPECT_FALSE(v.SmallerButtonClick());  // nothing to take off
+  EXPECT_TRUE(v.NormalSizeButtonClick());
+  EXPECT_EQ(f.Zoom, 6);
   for (int i = 1; i <= 15; ++i) ASSERT_TRUE(v.BiggerButtonClick()) << i;
   EXPECT_FALSE(v.BiggerButtonClick());
   EXPECT_EQ(f.InflateSteps, 15);
