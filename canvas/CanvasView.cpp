@@ -49,8 +49,7 @@ void TPixelForm::FormRedraw() {
   ZoomLevel = 1;
   HalfZoom = Zoom / 2;
 
-  PaintWidth = Zoom * CanvasWidth;
-  PaintHeight = Zoom * CanvasHeight;
+  ResizeImageForm(false);
   const std::size_t cells = static_cast<std::size_t>(CanvasWidth + 1) * static_cast<std::size_t>(CanvasHeight + 1);
   SelectedPixelTable.assign(cells, 0);
   ItemSelectionTable.assign(cells, 0);
@@ -80,6 +79,11 @@ void TPixelForm::CutView() {
     ViewBitmap = Bitmap(VisibleColumns * z, VisibleRows * z, kWhite);
   else
     ViewBitmap.Fill(kWhite);
+}
+
+void TPixelForm::ResizeImageForm(bool keepHeight) {
+  PaintWidth = Zoom * WorkBitmap.Width();
+  if (!keepHeight) PaintHeight = Zoom * WorkBitmap.Height();
 }
 
 void TPixelForm::ScrollTo(int x, int y) {

@@ -100,6 +100,9 @@ class TPixelForm {
 
   // Rebuilds at the current WorkBitmap size; FormRedraw(w, h) rebuilds at a new one.
   void FormRedraw();
+  // Sizes the paint surface to Zoom times the canvas; `keepHeight` leaves its height as it is
+  // (the window is only widened or narrowed).
+  void ResizeImageForm(bool keepHeight);
   // The redraw: composes CompositeBitmap and enlarges it into ViewBitmap.
   void CopyBitmapToCanvas();
   // Commits what was drawn on CompositeBitmap into WorkBitmap, never baking a visible transfer
