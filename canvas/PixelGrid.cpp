@@ -22,15 +22,6 @@ bool TPixelForm::IsBlackAndWhite() const {
   return true;
 }
 
-void TPixelForm::FormRedraw(int width, int height) {
-  if (width == WorkBitmap.Width() && height == WorkBitmap.Height()) return;
-  Bitmap resized(width, height, BackgroundColour);
-  const int w = std::min(width, WorkBitmap.Width());
-  const int h = std::min(height, WorkBitmap.Height());
-  for (int y = 0; y < h; ++y) std::copy(WorkBitmap.Row(y), WorkBitmap.Row(y) + w, resized.Row(y));
-  WorkBitmap = std::move(resized);
-}
-
 void TPixelForm::FloatSelection(const Bitmap& picture, int left, int top) {
   SelectionBitmap = picture;
   SelectionOriginal = picture;

@@ -43,11 +43,6 @@ bool FindColour(const Bitmap& b, int x0, int y0, int x1, int y1, Colour& found) 
 
 }  // namespace
 
-void TPixelForm::ReductionRedraw() {
-  // The canvas view composes the layers and redraws here; until it does, the selection's
-  // bitmaps are the whole state and nothing needs drawing.
-}
-
 std::vector<Colour> TPixelForm::ReductionTable() const {
   switch (session_.ModeNumber) {
     case 24: case 25: case 26: case 27: case 28: case 29: case 30: case 31: case 54: case 55:
@@ -148,7 +143,7 @@ void TPixelForm::CheckGrayOrPalette(bool showMessages) {
     ui_.Status(" Picture has " + std::to_string(after) + " colors");
   else
     ui_.Status(" Picture has been converted to " + std::to_string(after) + " colors");
-  ReductionRedraw();
+  CopyBitmapToCanvas();
 }
 
 bool TPixelForm::ReduceToPalette(Bitmap& bitmap, bool reduce) {
@@ -204,7 +199,7 @@ void TPixelForm::BalanceGreyScale() {
   }
   if (!session_.Monochrome) {
     SelectionBitmap = SelectionOriginal;
-    ReductionRedraw();
+    CopyBitmapToCanvas();
     return;
   }
   SelectionBitmap = Bitmap(SelectionOriginal.Width(), SelectionOriginal.Height(), kWhite);
@@ -215,7 +210,7 @@ void TPixelForm::BalanceGreyScale() {
                                         MatrixWidth(), MatrixHeight());
   ThresholdApplied = true;
   SelectionReducedToBW = true;
-  ReductionRedraw();
+  CopyBitmapToCanvas();
 }
 
 void TPixelForm::SelectionIsFullImage() {
@@ -229,7 +224,7 @@ void TPixelForm::DitherSelectionBitmap() {
   if (!FloatingSelection) return;
   ui_.Status("Perform Dithering");
   Dither(SelectionBitmap, ColorReductionChoice, DitherChoice);
-  ReductionRedraw();
+  CopyBitmapToCanvas();
   if (ColorReductionChoice == ColorReduction::Monochrome) {
     DitherDone = true;
     SelectionReducedToBW = true;
@@ -249,7 +244,7 @@ TPixelForm::PasteOutcome TPixelForm::PasteLayerButtonClick() {
       ThresholdApplied = false;
       SelectionOriginalGray = false;
       ThresholdOFF();
-      ReductionRedraw();
+      CopyBitmapToCanvas();
       return PasteOutcome::Cancelled;
     }
     if (answer == "Dithering") {
@@ -264,7 +259,7 @@ TPixelForm::PasteOutcome TPixelForm::PasteLayerButtonClick() {
   SelectionOriginalGray = false;
   SelectionReducedToBW = true;
   ThresholdOFF();
-  ReductionRedraw();
+  CopyBitmapToCanvas();
   return PasteOutcome::Pasted;
 }
 

@@ -20,28 +20,8 @@ constexpr MatrixSize kMatrixPresets[] = {
 };
 
 // The largest preset bounds every size the user types.
-constexpr int kMaxUserWidth = 1024;
-constexpr int kMaxUserHeight = 768;
-
-// Pixels of one data unit in the colour mode: a width (horizontal scheme) or height (vertical
-// scheme) that is not a multiple of it cannot be packed. 0 when any size packs.
-int SizeDivisor(int modeNumber) {
-  switch (modeNumber) {
-    case 1:
-    case 2: return 8;
-    case 24:
-    case 25:
-    case 29:
-    case 30:
-    case 31: return 4;
-    case 26:
-    case 27:
-    case 28:
-    case 54:
-    case 55: return 2;
-    default: return 0;
-  }
-}
+constexpr int kMaxUserWidth = kMaxCustomWidth;
+constexpr int kMaxUserHeight = kMaxCustomHeight;
 
 bool ReadSize(const std::string& text, int& value) {
   const char* end = text.data() + text.size();
@@ -109,9 +89,14 @@ void TMainForm::negativeOFf() {
 // trying a few display sizes on a drawing must not lose it (TPixelForm::FormRedraw).
 void TMainForm::CanvasRedraw() {
   const Globals& g = app_.globals;
-  app_.pixelForm.DiscardSelection();
+  TPixelForm& canvas = app_.pixelForm;
+  canvas.DiscardSelection();
   app_.session.SelectionActive = false;
-  app_.pixelForm.FormRedraw(g.MatrixWidth, g.MatrixHeight);
+  canvas.ScreenWidth = g.ScreenWidth;
+  canvas.ScreenHeight = g.ScreenHeight;
+  canvas.NoMatrixMode = g.NoMatrixMode;
+  canvas.FormRedraw(g.MatrixWidth, g.MatrixHeight);
+  canvas.CopyBitmapToCanvas();
   app_.session.CanvasWidth = g.MatrixWidth;
   app_.session.CanvasHeight = g.MatrixHeight;
 }
@@ -140,24 +125,38 @@ bool TMainForm::UserMatrixClick(const std::string& widthText, const std::string&
   }
   StatusBarAndLog("H:=" + std::to_string(height) + " W:=" + std::to_string(width));
   StatusBarAndLog("Dot matrix size = User defined");
-  app_.ui.MessageDlg(" User Dot Matrix Size has been defined ! ", "Information", DlgType::Information, {"OK"});
+  width = std::clamp(width, 1, kMaxUserWidth);
+  height = std::clamp(height, 1, kMaxUserHeight);
+  // A size not yet in the custom list takes its first free entry (none when all sixteen are
+  // taken: the size is still used, only not remembered).
+  bool known = false;
+  for (int i = 0; i < 16; ++i) known = known || (g.CustomWidths[i] == width && g.CustomHeights[i] == height);
+  if (!known) {
+    for (int i = 0; i < 16; ++i)
+      if (g.CustomWidths[i] == 0) {
+        g.CustomWidths[i] = width;
+        g.CustomHeights[i] = height;
+        break;
+      }
+    app_.ui.MessageDlg(" User Dot Matrix Size has been defined ! ", "Information", DlgType::Information, {"OK"});
+  }
 
   const int previousWidth = g.MatrixWidth, previousHeight = g.MatrixHeight;
   const bool previousUser = g.UserMatrix;
   const Bitmap previousCanvas = app_.pixelForm.WorkBitmap;
-  g.MatrixWidth = std::clamp(width, 1, kMaxUserWidth);
-  g.MatrixHeight = std::clamp(height, 1, kMaxUserHeight);
+  g.MatrixWidth = width;
+  g.MatrixHeight = height;
   g.UserMatrix = true;
   CanvasRedraw();
 
   // A size that the scheme cannot pack asks to turn the scheme; the canvas already has the new
   // size, so the scheme command checks it against the size it will work on. A scheme that
   // refuses as well leaves no way to pack the size.
-  const int divisor = SizeDivisor(s.ModeNumber);
+  const int divisor = PagingMultiple(s.ModeNumber);
   for (;;) {
-    const bool widthUnfit = divisor > 0 && g.MatrixWidth % divisor != 0 &&
+    const bool widthUnfit = divisor > 1 && g.MatrixWidth % divisor != 0 &&
                             (s.Direction == PagingDirection::ToLeft || s.Direction == PagingDirection::ToRight);
-    const bool heightUnfit = divisor > 0 && g.MatrixHeight % divisor != 0 &&
+    const bool heightUnfit = divisor > 1 && g.MatrixHeight % divisor != 0 &&
                              (s.Direction == PagingDirection::Down || s.Direction == PagingDirection::Up);
     if (!widthUnfit && !heightUnfit) return true;
     const std::string question =
@@ -173,6 +172,8 @@ bool TMainForm::UserMatrixClick(const std::string& widthText, const std::string&
   g.MatrixHeight = previousHeight;
   g.UserMatrix = previousUser;
   app_.pixelForm.WorkBitmap = previousCanvas;
+  app_.pixelForm.FormRedraw();
+  app_.pixelForm.CopyBitmapToCanvas();
   s.CanvasWidth = previousCanvas.Width();
   s.CanvasHeight = previousCanvas.Height();
   return false;

@@ -124,6 +124,11 @@ struct Globals {
   int FillerValue = 0;
 
   // ---- Work Canvas view ----
+  // The sixteen custom display sizes; width 0 marks a free entry.
+  int CustomWidths[16] = {};
+  int CustomHeights[16] = {};
+  std::string LastArtworkPath;  // the picture "Reload Last Work Canvas Bitmap" opens
+  bool AnimationPlaying = false;  // the animation is being played: no undo
 
   // ---- end of the Work Canvas view ----
 
@@ -135,10 +140,9 @@ struct Globals {
   bool AllowImportInsideSelection = false;  // fit into the chosen area rather than the canvas
   bool UseFileNameAsArtworkName = false;
   bool AlwaysResizeToFit = false;  // a picture too large is resized without asking
-  // The import in hand: the file, the picture as decoded (for "Reload Original Image") and the
-  // working copy that is turned and fitted.
+  // The import in hand: the file and the working copy that is turned and fitted. The picture as
+  // decoded is kept by the canvas for "Reload Original Image".
   std::string ImportFileName;
-  Bitmap InputBitmap;
   Bitmap ImportedBitmap;
   // Where the picture floats. Reset by each file import; a caller that places the picture
   // itself sets ImportKeepsOffsets.

@@ -104,7 +104,10 @@ void TMainForm::AddMRUF(const std::string& path) {
   std::vector<std::string>& list = app_.globals.RecentFiles;
   for (const char* own : {"/resized_image", "/original_image", "temp1298621.bmp"})
     if (path.find(own) != std::string::npos) return;
-  if (path.empty() || std::find(list.begin(), list.end(), path) != list.end()) return;
+  if (path.empty()) return;
+  // The picture "Reload Last Work Canvas Bitmap" offers again.
+  app_.globals.LastArtworkPath = path;
+  if (std::find(list.begin(), list.end(), path) != list.end()) return;
   list.insert(list.begin(), path);
   if (list.size() > kRecentFilesKept) list.resize(kRecentFilesKept);
 }
@@ -163,13 +166,11 @@ bool TMainForm::ImportImageMDIChild(const std::string& fileName) {
   if (g.NoMatrixMode) {
     // Picture mode: the canvas takes the picture's size, then the file is read again (a drawing
     // renders at the canvas size, which has just changed).
-    g.MatrixWidth = picture.Width();
-    g.MatrixHeight = picture.Height();
-    CanvasRedraw();
+    FitCanvasToPicture(picture.Width(), picture.Height());
     if (!decode(picture)) return false;
   }
 
-  g.InputBitmap = picture;
+  app_.pixelForm.StoreOriginalImage(picture);
   g.ImportedBitmap = std::move(picture);
   app_.exploForm2.DitherBitmap(g.ImportedBitmap);
   if (g.UseFileNameAsArtworkName) app_.session.SourceFileName = name;
@@ -245,6 +246,7 @@ bool TMainForm::AssignInPutBitmap() {
     }
   }
   canvas.FloatSelection(placed, left, top);
+  canvas.CopyBitmapToCanvas();
   canvas.CheckColorsSelection(true);
   StatusBarAndLog("Picture imported : W : " + Num(placed.Width()) + " H : " + Num(placed.Height()));
   return true;

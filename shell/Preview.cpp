@@ -94,7 +94,7 @@ bool TExploForm2::ExportGraphic() {
   g.ImportKeepsOffsets = false;
   g.ImportOffsetX = g.ImportOffsetY = 0;
   main.AddMRUF(PreviewFileName);
-  g.InputBitmap = picture;
+  app_.pixelForm.StoreOriginalImage(picture);
   g.ImportedBitmap = std::move(picture);
   return main.AssignInPutBitmap();
 }

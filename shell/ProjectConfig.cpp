@@ -50,6 +50,7 @@ bool TMainForm::LoadConfigurationX(bool testInUse) {
   }
   ProjectRead(app_, project);
   LoadSearchReplaceData(app_, project);
+  app_.imageForm.LoadImageCollectionMemos();
   return true;
 }
 

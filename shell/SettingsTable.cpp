@@ -5,6 +5,7 @@
 #include <charconv>
 #include <memory>
 #include <unordered_map>
+#include <utility>
 
 #include "shell/Application.h"
 
@@ -279,10 +280,37 @@ struct Binding {
 #define S_ (a.session)
 #define SYN (a.session.Syntax)
 
+// The sixteen custom display sizes, "cs0w", "cs0h" .. "cs15w", "cs15h": one getter and setter
+// per entry and side.
+template <std::size_t I, bool Width>
+std::string GetCustomSize(const Application& a) {
+  return std::to_string(Width ? a.globals.CustomWidths[I] : a.globals.CustomHeights[I]);
+}
+template <std::size_t I, bool Width>
+void SetCustomSize(Application& a, const std::string& v) {
+  (Width ? a.globals.CustomWidths : a.globals.CustomHeights)[I] = ToInt(v);
+}
+template <std::size_t... I>
+void AddCustomSizeBindings(std::vector<Binding>& b, std::index_sequence<I...>) {
+  static const std::vector<std::string> names = [] {
+    std::vector<std::string> n;
+    for (int i = 0; i < 16; ++i) {
+      n.push_back("cs" + std::to_string(i) + "w");
+      n.push_back("cs" + std::to_string(i) + "h");
+    }
+    return n;
+  }();
+  (b.push_back({"I2", names[2 * I], &GetCustomSize<I, true>, &SetCustomSize<I, true>}), ...);
+  (b.push_back({"I2", names[2 * I + 1], &GetCustomSize<I, false>, &SetCustomSize<I, false>}), ...);
+}
+
 std::vector<Binding> Bindings() {
   using A = Application;
   using CA = const Application;
-  return {
+  std::vector<Binding> b = {
+      // The picture "Reload Last Work Canvas Bitmap" opens.
+      {"S", "RELOI", [](CA& a) { return a.globals.LastArtworkPath; },
+       [](A& a, const std::string& v) { a.globals.LastArtworkPath = v; }},
       {"S", "OFP", [](CA& a) { return a.session.OutputFolder; },
        [](A& a, const std::string& v) {
          S_.OutputFolder = v;
@@ -534,6 +562,8 @@ std::vector<Binding> Bindings() {
       {"I8", "Hpixels", [](CA& a) { return std::to_string(a.pixelForm.WorkBitmap.Height()); }, nullptr},
       {"I8", "Wpixels", [](CA& a) { return std::to_string(a.pixelForm.WorkBitmap.Width()); }, nullptr},
   };
+  AddCustomSizeBindings(b, std::make_index_sequence<16>{});
+  return b;
 }
 
 #undef S_

@@ -137,6 +137,8 @@ bool TMainForm::SetColourMode(int modeNumber, bool forcedReload) {
   RebuildColourTables();
   StatusBarAndLog(std::string(info->logText));
   app_.globals.CurrentSchemeName = std::string(info->shortName);
+  // The history of one mode does not hold in another.
+  canvas.ResetHistory();
   return true;
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "canvas/PixelGrid.h"
 #include "engine/ColourModes.h"
 #include "engine/ConversionSession.h"
 #include "engine/Palette.h"
@@ -224,6 +225,33 @@ class TMainForm {
   static bool IsJpegFile(const std::string& path);
   static bool IsBitmapFile(const std::string& path);
   // ---- end of graphics import ----
+
+  // ---- Work Canvas size, caption and status words (CanvasCommands.cpp) ----
+  // Picture Mode: the canvas takes the size of each imported picture. False outside Picture Mode
+  // (the import then fits the picture to the display) or for an empty size.
+  bool FitCanvasToPicture(int width, int height);
+  // The 32 sizes of the size combo, as "WXH".
+  static std::vector<std::string> MatrixComboItems();
+  // A size chosen in the combo; works as a preset. False when the text is none of the list or
+  // nothing changed.
+  bool MatrixComboChange(const std::string& text);
+  // The custom size entries as menu items "Custom W x H", in entry order.
+  std::vector<std::string> CustomSizeMenuItems() const;
+  // The custom size menu item `index` (entry order, from 0): the size is typed again for the
+  // user. False when there is no such entry or the size was not taken.
+  bool CustomSizeMenuClick(int index);
+  // One keystroke in a custom size field: beeps and shows the message the rule asks for and
+  // returns what the field now holds.
+  SizeKeyResult CustomSizeKeyPress(const std::string& typed, int pending, bool isWidth);
+  // "Work Canvas Size" in the canvas menu only tells where sizes are made.
+  void WorkCanvasSizeClick();
+  // The Work Canvas caption and the two status panel words.
+  std::string CanvasCaption() const;
+  std::string StatusPanel1() const;
+  std::string StatusPanel2() const;
+  // The size rule panel of the current mode and scheme.
+  PagingPanel PagingPanelNow() const;
+  // ---- end of the Work Canvas size ----
 
   // The main window's creation: settings are read here. False when another instance of the
   // desktop program runs; then nothing has been read.

@@ -102,7 +102,7 @@ TEST_F(Import, RefusedFilesSayWhyAndLeaveTheCanvas) {
   }
   EXPECT_EQ(p.ui.messages[0].title, "Loading a Graphic Error");
   EXPECT_NE(p.ui.messages[0].text.find("cut.png"), std::string::npos);
-  EXPECT_TRUE(p.app.globals.InputBitmap.Empty());  // nothing of a failed picture is kept
+  EXPECT_TRUE(p.app.pixelForm.InputBitmap.Empty());  // nothing of a failed picture is kept
 
   p.ui.messages.clear();
   EXPECT_FALSE(p.app.mainForm.ImportImageMDIChild(""));
@@ -133,7 +133,7 @@ TEST_F(Import, PictureOfTheCanvasSizeFloatsAtTheCornerWithoutQuestion) {
   EXPECT_EQ(p.app.pixelForm.SelectionLeft, 0);
   EXPECT_EQ(p.app.pixelForm.SelectionTop, 0);
   EXPECT_EQ(p.app.pixelForm.WorkBitmap, before);  // an import never writes the canvas
-  EXPECT_EQ(p.app.globals.InputBitmap, Framed(32, 16));
+  EXPECT_EQ(p.app.pixelForm.InputBitmap, Framed(32, 16));
   EXPECT_TRUE(p.app.pixelForm.ThresholdPending);  // gray and red in monochrome
   EXPECT_EQ(p.app.globals.RecentFiles, Lines{dir_ + "/same.png"});
 }
@@ -213,7 +213,7 @@ TEST_F(Import, OrientationAngleTurnsTheImport) {
   EXPECT_EQ(Floating().Height(), 20 + 2);
   EXPECT_EQ(Floating().GetPixel(0, 0), rm::kWhite);
   EXPECT_EQ(Floating().GetPixel(1, 1), kRed);
-  EXPECT_EQ(p.app.globals.InputBitmap, Framed(20, 6));  // the original stays as decoded
+  EXPECT_EQ(p.app.pixelForm.InputBitmap, Framed(20, 6));  // the original stays as decoded
 
   // A GIF is never turned here.
   p.app.pixelForm.DiscardSelection();
