@@ -259,6 +259,7 @@ bool TMainForm::LoadGraphicDirectly(const std::string& fileName) {
   g.DirectLoad = false;
   if (!ok) return false;
   app_.pixelForm.PasteSelection();
+  app_.pixelForm.CopyCanvasToSaveTable();
   g.ArtworkSaved = false;
   return true;
 }

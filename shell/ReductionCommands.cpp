@@ -75,6 +75,8 @@ bool TImageForm::OKPasteLayerClick() {
   const TPixelForm::PasteOutcome outcome = app_.pixelForm.PasteLayerButtonClick();
   if (outcome == TPixelForm::PasteOutcome::Dithered) app_.usage.Add("idith");
   if (outcome != TPixelForm::PasteOutcome::Pasted) return false;
+  // A pasted picture is an edit the user can take back.
+  app_.pixelForm.CopyCanvasToSaveTable();
   app_.globals.ArtworkSaved = false;
   return true;
 }

@@ -290,11 +290,15 @@ TEST_F(Import, DrawingRendersAtTheImportSize) {
 }
 
 TEST_F(Import, DirectLoadPastesWithoutAsking) {
+  p.app.pixelForm.ResetHistory();  // the history begins with the blank canvas, as after a mode change
   ASSERT_TRUE(p.app.mainForm.LoadGraphicDirectly(Png("big.png", Halves(64, 32))));
   EXPECT_TRUE(p.ui.messages.empty());
   EXPECT_FALSE(p.app.pixelForm.FloatingSelection);
   EXPECT_EQ(p.app.pixelForm.WorkBitmap, Halves(32, 16));
   EXPECT_FALSE(p.app.globals.ArtworkSaved);
+  // The paste is an edit like any other: Undo brings the blank canvas back.
+  ASSERT_TRUE(p.app.imageForm.UndoButtonClick());
+  EXPECT_EQ(p.app.pixelForm.WorkBitmap, Bitmap(32, 16));
 }
 
 TEST_F(Import, CanvasToBlackAndWhiteFloatsTheCanvasUnderTheThreshold) {
