@@ -1,12 +1,15 @@
 // Speed of the rastermill program as a build runs it: a 1024 x 768 photograph in JPEG, imported,
 // Floyd-Steinberg dithered to black and white and written as C text, one process per run.
 #include <benchmark/benchmark.h>
-#include <jpeglib.h>
 #include <spawn.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdio>
+// After <cstdio> and <cstddef>: the library's header uses FILE and size_t without including them.
+#include <jpeglib.h>
 #include <filesystem>
 #include <string>
 #include <vector>

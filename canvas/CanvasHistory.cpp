@@ -1,6 +1,11 @@
 // The canvas history (undo and redo) and the Image Collection.
+#include <sys/mman.h>
+
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <new>
 
 #include "canvas/PixelGrid.h"
 
@@ -37,6 +42,21 @@ void UnpackBand(const std::uint32_t* words, std::size_t count, bool runs, std::u
     return;
   }
   for (std::size_t k = 0; k < count; k += 2) pixels = std::fill_n(pixels, words[k], words[k + 1]);
+}
+
+// A block for one push. A large block is aligned to 2 MiB and marked for huge pages, where the
+// system offers them: memory that is new to the process is otherwise paid for at the first
+// write, page by page, which costs more than the copy itself (about 10 ms for a 1024 x 768
+// canvas of new colours, against well under 1 ms with huge pages).
+std::shared_ptr<std::uint32_t[]> NewHistoryBlock(std::size_t words) {
+  constexpr std::size_t kHuge = std::size_t{2} << 20;
+  const std::size_t bytes = words * sizeof(std::uint32_t);
+  if (bytes < kHuge / 2) return std::shared_ptr<std::uint32_t[]>(new std::uint32_t[words]);
+  const std::size_t rounded = (bytes + kHuge - 1) / kHuge * kHuge;
+  void* memory = std::aligned_alloc(kHuge, rounded);
+  if (memory == nullptr) throw std::bad_alloc();
+  madvise(memory, rounded, MADV_HUGEPAGE);  // a hint: refused, the block still works
+  return std::shared_ptr<std::uint32_t[]>(static_cast<std::uint32_t*>(memory), [](std::uint32_t* p) { std::free(p); });
 }
 
 }  // namespace
@@ -103,7 +123,7 @@ void TPixelForm::CopyCanvasToSaveTable() {
     needed += band.count;
   }
   if (needed > 0) {
-    const std::shared_ptr<std::uint32_t[]> block(new std::uint32_t[needed]);
+    const std::shared_ptr<std::uint32_t[]> block = NewHistoryBlock(needed);
     std::size_t at = 0;
     for (int b = 0; b < bandCount; ++b) {
       SavedBand& band = entry.bands[static_cast<std::size_t>(b)];

@@ -59,7 +59,7 @@ void TPixelForm::FormRedraw() {
   ScrollMaxX = std::max(1, CanvasWidth);
   ScrollMaxY = std::max(1, CanvasHeight);
 
-  CompositeBitmap = Bitmap(CanvasWidth, CanvasHeight, kWhite);
+  CompositeBitmap = ViewShown ? Bitmap(CanvasWidth, CanvasHeight, kWhite) : Bitmap();
   // SelectionOriginal is held at the floating selection's own size and lives as long as the
   // selection: a rebuild that finds one floating (the view following a canvas replaced under
   // it) must not wipe the picture the threshold starts from.
@@ -78,7 +78,9 @@ void TPixelForm::CutView() {
   VisibleRows = std::min(CanvasHeight, (PaintHeight + z - 1) / z);
   ScrollX = std::clamp(ScrollX, 1, std::max(1, CanvasWidth - VisibleColumns + 1));
   ScrollY = std::clamp(ScrollY, 1, std::max(1, CanvasHeight - VisibleRows + 1));
-  if (ViewBitmap.Width() != VisibleColumns * z || ViewBitmap.Height() != VisibleRows * z)
+  if (!ViewShown)
+    ViewBitmap = Bitmap();
+  else if (ViewBitmap.Width() != VisibleColumns * z || ViewBitmap.Height() != VisibleRows * z)
     ViewBitmap = Bitmap(VisibleColumns * z, VisibleRows * z, kWhite);
   else
     ViewBitmap.Fill(kWhite);
@@ -242,6 +244,7 @@ void TPixelForm::LayBitmap(const Bitmap& from, int left, int top, bool andMode) 
 }
 
 void TPixelForm::CopyBitmapToCanvas() {
+  if (!ViewShown) return;
   if (CompositeBitmap.Width() != WorkBitmap.Width() || CompositeBitmap.Height() != WorkBitmap.Height() ||
       ItemSelectionTable.empty())
     FormRedraw();  // the picture was replaced at another size: the view follows it
@@ -332,7 +335,7 @@ void TPixelForm::DrawGrid() {
 }
 
 void TPixelForm::CopyCanvasToBitmap() {
-  if (MotionPreparing) return;
+  if (MotionPreparing || !ViewShown) return;
   const bool shown = TransferLayerVisible;
   TransferLayerVisible = false;
   CopyBitmapToCanvas();

@@ -70,6 +70,10 @@ class TPixelForm {
   int DisplayMargin = 0;
   double PictureScale = 1.0;
 
+  // Off in a program without a window, such as the command line: the layers are then never
+  // composed or enlarged, which spares two canvas-sized pictures and their copies on every change.
+  // What is drawn must then go to WorkBitmap itself.
+  bool ViewShown = true;
   Bitmap CompositeBitmap;  // WorkBitmap with every layer over it, at canvas size
   // The enlarged view. It covers the visible cut only: from canvas column ScrollX - 1 and row
   // ScrollY - 1, VisibleColumns x VisibleRows cells of Zoom x Zoom screen pixels. At ZoomLevel 1

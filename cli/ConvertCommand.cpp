@@ -218,6 +218,7 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
   for (const auto& a : o.answers) ui.QueueAnswer(a);
   SystemClock clock;
   Application app(ui, clock);
+  app.pixelForm.ViewShown = false;  // no window: nothing to compose or enlarge
   {
     // The settings of the active project (or the one named), read only unless --save-settings:
     // so many conversions can run side by side.
