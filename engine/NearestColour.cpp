@@ -263,24 +263,10 @@ bool ConvertToNearestColor(Bitmap& bitmap, NearestColour& nearest, UiPort& ui, s
   }
   if (nearest.PaletteSize() < 3) return false;
   const auto start = std::chrono::steady_clock::now();
-  const int height = bitmap.Height();
-  for (int y = 0; y < height; ++y) {
-    if (ui.EscapePressed()) {
-      ui.MessageDlg(" Processing interrupted by escape !", "Information", DlgType::Information, {"OK"});
-      return false;
-    }
-    std::uint32_t* row = bitmap.Row(y);
-    // Neighbouring pixels are often alike: skip the cache for a repeated colour.
-    std::uint32_t lastIn = 0xFFFFFFFFu, lastOut = 0;
-    for (int x = 0; x < bitmap.Width(); ++x) {
-      if (row[x] != lastIn) {
-        lastIn = row[x];
-        lastOut = static_cast<std::uint32_t>(nearest.NearestColor(static_cast<Colour>(lastIn)));
-      }
-      row[x] = lastOut;
-    }
-    ui.Progress(y + 1, height);
-  }
+  if (!MapPixelsByRow(bitmap, ui, [&](std::uint32_t c) {
+        return static_cast<std::uint32_t>(nearest.NearestColor(static_cast<Colour>(c)));
+      }))
+    return false;
   if (!quiet) {
     const auto ms =
         std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count();

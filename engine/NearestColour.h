@@ -89,6 +89,31 @@ class NearestColour {
   Cache cache_;
 };
 
+// Replaces each pixel of `bitmap` by `map(pixel)` row by row, with progress; a run of one colour
+// is mapped once, since neighbouring pixels are often alike. Esc, polled between rows, stops it
+// with " Processing interrupted by escape !" and leaves the rows done. False when stopped.
+template <class Map>
+bool MapPixelsByRow(Bitmap& bitmap, UiPort& ui, Map&& map) {
+  const int height = bitmap.Height();
+  for (int y = 0; y < height; ++y) {
+    if (ui.EscapePressed()) {
+      ui.MessageDlg(" Processing interrupted by escape !", "Information", DlgType::Information, {"OK"});
+      return false;
+    }
+    std::uint32_t* row = bitmap.Row(y);
+    std::uint32_t lastIn = 0xFFFFFFFFu, lastOut = 0;
+    for (int x = 0; x < bitmap.Width(); ++x) {
+      if (row[x] != lastIn) {
+        lastIn = row[x];
+        lastOut = map(lastIn);
+      }
+      row[x] = lastOut;
+    }
+    ui.Progress(y + 1, height);
+  }
+  return true;
+}
+
 // Replaces every pixel of `bitmap` by `nearest.NearestColor(pixel)`, row by row, with progress and
 // Esc polled per row. Stops at once when colours would pass unchanged or the palette has fewer
 // than 3 entries. `name` "FONT" (any case) keeps the status line and log untouched, for glyphs.

@@ -193,22 +193,7 @@ bool ConvertToMyColor(Bitmap& bitmap, std::vector<Colour> palette, int modeColou
     const std::size_t rank = static_cast<std::size_t>(std::lower_bound(used.begin(), used.end(), c) - used.begin());
     return static_cast<std::uint32_t>(palette[std::min(rank * step, palette.size() - 1)]);
   };
-  for (int y = 0; y < bitmap.Height(); ++y) {
-    if (ui.EscapePressed()) {
-      ui.MessageDlg(" Processing interrupted by escape !", "Information", DlgType::Information, {"OK"});
-      return false;
-    }
-    std::uint32_t* row = bitmap.Row(y);
-    std::uint32_t lastIn = 0xFFFFFFFFu, lastOut = 0;
-    for (int x = 0; x < bitmap.Width(); ++x) {
-      if (row[x] != lastIn) {
-        lastIn = row[x];
-        lastOut = targetOf(lastIn & 0xFFFFFFu);
-      }
-      row[x] = lastOut;
-    }
-    ui.Progress(y + 1, bitmap.Height());
-  }
+  if (!MapPixelsByRow(bitmap, ui, [&](std::uint32_t c) { return targetOf(c & 0xFFFFFFu); })) return false;
   const auto ms =
       std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count();
   ui.Status("Colors Converted to Color Palette in  " + std::to_string(ms) + " ms");
