@@ -22,9 +22,11 @@ bool TPixelForm::IsBlackAndWhite() const {
   return true;
 }
 
-void TPixelForm::FloatSelection(const Bitmap& picture, int left, int top) {
-  SelectionBitmap = picture;
+void TPixelForm::FloatSelection(const Bitmap& picture, int left, int top) { FloatSelection(Bitmap(picture), left, top); }
+
+void TPixelForm::FloatSelection(Bitmap&& picture, int left, int top) {
   SelectionOriginal = picture;
+  SelectionBitmap = std::move(picture);
   SelectionLeft = left;
   SelectionTop = top;
   FloatingSelection = true;

@@ -41,6 +41,7 @@ class TPixelForm {
   // The floating selection: a picture lying over the canvas at SelectionLeft, SelectionTop until
   // it is pasted into WorkBitmap or dropped. Parts beyond the canvas edges are clipped at paste.
   void FloatSelection(const Bitmap& picture, int left, int top);
+  void FloatSelection(Bitmap&& picture, int left, int top);
   void PasteSelection();
   void DiscardSelection();
 

@@ -217,7 +217,8 @@ bool TMainForm::AssignInPutBitmap() {
     if (!g.ImportKeepsOffsets) left = s.ExportAreaX1, top = s.ExportAreaY1;
   }
 
-  Bitmap placed = picture;
+  Bitmap resized;
+  bool wasResized = false;  // a resize to a width of 0 floats an empty picture
   if (picture.Width() > targetWidth || picture.Height() > targetHeight) {
     g.ImportTargetSizeText = (inSelection ? " Selection Frame Size = H : " : " Work Canvas Size = H : ") +
                              Num(targetHeight) + " W : " + Num(targetWidth);
@@ -233,7 +234,8 @@ bool TMainForm::AssignInPutBitmap() {
           inSelection ? PropotionalResizeToSelectionSize(picture.Width(), picture.Height(), targetWidth, targetHeight,
                                                          canvas.MatrixWidth())
                       : PropotionalResizeSize(picture.Width(), picture.Height(), targetWidth, targetHeight);
-      placed = StretchBitmap(picture, size.width, size.height);
+      resized = StretchBitmap(picture, size.width, size.height);
+      wasResized = true;
       StatusBarAndLog("Picture resized to W : " + Num(size.width) + " H : " + Num(size.height));
     } else if (answer == 7) {
       // Kept as it is: the selection is larger than the canvas and the user drags it to choose
@@ -245,10 +247,14 @@ bool TMainForm::AssignInPutBitmap() {
       return false;
     }
   }
-  canvas.FloatSelection(placed, left, top);
+  if (wasResized)
+    canvas.FloatSelection(std::move(resized), left, top);
+  else
+    canvas.FloatSelection(picture, left, top);
   canvas.CopyBitmapToCanvas();
   canvas.CheckColorsSelection(true);
-  StatusBarAndLog("Picture imported : W : " + Num(placed.Width()) + " H : " + Num(placed.Height()));
+  StatusBarAndLog("Picture imported : W : " + Num(canvas.SelectionBitmap.Width()) +
+                  " H : " + Num(canvas.SelectionBitmap.Height()));
   return true;
 }
 
