@@ -133,6 +133,8 @@ int ImportPicture(Application& app, const ConvertOptions& o) {
   Globals& g = app.globals;
   TMainForm& main = app.mainForm;
   int w = 0, h = 0;
+  // The canvas takes the project's display first, so that a preset equal to it is in force too.
+  main.CanvasRedraw();
   if (o.pictureMode) {
     if (!o.mode.empty()) return Fail("--picture-mode converts in 16M colours; it takes no --mode", 2);
     if (!o.preset.empty()) return Fail("--picture-mode and --preset both choose the display", 2);
@@ -142,7 +144,7 @@ int ImportPicture(Application& app, const ConvertOptions& o) {
       return Fail("--preset takes one of the size menu's presets as WxH, not \"" + o.preset + "\"", 2);
     main.MatrixPresetClick(w, h);
   } else if (o.size == "project") {
-    main.CanvasRedraw();
+    // The project's display, taken above.
   } else if (!o.size.empty()) {
     if (!ParseSize(o.size, w, h)) return Fail("--size takes WxH or 'project', not \"" + o.size + "\"", 2);
     if (w > 1024 || h > 768) return Fail("a display is at most 1024x768; " + o.size + " is larger", 2);

@@ -484,6 +484,12 @@ TEST_F(Cli, DisplaySizeAndFitting) {
     EXPECT_EQ(r.out.size(), c.bytes);
     EXPECT_EQ(SetBits(r.out), c.black);
   }
+  // The project's display, whether named by --size project or by a preset that equals it.
+  ASSERT_EQ(Run({"settings", "set", "GHI", "128"}).status, 0);
+  for (const Args& display : {Args{"--size", "project"}, Args{"--preset", "128x128"}}) {
+    const Result r = Run(Concat({"convert", small, "--mode", "mono", "--output", "bin"}, display));
+    EXPECT_EQ(r.out.size(), 128u * 128 / 8) << Join(display) << r.err;
+  }
 }
 
 TEST_F(Cli, ThresholdAndDitherMakeBlackAndWhite) {
