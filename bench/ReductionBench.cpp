@@ -29,12 +29,19 @@ rm::Bitmap PhotoLike(int w, int h) {
   return b;
 }
 
+// A program in the 262144 colours mode, whose palette the reductions below map onto.
+struct Program262144 {
+  rmbench::QuietUi ui;
+  rm::FixedClock clock{0};
+  rm::Application app{ui, clock};
+  Program262144() { app.mainForm.SetColourMode(60, true); }
+};
+
 // The first import of a photo in the 262144 colours mode: the answers are not cached yet.
 void ReductionPhotoTo262144(benchmark::State& state) {
-  rmbench::QuietUi ui;
-  rm::FixedClock clock(0);
-  rm::Application app(ui, clock);
-  app.mainForm.SetColourMode(60, true);
+  Program262144 program;
+  rm::Application& app = program.app;
+  rmbench::QuietUi& ui = program.ui;
   const rm::Bitmap photo = PhotoLike(1024, 768);
   for (auto _ : state) {
     rm::Bitmap work = photo;
@@ -57,10 +64,9 @@ void ReductionDither(benchmark::State& state, rm::ColorReduction reduction, rm::
 }
 
 void ReductionMyColor(benchmark::State& state) {
-  rmbench::QuietUi ui;
-  rm::FixedClock clock(0);
-  rm::Application app(ui, clock);
-  app.mainForm.SetColourMode(60, true);
+  Program262144 program;
+  const rm::Application& app = program.app;
+  rmbench::QuietUi& ui = program.ui;
   const rm::Bitmap photo = PhotoLike(1024, 768);
   for (auto _ : state) {
     rm::Bitmap work = photo;
