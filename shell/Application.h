@@ -75,6 +75,10 @@ class Application {
   // The picture decoders, given by the front end (the platform layer); none in a bare program.
   ImageCodecs* codecs = nullptr;
 
+  // ---- Settings panel ----
+
+  // ---- end of settings panel ----
+
   TextLines batchText;        // the batch editor's lines, saved as Globals::BatchFileName
   InstanceLock instanceLock;  // held from the start to the quit of the desktop program
 };

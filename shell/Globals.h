@@ -162,6 +162,18 @@ struct Globals {
   // ---- Threshold and dithering ----
 
   // ---- end of threshold and dithering ----
+
+  // ---- Explorer and editors ----
+
+  // ---- end of explorer and editors ----
+
+  // ---- Settings panel ----
+
+  // ---- end of settings panel ----
+
+  // ---- Desktop windows ----
+
+  // ---- end of desktop windows ----
 };
 
 }  // namespace rm

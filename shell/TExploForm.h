@@ -60,6 +60,10 @@ class TExploForm {
   // lead the user's eye to it (show the explorer, flash the button).
   std::function<void()> LeadTheEye;
 
+  // ---- Explorer: folder roles, file list, opening and saving ----
+
+  // ---- end of explorer ----
+
  private:
   Application& app_;
 };

@@ -58,6 +58,10 @@ class TExploForm2 {
   bool ConvertToDithered(Bitmap& preview);
   // ---- end of dithering in the preview ----
 
+  // ---- Editors: loading, highlighters, saving ----
+
+  // ---- end of editors ----
+
  private:
   Application& app_;
 };
