@@ -24,24 +24,29 @@ GuiHome::~GuiHome() {
   std::filesystem::remove_all(path_, ec);
 }
 
-void AnswerNextMessage(const QString& caption, QString* seenText) {
-  // The box is modal: it is found from a timer while its own event loop runs.
-  auto attempt = std::make_shared<std::function<void(int)>>();
-  *attempt = [caption, seenText, attempt](int triesLeft) {
-    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    if (!box) {
-      if (triesLeft > 0) QTimer::singleShot(10, [attempt, triesLeft] { (*attempt)(triesLeft - 1); });
+namespace {
+
+// The box is modal: it is looked for from a timer while its own event loop runs.
+void TryAnswer(const QString& caption, QString* seenText, int triesLeft) {
+  auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+  if (!box) {
+    if (triesLeft > 0)
+      QTimer::singleShot(10, [caption, seenText, triesLeft] { TryAnswer(caption, seenText, triesLeft - 1); });
+    return;
+  }
+  if (seenText) *seenText = box->text();
+  for (QAbstractButton* b : box->buttons())
+    if (b->text() == caption) {
+      b->click();
       return;
     }
-    if (seenText) *seenText = box->text();
-    for (QAbstractButton* b : box->buttons())
-      if (b->text() == caption) {
-        b->click();
-        return;
-      }
-    QFAIL(qPrintable("no button " + caption + " in the message: " + box->text()));
-  };
-  QTimer::singleShot(0, [attempt] { (*attempt)(200); });
+  QFAIL(qPrintable("no button " + caption + " in the message: " + box->text()));
+}
+
+}  // namespace
+
+void AnswerNextMessage(const QString& caption, QString* seenText) {
+  QTimer::singleShot(0, [caption, seenText] { TryAnswer(caption, seenText, 200); });
 }
 
 }  // namespace rmtest
