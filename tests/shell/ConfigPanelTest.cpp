@@ -147,6 +147,10 @@ TEST_F(ConfigPanelProjects, EveryFieldReadsBackWhatItWroteAndTheProjectKeepsIt) 
   std::vector<std::pair<const ConfigField*, std::string>> wanted;
   int salt = 0;
   for (const ConfigField& f : TConfigChildWin::Fields()) {
+    // The front end names its controls by id and files them under their tab.
+    EXPECT_EQ(TConfigChildWin::FindField(f.id), &f) << f.id << " is not unique";
+    const auto& tabs = TConfigChildWin::Tabs();
+    EXPECT_NE(std::find(tabs.begin(), tabs.end(), f.tab), tabs.end()) << f.id;
     // Data per line 1 would turn the separator off behind the separator's back.
     const std::string v = OtherValue(w, f, ++salt);
     ASSERT_TRUE(w.SetValue(f, v)) << f.id;
