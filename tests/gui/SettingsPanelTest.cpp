@@ -9,9 +9,6 @@
 #include <QTableWidget>
 #include <QTest>
 
-#include <cstdlib>
-#include <filesystem>
-
 #include "gui/GuiTestSupport.h"
 #include "gui/SettingsPanel.h"
 #include "support/ShellTestSupport.h"
@@ -22,16 +19,6 @@ std::string LastLog(const rm::Application& app) {
   const auto& l = app.logWindow.Lines.Lines();
   return l.empty() ? std::string() : l.back();
 }
-
-// A home folder of its own for the tests that read and write projects.
-struct Home {
-  std::string dir = rmtest::MakeTempDir();
-  Home() { setenv("RASTERMILL_HOME", dir.c_str(), 1); }
-  ~Home() {
-    unsetenv("RASTERMILL_HOME");
-    std::filesystem::remove_all(dir);
-  }
-};
 
 // The program as the desktop starts it: folders, the default project on disk, its template.
 void Start(rmtest::TestProgram& p) {
@@ -94,7 +81,7 @@ class SettingsPanelTest : public QObject {
   }
 
   void syncAfterAProjectSwitchShowsTheNewValuesAndSendsNothing() {
-    Home home;
+    rmtest::GuiHome home;
     rmtest::TestProgram prog;
     Start(prog);
     rmgui::SettingsPanel panel(prog.app);
@@ -129,7 +116,7 @@ class SettingsPanelTest : public QObject {
   }
 
   void headerTemplateEditSaveRoundTrip() {
-    Home home;
+    rmtest::GuiHome home;
     rmtest::TestProgram prog;
     Start(prog);
     rmgui::SettingsPanel panel(prog.app);
@@ -187,5 +174,5 @@ class SettingsPanelTest : public QObject {
   }
 };
 
-RM_GUI_TEST(SettingsPanelTest)
+RM_GUI_TEST(SettingsPanelTest);
 #include "SettingsPanelTest.moc"
