@@ -11,6 +11,7 @@
 #include "shell/Globals.h"
 #include "shell/LogWindow.h"
 #include "shell/StartUp.h"
+#include "shell/TConfigChildWin.h"
 #include "shell/TExploForm.h"
 #include "shell/TExploForm2.h"
 #include "shell/TImageForm.h"
@@ -76,7 +77,7 @@ class Application {
   ImageCodecs* codecs = nullptr;
 
   // ---- Settings panel ----
-
+  TConfigChildWin configWin{*this};
   // ---- end of settings panel ----
 
   TextLines batchText;        // the batch editor's lines, saved as Globals::BatchFileName

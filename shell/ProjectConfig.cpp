@@ -50,6 +50,7 @@ bool TMainForm::LoadConfigurationX(bool testInUse) {
   }
   ProjectRead(app_, project);
   LoadSearchReplaceData(app_, project);
+  app_.configWin.Reloadreorder();
   app_.imageForm.LoadImageCollectionMemos();
   return true;
 }
