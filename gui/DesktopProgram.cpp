@@ -6,10 +6,27 @@
 #include <QScreen>
 
 #include "gui/MainWindow.h"
+#include "gui/SettingsPanel.h"
 #include "shell/StartUp.h"
 #include "shell/WindowPlaces.h"
 
 namespace rmgui {
+
+namespace {
+
+// Docks a panel and keeps it in step with the rest: it re-reads the program after every command
+// and its own commands bring every other view up to date.
+template <typename Panel>
+Panel* Dock(MainWindow& window, rm::Application& app, const QString& title, const QString& objectName,
+            Qt::DockWidgetArea area) {
+  auto* panel = new Panel(app, &window);
+  window.AddPanel(panel, title, objectName, area);
+  window.AddSyncListener([panel] { panel->SyncFromModel(); });
+  QObject::connect(panel, &Panel::modelChanged, &window, &MainWindow::SyncAll);
+  return panel;
+}
+
+}  // namespace
 
 DesktopProgram::DesktopProgram() : app_(ui_, clock_) { app_.codecs = &codecs_; }
 
@@ -32,6 +49,7 @@ bool DesktopProgram::Start(const Options& options) {
     switch (w) {
       case rm::StartWindow::Image:
         window_ = std::make_unique<MainWindow>(app_, ui_);
+        Dock<SettingsPanel>(*window_, app_, "Settings", "settingsDock", Qt::RightDockWidgetArea);
         break;
       case rm::StartWindow::LogWin:
         app_.logWindow.Exists = true;
