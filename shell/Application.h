@@ -75,6 +75,10 @@ class Application {
   // The picture decoders, given by the front end (the platform layer); none in a bare program.
   ImageCodecs* codecs = nullptr;
 
+  // ---- Explorer and editors ----
+  TextLines reportText;  // the editors' second text: the report of a batch run
+  // ---- end of explorer and editors ----
+
   // ---- Settings panel ----
 
   // ---- end of settings panel ----
