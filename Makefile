@@ -6,6 +6,8 @@ DEMO_INPUT ?= examples/logo.png
 
 demo: bootstrap release
 	./build/release/cli/rastermill convert $(DEMO_INPUT) -o -
+	QT_QPA_PLATFORM=offscreen ./build/release/gui/rastermill-gui --screenshot build/demo-window.png $(DEMO_INPUT)
+	@echo "The desktop program's window with $(DEMO_INPUT): build/demo-window.png"
 
 test: bootstrap asan
 	cd build/asan && ASAN_OPTIONS=detect_leaks=1 ctest --output-on-failure -j $(JOBS)
@@ -24,8 +26,9 @@ asan:
 
 bench: bootstrap
 	cmake --preset dev -DCMAKE_BUILD_TYPE=Release -B build/bench >/dev/null
-	cmake --build build/bench -j $(JOBS) --target rm_bench
+	cmake --build build/bench -j $(JOBS) --target rm_bench rm_gui_bench
 	./build/bench/bench/rm_bench
+	QT_QPA_PLATFORM=offscreen ./build/bench/bench/rm_gui_bench
 
 clean:
 	rm -rf build

@@ -32,6 +32,18 @@ void TPixelForm::FloatSelection(Bitmap&& picture, int left, int top) {
   FloatingSelection = true;
 }
 
+bool TPixelForm::SelectionContains(int x, int y) const {
+  return FloatingSelection && x >= SelectionLeft && y >= SelectionTop && x < SelectionLeft + SelectionBitmap.Width() &&
+         y < SelectionTop + SelectionBitmap.Height();
+}
+
+void TPixelForm::MoveSelection(int left, int top) {
+  if (!FloatingSelection || (left == SelectionLeft && top == SelectionTop)) return;
+  SelectionLeft = left;
+  SelectionTop = top;
+  CopyBitmapToCanvas();
+}
+
 void TPixelForm::PasteSelection() {
   if (FloatingSelection) {
     const int x0 = std::max(0, SelectionLeft);

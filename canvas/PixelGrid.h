@@ -43,6 +43,11 @@ class TPixelForm {
   void FloatSelection(const Bitmap& picture, int left, int top);
   void FloatSelection(Bitmap&& picture, int left, int top);
   void PasteSelection();
+  // True when canvas cell (x, y) lies on the floating selection.
+  bool SelectionContains(int x, int y) const;
+  // Moves the floating selection so that its top left corner lies on canvas cell (left, top)
+  // (it may stand partly or wholly outside the canvas) and composes the view again.
+  void MoveSelection(int left, int top);
   void DiscardSelection();
 
   // ---- Canvas model: view, zoom, history and Image Collection ----

@@ -1,8 +1,10 @@
 // The Work Canvas window's commands: zoom, history, Image Collection, reload of the last
 // artwork; and the canvas size helpers of the main window (combo, custom sizes, caption).
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 
+#include "engine/BitRearrange.h"
 #include "shell/Application.h"
 
 namespace rm {
@@ -219,5 +221,34 @@ bool TImageForm::ReloadLastWorkCanvasBitmapClick() {
     return false;
   return app_.mainForm.OpenPic(path);
 }
+
+std::string TMainForm::PixelStatusText(int x, int y) const {
+  const Bitmap& b = app_.pixelForm.WorkBitmap;
+  if (x < 0 || y < 0 || x >= b.Width() || y >= b.Height()) return {};
+  const Colour c = b.GetPixel(x, y) & 0xFFFFFF;
+  const unsigned r = c & 0xFF, g = (c >> 8) & 0xFF, bl = (c >> 16) & 0xFF;
+  char hex[8];
+  std::snprintf(hex, sizeof hex, "%02X%02X%02X", r, g, bl);
+  const ConversionSession& s = app_.session;
+  if (s.PaletteSize <= 0) return std::string("   RGB Hex=#") + hex;
+  // The data value is the colour's place in the palette, turned by the mode's bit order the way
+  // the conversion writes it; a colour the palette lacks has none.
+  strayIndex_.Build(s.PaletteTable);
+  const int index = strayIndex_.IndexOf(c);
+  std::string text = " (RGB=" + std::to_string(r) + "-" + std::to_string(g) + "-" + std::to_string(bl) + ") (Dec=";
+  if (index < 0) return text + "-)(RGB Hex=" + hex + ")";
+  std::uint32_t value = static_cast<std::uint32_t>(index);
+  switch (s.PaletteSize) {
+    case 4096: value = Reorder4096Output(value, s.CanvasBits); break;
+    case 65536: value = Reorder65kOutput(value, s.CanvasBits); break;
+    case 262144: value = Reorder262kOutput(value, s.CanvasBits); break;
+    default: value = Reorder256Output(value); break;
+  }
+  char code[16];
+  std::snprintf(code, sizeof code, "%X", value);
+  return text + std::to_string(value) + ")(RGB Hex=" + hex + ")  0x" + code;
+}
+
+std::string TMainForm::PixelPositionText(int x, int y) { return "X = " + std::to_string(x) + "  Y = " + std::to_string(y); }
 
 }  // namespace rm

@@ -36,6 +36,12 @@ bool TMainForm::IsMatrixPreset(int width, int height) {
                      [&](const MatrixSize& p) { return p.width == width && p.height == height; });
 }
 
+std::vector<std::pair<int, int>> TMainForm::MatrixPresets() {
+  std::vector<std::pair<int, int>> sizes;
+  for (const MatrixSize& p : kMatrixPresets) sizes.emplace_back(p.width, p.height);
+  return sizes;
+}
+
 bool TMainForm::MatrixPresetClick(int width, int height) {
   Globals& g = app_.globals;
   if (!IsMatrixPreset(width, height)) return false;

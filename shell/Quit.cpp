@@ -52,6 +52,7 @@ TMainForm::QuitOutcome TMainForm::FileExit1Execute() {
 TMainForm::QuitOutcome TMainForm::PMSys_Quitter() {
   Globals& g = app_.globals;
   g.LastAction = "Quit Program";
+  if (FormPositions) FormPositions();
   StatusBarAndLog("Quit Rastermill");
   if (!g.ArtworkSaved) {
     const std::string a = app_.ui.MessageDlg(" Quit rastermill ? \r Artwork has not been saved ! ", "Confirm",

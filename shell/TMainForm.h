@@ -2,6 +2,7 @@
 #include <exception>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "canvas/PixelGrid.h"
@@ -151,6 +152,9 @@ class TMainForm {
     std::function<bool()> Save;
   };
   ModeScript FontScript, FieldsScript, TouchScript, EditableFont, VectorDesign;
+  // Collects the places of the windows into the settings at quit, before the project is written;
+  // set by the front end that has windows.
+  std::function<void()> FormPositions;
   // Saves the Work Canvas picture; set by the owner of the picture files. False when not saved.
   std::function<bool()> ArtworkSaver;
 
@@ -180,6 +184,8 @@ class TMainForm {
   // Display size. A preset of the size menu; false when (W, H) is none or nothing changed.
   bool MatrixPresetClick(int width, int height);
   static bool IsMatrixPreset(int width, int height);
+  // The presets of the size menu, width by height, in menu order.
+  static std::vector<std::pair<int, int>> MatrixPresets();
   void CHLCDMatrix();
   void LCDMatrix();
   void CanvasRedraw();
@@ -249,6 +255,12 @@ class TMainForm {
   std::string CanvasCaption() const;
   std::string StatusPanel1() const;
   std::string StatusPanel2() const;
+  // The pixel under the mouse for the status panels: its colour as "(RGB=R-G-B) (Dec=code)(RGB
+  // Hex=RRGGBB)  0x.." with its data value in the palette modes, "   RGB Hex=#RRGGBB" in the
+  // others; empty outside the canvas.
+  std::string PixelStatusText(int x, int y) const;
+  // The cell's position for the status bar: "X = x  Y = y".
+  static std::string PixelPositionText(int x, int y);
   // The size rule panel of the current mode and scheme.
   PagingPanel PagingPanelNow() const;
   // ---- end of the Work Canvas size ----

@@ -1,0 +1,89 @@
+// The desktop program's speed: the Work Canvas repaint while a selection is dragged, and the
+// start-up to a usable window. Runs on Qt's offscreen platform.
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QTest>
+#include <cstdlib>
+#include <filesystem>
+#include <unistd.h>
+
+#include "gui/CanvasWidget.h"
+#include "gui/DesktopProgram.h"
+#include "gui/MainWindow.h"
+
+namespace {
+
+constexpr int kW = 1024, kH = 768;
+
+std::string FreshHome() {
+  const auto dir = std::filesystem::temp_directory_path() / ("rm-gui-bench-" + std::to_string(::getpid()));
+  std::filesystem::create_directories(dir);
+  setenv("RASTERMILL_HOME", dir.c_str(), 1);
+  return dir.string();
+}
+
+// One step of a drag: the selection moves one cell, the model composes and enlarges the view, and
+// the window paints it (repaint() paints at once rather than at the next event loop turn).
+void GuiSelectionDrag(benchmark::State& state, int inflateSteps) {
+  FreshHome();
+  rmgui::DesktopProgram program;
+  rmgui::DesktopProgram::Options o;
+  o.singleInstance = false;
+  if (!program.Start(o)) {
+    state.SkipWithError("the program did not start");
+    return;
+  }
+  rm::Application& app = program.App();
+  program.Window().resize(1600, 1000);
+  program.Show();
+  app.mainForm.UserMatrixClick(std::to_string(kW), std::to_string(kH));
+  for (int i = 0; i < inflateSteps; ++i) app.imageForm.BiggerButtonClick();
+  rm::Bitmap& b = app.pixelForm.WorkBitmap;
+  for (int y = 0; y < kH; ++y)
+    for (int x = 0; x < kW; ++x) b.Row(y)[x] = ((x / 37 + y / 23) % 3 == 0) ? 0u : 0xFFFFFFu;
+  app.pixelForm.FloatSelection(rm::Bitmap(kW / 2, kH / 2, 0x000000), 100, 100);
+  program.Window().SyncAll();
+  QApplication::processEvents();
+  rmgui::CanvasWidget* canvas = program.Window().Canvas();
+  int step = 0;
+  for (auto _ : state) {
+    ++step;
+    app.pixelForm.MoveSelection(100 + (step & 1), 100);
+    canvas->viewport()->repaint();
+  }
+  state.counters["zoom"] = app.pixelForm.Zoom;
+  state.counters["view_Mpx"] =
+      static_cast<double>(app.pixelForm.ViewBitmap.Width()) * app.pixelForm.ViewBitmap.Height() / 1e6;
+}
+BENCHMARK_CAPTURE(GuiSelectionDrag, zoom_1, 0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(GuiSelectionDrag, zoom_2, 1)->Unit(benchmark::kMillisecond);
+
+// From nothing to the main window shown and painted, settings read, the canvas made.
+void GuiStartUp(benchmark::State& state) {
+  FreshHome();
+  for (auto _ : state) {
+    rmgui::DesktopProgram program;
+    rmgui::DesktopProgram::Options o;
+    o.singleInstance = false;
+    if (!program.Start(o)) {
+      state.SkipWithError("the program did not start");
+      return;
+    }
+    program.Show();
+    if (!QTest::qWaitForWindowExposed(&program.Window())) state.SkipWithError("not shown");
+    program.Window().repaint();
+  }
+}
+BENCHMARK(GuiStartUp)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (!std::getenv("QT_QPA_PLATFORM")) setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  QApplication app(argc, argv);
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+  return 0;
+}

@@ -1,0 +1,126 @@
+#include "gui/DesktopProgram.h"
+
+#include <QDockWidget>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include "gui/MainWindow.h"
+#include "shell/StartUp.h"
+#include "shell/WindowPlaces.h"
+
+namespace rmgui {
+
+DesktopProgram::DesktopProgram() : app_(ui_, clock_) { app_.codecs = &codecs_; }
+
+DesktopProgram::~DesktopProgram() = default;
+
+bool DesktopProgram::Start(const Options& options) {
+  if (QScreen* screen = QGuiApplication::primaryScreen()) {
+    app_.globals.ScreenWidth = screen->geometry().width();
+    app_.globals.ScreenHeight = screen->geometry().height();
+  }
+  app_.mainForm.ArtworkSaver = [this] { return SaveArtwork(); };
+  app_.mainForm.FormPositions = [this] { StorePlaces(); };
+
+  rm::StartOptions start;
+  start.firstParameterGiven = options.firstParameterGiven;
+  start.singleInstance = options.singleInstance;
+  // Lines logged before the log window exists wait in the model until it is made.
+  app_.logWindow.Exists = false;
+  start.createWindow = [this](rm::StartWindow w) {
+    switch (w) {
+      case rm::StartWindow::Image:
+        window_ = std::make_unique<MainWindow>(app_, ui_);
+        break;
+      case rm::StartWindow::LogWin:
+        app_.logWindow.Exists = true;
+        break;
+      default:
+        break;
+    }
+  };
+  if (rm::StartProgram(app_, start) == rm::StartOutcome::AnotherInstance) return false;
+  // The first canvas: empty, at the display's size, in the project's colour mode.
+  app_.mainForm.CanvasRedraw();
+  RestorePlaces();
+  window_->SyncAll();
+  return true;
+}
+
+void DesktopProgram::Show() { window_->show(); }
+
+namespace {
+
+struct DockRole {
+  const char* objectName;
+  rm::DesktopWindow window;
+};
+constexpr DockRole kDocks[] = {{"explorerDock", rm::DesktopWindow::Explorer},
+                               {"editorsDock", rm::DesktopWindow::Editors},
+                               {"settingsDock", rm::DesktopWindow::Settings},
+                               {"logDock", rm::DesktopWindow::Log}};
+
+}  // namespace
+
+// The Work Canvas is the middle of the main window here, so the canvas window's place is the main
+// window's. Panels are docks: they come back docked where they were put, at their saved size, and
+// shown or hidden as they were; a panel the user floated comes back at its saved place.
+void DesktopProgram::RestorePlaces() {
+  MainWindow& w = *window_;
+  const rm::WindowPlace canvas = rm::ReadWindowPlace(app_, rm::DesktopWindow::WorkCanvas);
+  if (canvas.width > 0 && canvas.height > 0) w.resize(canvas.width, canvas.height);
+  else w.resize(1200, 800);
+  if (canvas.left >= 0 && canvas.top >= 0) w.move(canvas.left, canvas.top);
+  for (const DockRole& role : kDocks) {
+    QDockWidget* dock = w.Dock(role.objectName);
+    if (!dock) continue;
+    const rm::WindowPlace p = rm::ReadWindowPlace(app_, role.window);
+    bool shown = p.shown;
+    if (role.window == rm::DesktopWindow::Log) shown = shown && app_.logWindow.Visible;
+    dock->setVisible(shown);
+    if (p.width > 0) w.resizeDocks({dock}, {p.width}, Qt::Horizontal);
+    if (p.height > 0) w.resizeDocks({dock}, {p.height}, Qt::Vertical);
+  }
+}
+
+void DesktopProgram::StorePlaces() {
+  MainWindow& w = *window_;
+  rm::WindowPlace canvas;
+  canvas.shown = !w.isMinimized();
+  canvas.left = std::max(0, w.x());
+  canvas.top = std::max(0, w.y());
+  canvas.width = w.width();
+  canvas.height = w.height();
+  rm::StoreWindowPlace(app_, rm::DesktopWindow::WorkCanvas, canvas);
+  for (const DockRole& role : kDocks) {
+    QDockWidget* dock = w.Dock(role.objectName);
+    if (!dock) continue;
+    rm::WindowPlace p = rm::ReadWindowPlace(app_, role.window);
+    p.shown = dock->isVisible();
+    const QPoint at = dock->mapToGlobal(QPoint(0, 0));
+    p.left = std::max(0, at.x());
+    p.top = std::max(0, at.y());
+    p.width = dock->width();
+    p.height = dock->height();
+    rm::StoreWindowPlace(app_, role.window, p);
+  }
+}
+
+bool DesktopProgram::SaveArtwork() {
+  const QString path = QFileDialog::getSaveFileName(window_.get(), "Save Artwork",
+                                                    QString::fromStdString(app_.globals.LastArtworkPath),
+                                                    "Portable Network Graphics (*.png);;Bitmaps (*.bmp)");
+  if (path.isEmpty()) return false;
+  std::string error;
+  const bool bmp = path.endsWith(".bmp", Qt::CaseInsensitive);
+  const std::string file = bmp || path.endsWith(".png", Qt::CaseInsensitive) ? path.toStdString()
+                                                                              : path.toStdString() + ".png";
+  const bool ok = bmp ? codecs_.SaveBmp(app_.pixelForm.WorkBitmap, file, error)
+                      : codecs_.SavePng(app_.pixelForm.WorkBitmap, file, error);
+  if (!ok) app_.ui.MessageDlg(" " + error + " ", "Error", rm::DlgType::Error, {"OK"});
+  else app_.mainForm.StatusBarAndLog("Artwork saved to " + file);
+  return ok;
+}
+
+}  // namespace rmgui

@@ -1,0 +1,221 @@
+// The main window driven as a user drives it: menus, dialogs, the canvas under the mouse.
+#include <QAction>
+#include <QDialog>
+#include <QFileDialog>
+#include <QLabel>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+#include "gui/CanvasWidget.h"
+#include "gui/DesktopProgram.h"
+#include "gui/GuiTestSupport.h"
+#include "gui/MainWindow.h"
+#include "shell/WindowPlaces.h"
+#include "support/ShellTestSupport.h"
+
+using rmtest::AnswerNextMessage;
+
+namespace {
+
+// Accepts the next file dialog with `path` chosen.
+void ChooseFileNext(const QString& path) {
+  QTimer::singleShot(0, [path] {
+    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    QVERIFY2(dialog, "no file dialog");
+    dialog->selectFile(path);
+    static_cast<QDialog*>(dialog)->accept();
+  });
+}
+
+// Confirms the next Export dialog as it opens.
+void ConfirmExportNext() {
+  QTimer::singleShot(0, [] {
+    auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    QVERIFY2(dialog && dialog->objectName() == "exportDialog", "no export dialog");
+    dialog->accept();
+  });
+}
+
+// A picture twice the default display in each direction, so that opening it asks about resizing.
+std::string WriteLargePicture(const std::string& folder) {
+  const rm::Bitmap picture = rmtest::PatternPicture(256, 128, {rm::kBlack, rm::kWhite});
+  const std::string path = folder + "/large.png";
+  rm::PlatformImageCodecs codecs;
+  std::string error;
+  if (!codecs.SavePng(picture, path, error)) qFatal("cannot write %s: %s", path.c_str(), error.c_str());
+  return path;
+}
+
+struct Started {
+  rmtest::GuiHome home;
+  rmgui::DesktopProgram program;
+  Started() {
+    rmgui::DesktopProgram::Options o;
+    o.singleInstance = false;
+    if (!program.Start(o)) qFatal("the program did not start");
+    program.Show();
+    if (!QTest::qWaitForWindowExposed(&program.Window())) qFatal("the main window was not shown");
+  }
+  rm::Application& app() { return program.App(); }
+  rmgui::MainWindow& window() { return program.Window(); }
+  void Trigger(const QString& text) {
+    QAction* a = window().FindAction(text);
+    QVERIFY2(a, qPrintable("no action " + text));
+    a->trigger();
+  }
+};
+
+}  // namespace
+
+class MainWindowTest : public QObject {
+  Q_OBJECT
+ private slots:
+  void initTestCase() { qputenv("SOURCE_DATE_EPOCH", "1700000000"); }
+
+  // The whole road: the file action, the resize question answered, Convert with its dialog; the
+  // text is what the same steps give without windows.
+  void openResizeAndConvert() {
+    Started s;
+    const std::string picture = WriteLargePicture(s.home.Path());
+    QString asked;
+    ChooseFileNext(QString::fromStdString(picture));
+    AnswerNextMessage("Yes", &asked);
+    s.Trigger("Open Graphic...");
+    QVERIFY(asked.contains("Resize graphic to fit Work Canvas ?"));
+    QVERIFY2(!asked.contains('\r'), "a \\r must be shown as a line break");
+    QVERIFY(s.app().pixelForm.FloatingSelection);
+    s.Trigger("OK Paste Layer");
+    ConfirmExportNext();
+    s.Trigger("Convert Work Canvas to Data");
+    const std::string shown = s.app().mainText.Text();
+
+    rmtest::TestProgram expected;
+    expected.app.mainForm.LoadFolders();
+    expected.app.mainForm.LoadConfigurationX();
+    expected.app.mainForm.CanvasRedraw();
+    expected.ui.answers = {"Yes"};
+    QVERIFY(expected.app.mainForm.OpenPic(picture));
+    expected.app.imageForm.OKPasteLayerClick();
+    QVERIFY(expected.app.imageForm.EncodeButtonClick());
+    QVERIFY(!shown.empty());
+    QCOMPARE(QString::fromStdString(shown), QString::fromStdString(expected.app.mainText.Text()));
+  }
+
+  // A colour mode change over artwork asks whether to clear the canvas; "No" keeps both the
+  // artwork and the mode, "Yes" clears and changes.
+  void modeChangeAsksAboutClearing() {
+    Started s;
+    s.app().pixelForm.WorkBitmap.SetPixel(3, 3, rm::kBlack);
+    const QString mode16 = "16 colors (4bpp)                                             2 pixels/byte";
+    QString asked;
+    AnswerNextMessage("No", &asked);
+    s.Trigger(mode16);
+    QCOMPARE(asked, QString(" Clear the work canvas before to change to 16 colors mode ? "));
+    QCOMPARE(s.app().session.ModeNumber, 1);
+    QVERIFY(!s.window().FindAction(mode16)->isChecked());
+    QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(3, 3), rm::kBlack);
+
+    AnswerNextMessage("Yes");
+    s.Trigger(mode16);
+    QCOMPARE(s.app().session.ModeNumber, 55);
+    QVERIFY(s.window().FindAction(mode16)->isChecked());
+    QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(3, 3), rm::kWhite);
+    QVERIFY(s.window().windowTitle().contains("16"));
+  }
+
+  // The cell under the mouse follows the zoom: after inflating, the same screen point lies on
+  // a cell nearer the origin, and the status shows its position and colour.
+  void zoomAndMousePosition() {
+    Started s;
+    s.app().pixelForm.WorkBitmap.SetPixel(10, 5, rm::kBlack);
+    s.app().pixelForm.CopyBitmapToCanvas();
+    rmgui::CanvasWidget* canvas = s.window().Canvas();
+    const int zoom = s.app().pixelForm.Zoom;
+    const QPoint point(10 * zoom + zoom / 2, 5 * zoom + zoom / 2);
+    QTest::mouseMove(canvas->viewport(), point);
+    auto* info = s.window().findChild<QLabel*>("pixelInfo");
+    QCOMPARE(info->text(), QString("X = 10  Y = 5   RGB Hex=#000000"));
+
+    s.Trigger("Inflate Canvas");
+    const int bigger = s.app().pixelForm.Zoom;
+    QVERIFY(bigger > zoom);
+    QCOMPARE(canvas->CellAt(point), QPoint(point.x() / bigger, point.y() / bigger));
+    QTest::mouseMove(canvas->viewport(), QPoint(10 * bigger + 1, 5 * bigger + 1));
+    QCOMPARE(info->text(), QString("X = 10  Y = 5   RGB Hex=#000000"));
+    // The view shows the cell enlarged: its screen pixels are black.
+    QCOMPARE(canvas->ViewImage().pixel(10 * bigger + 1, 5 * bigger + 1) & 0xFFFFFFu, 0u);
+    QCOMPARE(canvas->ViewImage().pixel(12 * bigger + 1, 5 * bigger + 1) & 0xFFFFFFu, 0xFFFFFFu);
+
+    s.Trigger("No Zoom");
+    QCOMPARE(s.app().pixelForm.Zoom, s.app().pixelForm.NormalZoom);
+  }
+
+  // Undo takes the canvas back before the paste and redo puts the paste back; the buttons are
+  // enabled as the history allows.
+  void undoAndRedo() {
+    Started s;
+    rm::Bitmap dot(4, 4, rm::kBlack);
+    s.app().pixelForm.FloatSelection(dot, 2, 2);
+    s.Trigger("OK Paste Layer");
+    QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(3, 3), rm::kBlack);
+    QAction* undo = s.window().FindAction("Undo");
+    QAction* redo = s.window().FindAction("Redo");
+    QVERIFY(undo->isEnabled());
+    undo->trigger();
+    QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(3, 3), rm::kWhite);
+    QVERIFY(redo->isEnabled());
+    redo->trigger();
+    QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(3, 3), rm::kBlack);
+  }
+
+  // A floating picture is dragged with the mouse and laid down by a click beside it.
+  void dragAndPasteSelection() {
+    Started s;
+    s.app().pixelForm.FloatSelection(rm::Bitmap(4, 4, rm::kBlack), 0, 0);
+    s.app().pixelForm.CopyBitmapToCanvas();
+    s.window().SyncAll();
+    rmgui::CanvasWidget* canvas = s.window().Canvas();
+    const int z = s.app().pixelForm.Zoom;
+    QTest::mousePress(canvas->viewport(), Qt::LeftButton, {}, QPoint(z + 1, z + 1));
+    QTest::mouseMove(canvas->viewport(), QPoint(11 * z + 1, 6 * z + 1));
+    QTest::mouseRelease(canvas->viewport(), Qt::LeftButton, {}, QPoint(11 * z + 1, 6 * z + 1));
+    QCOMPARE(QPoint(s.app().pixelForm.SelectionLeft, s.app().pixelForm.SelectionTop), QPoint(10, 5));
+    QTest::mouseClick(canvas->viewport(), Qt::LeftButton, {}, QPoint(60 * z + 1, 40 * z + 1));
+    QVERIFY(!s.app().pixelForm.FloatingSelection);
+    QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(10, 5), rm::kBlack);
+    QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(0, 0), rm::kWhite);
+  }
+
+  // Quitting with unsaved artwork asks first; the window's place is in the project the next
+  // start reads.
+  void quitStoresWindowPlaces() {
+    rmtest::GuiHome home;
+    {
+      rmgui::DesktopProgram program;
+      rmgui::DesktopProgram::Options o;
+      o.singleInstance = false;
+      QVERIFY(program.Start(o));
+      program.Show();
+      program.Window().resize(900, 700);
+      program.App().globals.ArtworkSaved = false;
+      QString asked;
+      AnswerNextMessage("Cancel", &asked);
+      QVERIFY(!program.Window().close());
+      QVERIFY(asked.contains("Artwork has not been saved !"));
+      AnswerNextMessage("Quit");
+      QVERIFY(program.Window().close());
+    }
+    rmgui::DesktopProgram again;
+    rmgui::DesktopProgram::Options o;
+    o.singleInstance = false;
+    QVERIFY(again.Start(o));
+    const rm::WindowPlace place = rm::ReadWindowPlace(again.App(), rm::DesktopWindow::WorkCanvas);
+    QCOMPARE(place.width, 900);
+    QCOMPARE(place.height, 700);
+    QCOMPARE(again.Window().size(), QSize(900, 700));
+  }
+};
+
+RM_GUI_TEST(MainWindowTest);
+#include "MainWindowTest.moc"
