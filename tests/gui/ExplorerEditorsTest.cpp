@@ -7,7 +7,6 @@
 #include <QSignalSpy>
 #include <QTabWidget>
 #include <QTableView>
-#include <QTemporaryDir>
 #include <QTextBlock>
 #include <QTextLayout>
 #include <QTreeWidget>
@@ -55,21 +54,16 @@ class ExplorerEditorsTest : public QObject {
   Q_OBJECT
 
  private:
-  std::unique_ptr<QTemporaryDir> home_;  // a fresh one for each test
+  std::unique_ptr<rmtest::GuiHome> home_;  // a fresh one for each test
   QString files_;
 
  private slots:
   void init() {
-    home_ = std::make_unique<QTemporaryDir>();
-    QVERIFY(home_->isValid());
-    qputenv("RASTERMILL_HOME", home_->path().toUtf8());
-    files_ = home_->path() + "/files";
+    home_ = std::make_unique<rmtest::GuiHome>();
+    files_ = QString::fromStdString(home_->Path()) + "/files";
     QVERIFY(QDir().mkpath(files_));
   }
-  void cleanup() {
-    qunsetenv("RASTERMILL_HOME");
-    home_.reset();
-  }
+  void cleanup() { home_.reset(); }
 
   void doubleClickOnACFileShowsItInTheEditorWithTheCHighlighter() {
     Write(files_ + "/main.c", "int x = 0x1F; // note\n");
@@ -249,6 +243,6 @@ class ExplorerEditorsTest : public QObject {
   }
 };
 
-RM_GUI_TEST(ExplorerEditorsTest)
+RM_GUI_TEST(ExplorerEditorsTest);
 
 #include "ExplorerEditorsTest.moc"
