@@ -76,6 +76,10 @@ class Application {
   // The picture decoders, given by the front end (the platform layer); none in a bare program.
   ImageCodecs* codecs = nullptr;
 
+  // ---- Explorer and editors ----
+  TextLines reportText;  // the editors' second text: the report of a batch run
+  // ---- end of explorer and editors ----
+
   // ---- Settings panel ----
   TConfigChildWin configWin{*this};
   // ---- end of settings panel ----

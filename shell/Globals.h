@@ -164,6 +164,16 @@ struct Globals {
   // ---- end of threshold and dithering ----
 
   // ---- Explorer and editors ----
+  std::string ExplorerFolder;         // the folder the file list shows
+  std::string ExplorerFilter;         // a filter word or ".EXT"; empty: all files
+  std::string ExplorerFilterText;     // the menu text of that filter
+  bool ExplorerShowFolders = true;    // the folders switch
+  bool ExplorerTodayOnly = false;     // only files changed today
+  bool AutoFolderFilters = false;     // "Enable automatic project folder filters"
+  bool BatchSelectWait = false;       // the next file chosen activates a batch instead of opening
+  std::string EditorFileName;         // the file the main text was loaded from or saved to
+  std::string HexFileName;            // the same for the hex editor
+  std::string DocumentFileName;       // the file the document tab shows
 
   // ---- end of explorer and editors ----
 

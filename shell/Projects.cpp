@@ -193,6 +193,8 @@ bool TExploForm::ActivateProject(const std::string& name) {
   app_.mainText.Clear();
   app_.hex.Clear();
   g.EditorUnsaved = false;
+  g.EditorFileName.clear();
+  g.HexFileName.clear();
   app_.mainForm.RebuildColourTables();
   // The canvas takes the project's display size.
   app_.mainForm.CHLCDMatrix();

@@ -59,6 +59,18 @@ class TExploForm2 {
   // ---- end of dithering in the preview ----
 
   // ---- Editors: loading, highlighters, saving ----
+  // The tabs of the editors window, by number (Globals::EditorsPage).
+  static constexpr int kMainTab = 0, kAuxTab = 1, kScriptTab = 2, kReportTab = 3, kBatchTab = 4, kDocumentTab = 5,
+                       kHexTab = 6, kSerialTab = 7;
+  enum class Highlighter { None, Cpp, Assembler, Pascal, VisualBasic, General, Html, Xml };
+  // The highlighter of a file by its extension; `libraryExtension` (without its point) counts as C.
+  // The member form takes it from the settings.
+  static Highlighter Highlighters(const std::string& fileName, const std::string& libraryExtension);
+  Highlighter Highlighters(const std::string& fileName) const;
+  // The main text's highlighter, chosen when a file is loaded; none for converted data.
+  Highlighter MainHighlighter = Highlighter::None;
+  // A change typed by the user in the main text: the model takes it and the text is unsaved.
+  void MainTextEdited(const std::string& text);
 
   // ---- end of editors ----
 

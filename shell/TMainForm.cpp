@@ -355,6 +355,7 @@ bool TMainForm::ExportColorPaletteAsArray3Click() {
   const bool ok = app_.encoder.ConvertPalette();
   if (!ok) return false;
   app_.globals.EditorUnsaved = true;
+  app_.globals.EditorFileName.clear();
   // The table is saved beside the picture's tables as "COLORLUT" + the output file's name, where
   // an output folder was chosen; otherwise it waits in the editor like any table.
   if (!s.OutputFolder.empty()) {
@@ -471,6 +472,8 @@ bool TMainForm::TranslateCanvas() {
   // An animation writes its frames and one parameter file for the whole run itself.
   if (toFiles && !g.AnimationMode) WriteInfoFile();
   if (result != ConvertResult::Stopped || !app_.mainText.Empty()) g.EditorUnsaved = true;
+  // The text is the new table now, no longer the file the editor had loaded.
+  g.EditorFileName.clear();
   if (s.AutoFraming && cs.area == CanvasState::Area::AutoFrame) {
     s.SelectionActive = false;
     cs.area = CanvasState::Area::None;

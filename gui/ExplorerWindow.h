@@ -1,0 +1,65 @@
+#pragma once
+#include <QWidget>
+
+#include "shell/Application.h"
+
+class QAction;
+class QActionGroup;
+class QCheckBox;
+class QLabel;
+class QListWidget;
+class QListWidgetItem;
+class QMenu;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace rmgui {
+
+// The explorer: the folder roles and the user's folders, the file list with its filter menu and
+// footer, and the projects. Opening a file and every project command go through rm::TExploForm.
+class ExplorerWindow : public QWidget {
+  Q_OBJECT
+ public:
+  explicit ExplorerWindow(rm::Application& app, QWidget* parent = nullptr);
+
+  // Column of the file list that holds each row's full path (Qt::UserRole of column 0).
+  static constexpr int kPathRole = Qt::UserRole;
+
+ public slots:
+  void SyncFromModel();
+  // Double click on a row: a folder is entered, a file opened by its kind.
+  void OpenItem(QTreeWidgetItem* item);
+  // The project commands, on the project selected in the list.
+  void NewProject();
+  void ActivateSelectedProject();
+  void RenameSelectedProject();
+  void DeleteSelectedProject();
+
+ signals:
+  void modelChanged();
+
+ private:
+  void FillTree();
+  void FillList();
+  void FillProjects();
+  void EnterFolder(const QString& folder);
+  void FolderUp();
+  void ProjectEdited(QListWidgetItem* item);
+  void ChangedModel();
+
+  rm::Application& app_;
+  QTreeWidget* tree_;
+  QTreeWidget* list_;
+  QListWidget* projects_;
+  QLabel* folderLabel_;
+  QLabel* filterLabel_;
+  QLabel* footer_;
+  QMenu* filterMenu_;
+  QActionGroup* filterGroup_;
+  QAction* autoFilters_;
+  QCheckBox* folders_;
+  QCheckBox* today_;
+  bool filling_ = false;
+};
+
+}  // namespace rmgui
