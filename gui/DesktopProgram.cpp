@@ -5,7 +5,10 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include "gui/EditorsWindow.h"
+#include "gui/ExplorerWindow.h"
 #include "gui/MainWindow.h"
+#include "gui/ProgramApplication.h"
 #include "gui/SettingsPanel.h"
 #include "shell/StartUp.h"
 #include "shell/WindowPlaces.h"
@@ -39,6 +42,11 @@ bool DesktopProgram::Start(const Options& options) {
   }
   app_.mainForm.ArtworkSaver = [this] { return SaveArtwork(); };
   app_.mainForm.FormPositions = [this] { StorePlaces(); };
+  if (auto* program = qobject_cast<ProgramApplication*>(QCoreApplication::instance()))
+    program->SetFaultHandler([this](std::exception_ptr fault) {
+      app_.mainForm.MyExceptionHandler(fault);
+      if (window_) window_->SyncAll();
+    });
 
   rm::StartOptions start;
   start.firstParameterGiven = options.firstParameterGiven;
@@ -54,6 +62,12 @@ bool DesktopProgram::Start(const Options& options) {
       case rm::StartWindow::LogWin:
         app_.logWindow.Exists = true;
         break;
+      case rm::StartWindow::Exploform2:
+        Dock<EditorsWindow>(*window_, app_, "Editors", "editorsDock", Qt::RightDockWidgetArea);
+        break;
+      case rm::StartWindow::Exploform:
+        Dock<ExplorerWindow>(*window_, app_, "Explorer", "explorerDock", Qt::LeftDockWidgetArea);
+        break;
       default:
         break;
     }
@@ -61,6 +75,9 @@ bool DesktopProgram::Start(const Options& options) {
   if (rm::StartProgram(app_, start) == rm::StartOutcome::AnotherInstance) return false;
   // The first canvas: empty, at the display's size, in the project's colour mode.
   app_.mainForm.CanvasRedraw();
+  // The settings share the right side with the editors, one tab each.
+  if (QDockWidget* settings = window_->Dock("settingsDock"))
+    if (QDockWidget* editors = window_->Dock("editorsDock")) window_->tabifyDockWidget(editors, settings);
   RestorePlaces();
   window_->SyncAll();
   return true;
@@ -97,8 +114,12 @@ void DesktopProgram::RestorePlaces() {
     bool shown = p.shown;
     if (role.window == rm::DesktopWindow::Log) shown = shown && app_.logWindow.Visible;
     dock->setVisible(shown);
-    if (p.width > 0) w.resizeDocks({dock}, {p.width}, Qt::Horizontal);
-    if (p.height > 0) w.resizeDocks({dock}, {p.height}, Qt::Vertical);
+    // The places were made for free windows on a whole screen: a panel never takes more than a
+    // third of the main window, so the canvas keeps the middle.
+    if (p.width > 0) w.resizeDocks({dock}, {std::min(p.width, w.width() / 3)}, Qt::Horizontal);
+    if (p.height > 0 && role.window == rm::DesktopWindow::Log)
+      w.resizeDocks({dock}, {std::min(p.height, w.height() / 3)}, Qt::Vertical);
+    if (role.window == rm::DesktopWindow::Editors && p.tab >= 0) app_.globals.EditorsPage = p.tab;
   }
 }
 
@@ -121,6 +142,7 @@ void DesktopProgram::StorePlaces() {
     p.top = std::max(0, at.y());
     p.width = dock->width();
     p.height = dock->height();
+    if (role.window == rm::DesktopWindow::Editors) p.tab = app_.globals.EditorsPage;
     rm::StoreWindowPlace(app_, role.window, p);
   }
 }

@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QFont>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -51,6 +52,7 @@ ExplorerWindow::ExplorerWindow(rm::Application& app, QWidget* parent) : QWidget(
 
   folderLabel_ = new QLabel;
   folderLabel_->setObjectName("folderLabel");
+  folderLabel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);  // a long path must not widen the panel
   filterLabel_ = new QLabel;
   filterLabel_->setObjectName("filterLabel");
   footer_ = new QLabel;
@@ -114,9 +116,10 @@ ExplorerWindow::ExplorerWindow(rm::Application& app, QWidget* parent) : QWidget(
   connect(rename, &QPushButton::clicked, this, &ExplorerWindow::RenameSelectedProject);
   connect(remove, &QPushButton::clicked, this, &ExplorerWindow::DeleteSelectedProject);
 
+  // One column, so that the panel fits a narrow dock beside the canvas.
   auto* listBar = new QHBoxLayout;
   listBar->addWidget(up);
-  listBar->addWidget(folderLabel_, 1);
+  listBar->addStretch(1);
   listBar->addWidget(folders_);
   listBar->addWidget(today_);
   listBar->addWidget(filterButton);
@@ -125,6 +128,7 @@ ExplorerWindow::ExplorerWindow(rm::Application& app, QWidget* parent) : QWidget(
   auto* listLayout = new QVBoxLayout(listPane);
   listLayout->setContentsMargins(0, 0, 0, 0);
   listLayout->addLayout(listBar);
+  listLayout->addWidget(folderLabel_);
   listLayout->addWidget(list_, 1);
   auto* footerBar = new QHBoxLayout;
   footerBar->addWidget(footer_, 1);
@@ -136,19 +140,17 @@ ExplorerWindow::ExplorerWindow(rm::Application& app, QWidget* parent) : QWidget(
   projectLayout->setContentsMargins(0, 0, 0, 0);
   projectLayout->addWidget(new QLabel("Projects"));
   projectLayout->addWidget(projects_, 1);
-  auto* projectButtons = new QHBoxLayout;
-  projectButtons->addWidget(newProject);
-  projectButtons->addWidget(activate);
-  projectButtons->addWidget(rename);
-  projectButtons->addWidget(remove);
+  auto* projectButtons = new QGridLayout;
+  projectButtons->addWidget(newProject, 0, 0);
+  projectButtons->addWidget(activate, 0, 1);
+  projectButtons->addWidget(rename, 1, 0);
+  projectButtons->addWidget(remove, 1, 1);
   projectLayout->addLayout(projectButtons);
 
-  auto* left = new QSplitter(Qt::Vertical);
-  left->addWidget(tree_);
-  left->addWidget(projectPane);
-  auto* split = new QSplitter(Qt::Horizontal);
-  split->addWidget(left);
+  auto* split = new QSplitter(Qt::Vertical);
+  split->addWidget(tree_);
   split->addWidget(listPane);
+  split->addWidget(projectPane);
   split->setStretchFactor(1, 1);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

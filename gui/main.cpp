@@ -9,6 +9,7 @@
 #include "engine/ProgramVersion.h"
 #include "gui/DesktopProgram.h"
 #include "gui/MainWindow.h"
+#include "gui/ProgramApplication.h"
 
 namespace {
 
@@ -53,7 +54,7 @@ int main(int argc, char** argv) {
     // Nobody is there to look: draw into memory unless a platform was asked for.
     if (!std::getenv("QT_QPA_PLATFORM")) setenv("QT_QPA_PLATFORM", "offscreen", 1);
   }
-  QApplication qapp(argc, argv);
+  rmgui::ProgramApplication qapp(argc, argv);
   QApplication::setApplicationName("Rastermill");
   rmgui::DesktopProgram program;
   rmgui::DesktopProgram::Options options;

@@ -83,6 +83,8 @@ bool TImageForm::EncodeButtonClick() {
   if (dlg.entry == 3) app_.encoder.Canvas().area = CanvasState::Area::Selected;
   const bool ok = app_.exploForm2.TranslateCanvasButtons();
   s.HalfExport = s.LowerHalf = false;
+  // The user looks at what was made: the bytes of a binary output, the text of any other.
+  if (ok) g.EditorsPage = s.Output == OutputKind::BinaryFile ? TExploForm2::kHexTab : TExploForm2::kMainTab;
   return ok;
 }
 

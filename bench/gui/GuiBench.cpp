@@ -11,6 +11,7 @@
 #include "gui/CanvasWidget.h"
 #include "gui/DesktopProgram.h"
 #include "gui/MainWindow.h"
+#include "gui/ProgramApplication.h"
 
 namespace {
 
@@ -81,7 +82,7 @@ BENCHMARK(GuiStartUp)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
   if (!std::getenv("QT_QPA_PLATFORM")) setenv("QT_QPA_PLATFORM", "offscreen", 1);
-  QApplication app(argc, argv);
+  rmgui::ProgramApplication app(argc, argv);
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "gui/GuiTestSupport.h"
+#include "gui/ProgramApplication.h"
 #include "support/TestSupport.h"
 
 namespace rmtest {
@@ -53,7 +54,7 @@ void AnswerNextMessage(const QString& caption, QString* seenText) {
 
 int main(int argc, char** argv) {
   if (!std::getenv("QT_QPA_PLATFORM")) setenv("QT_QPA_PLATFORM", "offscreen", 1);
-  QApplication app(argc, argv);
+  rmgui::ProgramApplication app(argc, argv);
   std::vector<std::string> only;
   std::vector<char*> qtArgs{argv[0]};
   bool passOn = false;

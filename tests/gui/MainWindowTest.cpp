@@ -2,7 +2,13 @@
 #include <QAction>
 #include <QDialog>
 #include <QFileDialog>
+#include <QComboBox>
 #include <QLabel>
+#include <QMouseEvent>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTabWidget>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -26,6 +32,13 @@ void ChooseFileNext(const QString& path) {
     dialog->selectFile(path);
     static_cast<QDialog*>(dialog)->accept();
   });
+}
+
+// A mouse move without a button, straight to the widget: the window may stand partly off the
+// small offscreen screen, where the platform would not deliver a move.
+void MoveMouse(QWidget* widget, const QPoint& at) {
+  QMouseEvent move(QEvent::MouseMove, at, widget->mapToGlobal(at), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+  QApplication::sendEvent(widget, &move);
 }
 
 // Confirms the next Export dialog as it opens.
@@ -54,6 +67,7 @@ struct Started {
     rmgui::DesktopProgram::Options o;
     o.singleInstance = false;
     if (!program.Start(o)) qFatal("the program did not start");
+    program.Window().resize(1600, 1000);
     program.Show();
     if (!QTest::qWaitForWindowExposed(&program.Window())) qFatal("the main window was not shown");
   }
@@ -100,6 +114,47 @@ class MainWindowTest : public QObject {
     QVERIFY(expected.app.imageForm.EncodeButtonClick());
     QVERIFY(!shown.empty());
     QCOMPARE(QString::fromStdString(shown), QString::fromStdString(expected.app.mainText.Text()));
+    // The editors show the text, on their first tab.
+    auto* editor = s.window().findChild<QPlainTextEdit*>("mainEditor");
+    QVERIFY(editor);
+    QCOMPARE(editor->toPlainText() + "\n", QString::fromStdString(shown));
+    QCOMPARE(s.window().findChild<QTabWidget*>("editorTabs")->currentWidget(), editor);
+  }
+
+  // Activating another project in the explorer's list brings its display size to the canvas,
+  // the size menu and the combo, and empties the text editor.
+  void projectSwitch() {
+    Started s;
+    auto newProject = [&] {
+      QString said;
+      AnswerNextMessage("OK", &said);
+      QTest::mouseClick(s.window().findChild<QPushButton*>("newProjectButton"), Qt::LeftButton);
+      QVERIFY(said.contains("was created"));
+    };
+    s.Trigger("160 x 100");
+    newProject();  // "New Project.LCD" at 160 x 100
+    s.Trigger("96 x 40");
+    newProject();  // "New Project(1).LCD" at 96 x 40
+    s.app().mainText.Add("unsaved data");
+    s.window().SyncAll();
+
+    auto* projects = s.window().findChild<QListWidget*>("projectList");
+    auto activate = [&](const QString& name) {
+      const auto found = projects->findItems(name, Qt::MatchExactly);
+      QVERIFY2(found.size() == 1, qPrintable("no project " + name));
+      projects->setCurrentItem(found.front());
+      QTest::mouseClick(s.window().findChild<QPushButton*>("activateProjectButton"), Qt::LeftButton);
+    };
+    auto* combo = s.window().findChild<QComboBox*>("sizeCombo");
+    activate("New Project.LCD");
+    QCOMPARE(QSize(s.app().pixelForm.MatrixWidth(), s.app().pixelForm.MatrixHeight()), QSize(160, 100));
+    QCOMPARE(combo->currentText(), QString("160X100"));
+    QVERIFY(s.window().FindAction("160 x 100")->isChecked());
+    QCOMPARE(s.window().findChild<QPlainTextEdit*>("mainEditor")->toPlainText(), QString());
+
+    activate("New Project(1).LCD");
+    QCOMPARE(QSize(s.app().pixelForm.MatrixWidth(), s.app().pixelForm.MatrixHeight()), QSize(96, 40));
+    QCOMPARE(combo->currentText(), QString("96X40"));
   }
 
   // A colour mode change over artwork asks whether to clear the canvas; "No" keeps both the
@@ -133,7 +188,7 @@ class MainWindowTest : public QObject {
     rmgui::CanvasWidget* canvas = s.window().Canvas();
     const int zoom = s.app().pixelForm.Zoom;
     const QPoint point(10 * zoom + zoom / 2, 5 * zoom + zoom / 2);
-    QTest::mouseMove(canvas->viewport(), point);
+    MoveMouse(canvas->viewport(), point);
     auto* info = s.window().findChild<QLabel*>("pixelInfo");
     QCOMPARE(info->text(), QString("X = 10  Y = 5   RGB Hex=#000000"));
 
@@ -141,7 +196,7 @@ class MainWindowTest : public QObject {
     const int bigger = s.app().pixelForm.Zoom;
     QVERIFY(bigger > zoom);
     QCOMPARE(canvas->CellAt(point), QPoint(point.x() / bigger, point.y() / bigger));
-    QTest::mouseMove(canvas->viewport(), QPoint(10 * bigger + 1, 5 * bigger + 1));
+    MoveMouse(canvas->viewport(), QPoint(10 * bigger + 1, 5 * bigger + 1));
     QCOMPARE(info->text(), QString("X = 10  Y = 5   RGB Hex=#000000"));
     // The view shows the cell enlarged: its screen pixels are black.
     QCOMPARE(canvas->ViewImage().pixel(10 * bigger + 1, 5 * bigger + 1) & 0xFFFFFFu, 0u);
@@ -178,7 +233,7 @@ class MainWindowTest : public QObject {
     rmgui::CanvasWidget* canvas = s.window().Canvas();
     const int z = s.app().pixelForm.Zoom;
     QTest::mousePress(canvas->viewport(), Qt::LeftButton, {}, QPoint(z + 1, z + 1));
-    QTest::mouseMove(canvas->viewport(), QPoint(11 * z + 1, 6 * z + 1));
+    MoveMouse(canvas->viewport(), QPoint(11 * z + 1, 6 * z + 1));
     QTest::mouseRelease(canvas->viewport(), Qt::LeftButton, {}, QPoint(11 * z + 1, 6 * z + 1));
     QCOMPARE(QPoint(s.app().pixelForm.SelectionLeft, s.app().pixelForm.SelectionTop), QPoint(10, 5));
     QTest::mouseClick(canvas->viewport(), Qt::LeftButton, {}, QPoint(60 * z + 1, 40 * z + 1));
@@ -197,7 +252,7 @@ class MainWindowTest : public QObject {
       o.singleInstance = false;
       QVERIFY(program.Start(o));
       program.Show();
-      program.Window().resize(900, 700);
+      program.Window().resize(1500, 950);
       program.App().globals.ArtworkSaved = false;
       QString asked;
       AnswerNextMessage("Cancel", &asked);
@@ -211,9 +266,9 @@ class MainWindowTest : public QObject {
     o.singleInstance = false;
     QVERIFY(again.Start(o));
     const rm::WindowPlace place = rm::ReadWindowPlace(again.App(), rm::DesktopWindow::WorkCanvas);
-    QCOMPARE(place.width, 900);
-    QCOMPARE(place.height, 700);
-    QCOMPARE(again.Window().size(), QSize(900, 700));
+    QCOMPARE(place.width, 1500);
+    QCOMPARE(place.height, 950);
+    QCOMPARE(again.Window().size(), QSize(1500, 950));
   }
 };
 
