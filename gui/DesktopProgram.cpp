@@ -33,7 +33,10 @@ Panel* Dock(MainWindow& window, rm::Application& app, const QString& title, cons
 
 DesktopProgram::DesktopProgram() : app_(ui_, clock_) { app_.codecs = &codecs_; }
 
-DesktopProgram::~DesktopProgram() = default;
+DesktopProgram::~DesktopProgram() {
+  // The handler reaches into this program: it must not outlive it.
+  if (auto* program = qobject_cast<ProgramApplication*>(QCoreApplication::instance())) program->SetFaultHandler({});
+}
 
 bool DesktopProgram::Start(const Options& options) {
   if (QScreen* screen = QGuiApplication::primaryScreen()) {

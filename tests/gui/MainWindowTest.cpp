@@ -242,6 +242,18 @@ class MainWindowTest : public QObject {
     QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(0, 0), rm::kWhite);
   }
 
+  // A second desktop program on the same settings says so and ends before reading anything.
+  void singleInstance() {
+    rmtest::GuiHome home;
+    rmgui::DesktopProgram first;
+    QVERIFY(first.Start({}));
+    rmgui::DesktopProgram second;
+    QString said;
+    AnswerNextMessage("OK", &said);
+    QVERIFY(!second.Start({}));
+    QCOMPARE(said, QString(" Another instance of Rastermill is already running !"));
+  }
+
   // Quitting with unsaved artwork asks first; the window's place is in the project the next
   // start reads.
   void quitStoresWindowPlaces() {
