@@ -172,24 +172,48 @@ void ExplorerWindow::SyncFromModel() {
 }
 
 void ExplorerWindow::FillTree() {
+  std::vector<std::pair<std::string, std::string>> entries;
+  for (const auto& role : app_.exploForm.FolderRoles())
+    if (!role.path.empty()) entries.emplace_back(role.treeLabel, role.path);
+  for (const auto& entry : app_.exploForm.UserFolders()) entries.push_back(entry);
+  entries.emplace_back("File System", "/");
+  // Every command syncs the panels: an unchanged tree keeps its selection and scroll.
+  if (entries == treeShown_) return;
+  treeShown_ = entries;
   tree_->clear();
-  auto add = [this](const std::string& label, const std::string& path) {
+  for (const auto& [label, path] : entries) {
     auto* item = new QTreeWidgetItem(tree_, {Q(label)});
     item->setData(0, kPathRole, Q(path));
     item->setToolTip(0, Q(path));
-    return item;
-  };
-  for (const auto& role : app_.exploForm.FolderRoles())
-    if (!role.path.empty()) add(role.treeLabel, role.path);
-  for (const auto& [label, path] : app_.exploForm.UserFolders()) add(label, path);
-  add("File System", "/");
+  }
 }
 
 void ExplorerWindow::FillList() {
   filling_ = true;
   const rm::Globals& g = app_.globals;
-  list_->clear();
   const auto listing = app_.exploForm.ListeLesFichiers(g.ExplorerFolder, g.ExplorerFilter);
+  // An unchanged listing keeps the user's selection and scroll.
+  QString signature = Q(g.ExplorerFolder + "\n" + listing.footer);
+  for (const auto& row : listing.rows) signature += Q("\n" + row.path + "|" + row.date + "|" + row.size);
+  if (signature != listShown_) {
+    listShown_ = signature;
+    FillListRows(listing);
+  }
+  folderLabel_->setText(Q(g.ExplorerFolder));
+  footer_->setText(Q(listing.footer));
+  filterLabel_->setText(Q(app_.exploForm.FilterLabel()));
+  for (QAction* action : filterGroup_->actions())
+    action->setChecked(action->data().toString().toStdString() ==
+                       (g.ExplorerFilterText.empty() && g.ExplorerFilter.empty() ? std::string("All files (*.*)")
+                                                                                  : g.ExplorerFilterText));
+  autoFilters_->setChecked(g.AutoFolderFilters);
+  folders_->setChecked(g.ExplorerShowFolders);
+  today_->setChecked(g.ExplorerTodayOnly);
+  filling_ = false;
+}
+
+void ExplorerWindow::FillListRows(const rm::TExploForm::FileListing& listing) {
+  list_->clear();
   QList<QTreeWidgetItem*> items;
   items.reserve(static_cast<qsizetype>(listing.rows.size()));
   for (const auto& row : listing.rows) {
@@ -204,17 +228,6 @@ void ExplorerWindow::FillList() {
     items.push_back(item);
   }
   list_->addTopLevelItems(items);
-  folderLabel_->setText(Q(g.ExplorerFolder));
-  footer_->setText(Q(listing.footer));
-  filterLabel_->setText(Q(app_.exploForm.FilterLabel()));
-  for (QAction* action : filterGroup_->actions())
-    action->setChecked(action->data().toString().toStdString() ==
-                       (g.ExplorerFilterText.empty() && g.ExplorerFilter.empty() ? std::string("All files (*.*)")
-                                                                                  : g.ExplorerFilterText));
-  autoFilters_->setChecked(g.AutoFolderFilters);
-  folders_->setChecked(g.ExplorerShowFolders);
-  today_->setChecked(g.ExplorerTodayOnly);
-  filling_ = false;
 }
 
 void ExplorerWindow::FillProjects() {

@@ -1,7 +1,11 @@
 #pragma once
 #include <QWidget>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "shell/Application.h"
+#include "shell/TExploForm.h"
 
 class QAction;
 class QActionGroup;
@@ -39,8 +43,11 @@ class ExplorerWindow : public QWidget {
   void modelChanged();
 
  private:
+  std::vector<std::pair<std::string, std::string>> treeShown_;  // (label, path) of the tree's entries
+  QString listShown_;  // the listing the file list shows, as one text
   void FillTree();
   void FillList();
+  void FillListRows(const rm::TExploForm::FileListing& listing);
   void FillProjects();
   void EnterFolder(const QString& folder);
   void FolderUp();
