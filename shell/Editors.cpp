@@ -9,23 +9,13 @@
 #include <iterator>
 
 #include "shell/Application.h"
+#include "shell/FileKinds.h"
 
 namespace rm {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string Upper(std::string s) {
-  std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return std::toupper(c); });
-  return s;
-}
-
-std::string UpperExt(const std::string& fileName) { return Upper(fs::path(fileName).extension().string()); }
-
-bool OneOf(const std::string& ext, std::initializer_list<const char*> kinds) {
-  return std::any_of(kinds.begin(), kinds.end(), [&](const char* k) { return ext == k; });
-}
 
 constexpr std::size_t kRecentFilesKept = 21;
 
@@ -43,7 +33,7 @@ void RememberRecent(Globals& g, const std::string& path) {
 TExploForm2::Highlighter TExploForm2::Highlighters(const std::string& fileName, const std::string& libraryExtension) {
   const std::string ext = UpperExt(fileName);
   if (ext == ".ASM") return Highlighter::Assembler;
-  if (ext == ".C" || ext == ".H" || (!libraryExtension.empty() && ext == "." + Upper(libraryExtension)))
+  if (ext == ".C" || ext == ".H" || (!libraryExtension.empty() && ext == "." + UpperText(libraryExtension)))
     return Highlighter::Cpp;
   if (ext == ".PAS") return Highlighter::Pascal;
   if (ext == ".BAS") return Highlighter::VisualBasic;

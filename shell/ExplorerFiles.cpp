@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "shell/Application.h"
+#include "shell/FileKinds.h"
 #include "shell/Folders.h"
 
 namespace rm {
@@ -13,20 +14,6 @@ namespace rm {
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string Upper(std::string s) {
-  std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return std::toupper(c); });
-  return s;
-}
-
-// The extension with its point, in upper case; "" for none.
-std::string UpperExt(const std::string& fileName) { return Upper(fs::path(fileName).extension().string()); }
-
-bool OneOf(const std::string& ext, std::initializer_list<const char*> kinds) {
-  for (const char* k : kinds)
-    if (ext == k) return true;
-  return false;
-}
 
 std::tm LocalTime(std::time_t t) {
   std::tm tm{};
@@ -48,7 +35,7 @@ std::string FolderKey(std::string path) {
 }
 
 bool LessByName(const std::string& a, const std::string& b) {
-  const std::string ua = Upper(a), ub = Upper(b);
+  const std::string ua = UpperText(a), ub = UpperText(b);
   return ua != ub ? ua < ub : a < b;
 }
 
@@ -81,7 +68,7 @@ bool TExploForm::FilterAccepts(const std::string& filter, const std::string& fil
   if (filter == "TOUCH") return ext == ".TSC";
   if (filter == "BATCH") return ext == ".SPP";
   if (filter == "SOURCES") return OneOf(ext, {".C", ".H", ".ASM", ".BAS", "", ".", ".PAS", ".HEX", ".BIN"});
-  const std::string single = Upper(filter);
+  const std::string single = UpperText(filter);
   if (ext == single) return true;
   return (single == ".JPG" && ext == ".JPEG") || (single == ".TIFF" && ext == ".TIF");
 }
@@ -243,7 +230,7 @@ bool TExploForm::Loadfile(const std::string& path) {
   // Sent to the list to pick the active batch: the click chooses, it does not open.
   if (g.BatchSelectWait) {
     g.BatchSelectWait = false;
-    if (Upper(name).find(".SPP") == std::string::npos) {
+    if (UpperText(name).find(".SPP") == std::string::npos) {
       app_.ui.MessageDlg("Processing batch file was not selected correctly ! ", "Warning", DlgType::Warning, {"OK"});
       return false;
     }
@@ -291,7 +278,7 @@ bool TExploForm::Loadfile(const std::string& path) {
     return main.OpenPic(path);
   }
 
-  const std::string library = "." + Upper(app_.session.LibraryExtension);
+  const std::string library = "." + UpperText(app_.session.LibraryExtension);
   const bool source = OneOf(ext, {".C", ".H", ".ASM", ".BAS", ".PAS", ".TXT", ".HTM", ".HTML", ".XML", "", "."}) ||
                       (library.size() > 1 && ext == library);
   if (source) {

@@ -6,7 +6,9 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "gui/DesktopProgram.h"
 #include "gui/GuiTestSupport.h"
+#include "gui/MainWindow.h"
 #include "gui/ProgramApplication.h"
 #include "support/TestSupport.h"
 
@@ -23,6 +25,15 @@ GuiHome::~GuiHome() {
   unsetenv("RASTERMILL_HOME");
   std::error_code ec;
   std::filesystem::remove_all(path_, ec);
+}
+
+void StartShown(rmgui::DesktopProgram& program, QSize size) {
+  rmgui::DesktopProgram::Options o;
+  o.singleInstance = false;
+  if (!program.Start(o)) qFatal("the program did not start");
+  if (!size.isEmpty()) program.Window().resize(size);
+  program.Show();
+  if (!QTest::qWaitForWindowExposed(&program.Window())) qFatal("the main window was not shown");
 }
 
 namespace {

@@ -1,5 +1,6 @@
 #pragma once
 #include <QObject>
+#include <QSize>
 #include <functional>
 #include <memory>
 #include <string>
@@ -9,6 +10,10 @@
 // RM_GUI_TEST(ClassName); the runner (GuiTestMain.cpp) makes one QApplication on the offscreen
 // platform and runs every class, or only those named on the command line:
 //   gui_tests [ClassName...] [-- QtTest arguments such as a test function's name]
+namespace rmgui {
+class DesktopProgram;
+}
+
 namespace rmtest {
 
 struct GuiTestEntry {
@@ -36,6 +41,10 @@ class GuiHome {
  private:
   std::string path_;
 };
+
+// Starts `program` (the single-instance rule off: tests start several) and shows its main window,
+// at `size` unless that is empty (the saved place then stays). Fails the test run when it cannot.
+void StartShown(rmgui::DesktopProgram& program, QSize size = QSize(1600, 1000));
 
 // Presses, in the next modal message box, the button whose caption is `caption`; records the box's
 // text in `seenText` when given. Call it before the action that will ask.

@@ -63,14 +63,7 @@ std::string WriteLargePicture(const std::string& folder) {
 struct Started {
   rmtest::GuiHome home;
   rmgui::DesktopProgram program;
-  Started() {
-    rmgui::DesktopProgram::Options o;
-    o.singleInstance = false;
-    if (!program.Start(o)) qFatal("the program did not start");
-    program.Window().resize(1600, 1000);
-    program.Show();
-    if (!QTest::qWaitForWindowExposed(&program.Window())) qFatal("the main window was not shown");
-  }
+  Started() { rmtest::StartShown(program); }
   rm::Application& app() { return program.App(); }
   rmgui::MainWindow& window() { return program.Window(); }
   void Trigger(const QString& text) {
@@ -260,11 +253,7 @@ class MainWindowTest : public QObject {
     rmtest::GuiHome home;
     {
       rmgui::DesktopProgram program;
-      rmgui::DesktopProgram::Options o;
-      o.singleInstance = false;
-      QVERIFY(program.Start(o));
-      program.Show();
-      program.Window().resize(1500, 950);
+      rmtest::StartShown(program, QSize(1500, 950));
       program.App().globals.ArtworkSaved = false;
       QString asked;
       AnswerNextMessage("Cancel", &asked);
@@ -274,9 +263,7 @@ class MainWindowTest : public QObject {
       QVERIFY(program.Window().close());
     }
     rmgui::DesktopProgram again;
-    rmgui::DesktopProgram::Options o;
-    o.singleInstance = false;
-    QVERIFY(again.Start(o));
+    rmtest::StartShown(again, QSize());
     const rm::WindowPlace place = rm::ReadWindowPlace(again.App(), rm::DesktopWindow::WorkCanvas);
     QCOMPARE(place.width, 1500);
     QCOMPARE(place.height, 950);

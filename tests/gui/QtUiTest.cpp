@@ -36,10 +36,7 @@ class QtUiTest : public QObject {
   void progressBarFollowsTheWork() {
     rmtest::GuiHome home;
     rmgui::DesktopProgram program;
-    rmgui::DesktopProgram::Options o;
-    o.singleInstance = false;
-    QVERIFY(program.Start(o));
-    program.Show();
+    rmtest::StartShown(program);
     auto* bar = program.Window().findChild<QProgressBar*>("progressBar");
     QVERIFY(bar);
     program.Ui().Progress(250, 1000);
