@@ -28,7 +28,12 @@ MainWindow::MainWindow(rm::Application& app, QtUi& ui, QWidget* parent) : QMainW
   connect(canvas_, &CanvasWidget::modelChanged, this, [this] { SyncAll(); });
 
   log_ = new LogView(app_, this);
-  AddPanel(log_, "Log", "logDock", Qt::BottomDockWidgetArea);
+  QDockWidget* logDock = AddPanel(log_, "Log", "logDock", Qt::BottomDockWidgetArea);
+  // "Show Log Window" and "Hide Log Window" are the dock's own toggle.
+  logDock->toggleViewAction()->setText("Show Log Window");
+  connect(logDock->toggleViewAction(), &QAction::toggled, this, [this](bool shown) {
+    Run([&] { shown ? app_.mainForm.ShowLogWindow1Click() : app_.mainForm.HideLogWindow1Click(); });
+  });
 
   BuildMenus();
   BuildToolBars();
