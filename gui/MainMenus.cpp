@@ -10,6 +10,7 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QIntValidator>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -105,7 +106,7 @@ void MainWindow::BuildCanvasMenu() {
   QMenu* m = menuBar()->addMenu("&Canvas");
   undo_ = Add(m, "Undo", [this] { app_.imageForm.UndoButtonClick(); }, QKeySequence::Undo);
   redo_ = Add(m, "Redo", [this] { app_.imageForm.RedoButtonClick(); }, QKeySequence::Redo);
-  Add(m, "OK Paste Layer", [this] { app_.imageForm.OKPasteLayerClick(); }, QKeySequence(Qt::Key_Return));
+  Add(m, "OK Paste Layer", [this] { app_.imageForm.OKPasteLayerClick(); }, QKeySequence("Ctrl+Return"));
   Add(m, "Reload Original Image", [this] { app_.imageForm.ReloadOriginalImageClick(); });
   m->addSeparator();
   Add(m, "Zoom In", [this] { app_.imageForm.ZoomInButtonClick(); }, QKeySequence::ZoomIn);
@@ -311,8 +312,15 @@ void MainWindow::BuildToolBars() {
   threshold_->setObjectName("thresholdSlider");
   threshold_->setRange(0, 255);
   threshold_->setMinimumWidth(160);
-  thresholdValue_ = new QLabel(bw);
-  thresholdValue_->setMinimumWidth(30);
+  // The number beside the slider can be typed too: Enter applies it as a release of the slider.
+  thresholdValue_ = new QLineEdit(bw);
+  thresholdValue_->setObjectName("thresholdEdit");
+  thresholdValue_->setMaximumWidth(40);
+  thresholdValue_->setValidator(new QIntValidator(0, 255, thresholdValue_));
+  connect(thresholdValue_, &QLineEdit::returnPressed, this, [this] {
+    const int value = thresholdValue_->text().toInt();
+    Run([&] { app_.imageForm.BWAdjustementTool1BWTrackBarChange(value, false); });
+  });
   // While the button is held only the number follows; the release applies the threshold.
   connect(threshold_, &QSlider::valueChanged, this, [this](int value) {
     Run([&] { app_.imageForm.BWAdjustementTool1BWTrackBarChange(value, threshold_->isSliderDown()); });

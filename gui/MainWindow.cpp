@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QDockWidget>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QSlider>
@@ -125,7 +126,7 @@ void MainWindow::SyncAll() {
   threshold_->blockSignals(true);
   threshold_->setValue(c.BWTrackBar);
   threshold_->blockSignals(false);
-  thresholdValue_->setText(QString::fromStdString(c.BlackWhiteEdit));
+  if (!thresholdValue_->hasFocus()) thresholdValue_->setText(QString::fromStdString(c.BlackWhiteEdit));
   const QString size = QString("%1X%2").arg(app_.globals.MatrixWidth).arg(app_.globals.MatrixHeight);
   sizeCombo_->blockSignals(true);
   sizeCombo_->setCurrentIndex(sizeCombo_->findText(size));

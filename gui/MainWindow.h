@@ -8,6 +8,7 @@ class QActionGroup;
 class QComboBox;
 class QDockWidget;
 class QLabel;
+class QLineEdit;
 class QMenu;
 class QProgressBar;
 class QSlider;
@@ -103,7 +104,7 @@ class MainWindow : public QMainWindow {
   QMenu* modeMenu_ = nullptr;
   QComboBox* sizeCombo_ = nullptr;
   QSlider* threshold_ = nullptr;
-  QLabel* thresholdValue_ = nullptr;
+  QLineEdit* thresholdValue_ = nullptr;
   QLabel* panel1_ = nullptr;
   QLabel* panel2_ = nullptr;
   QLabel* statusText_ = nullptr;

@@ -4,6 +4,7 @@
 #include <QFileDialog>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QListWidget>
 #include <QPlainTextEdit>
@@ -233,6 +234,24 @@ class MainWindowTest : public QObject {
     QVERIFY(!s.app().pixelForm.FloatingSelection);
     QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(10, 5), rm::kBlack);
     QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(0, 0), rm::kWhite);
+  }
+
+  // A threshold typed beside the slider is applied as the slider would apply it: a gray pixel
+  // turns white under a low threshold and black under a high one.
+  void typedThreshold() {
+    Started s;
+    s.app().pixelForm.WorkBitmap.SetPixel(4, 4, 0x808080);
+    auto* edit = s.window().findChild<QLineEdit*>("thresholdEdit");
+    QVERIFY(edit);
+    const std::pair<const char*, rm::Colour> cases[] = {{"100", rm::kWhite}, {"200", rm::kBlack}};
+    for (const auto& [typed, colour] : cases) {
+      edit->clear();
+      QTest::keyClicks(edit, typed);
+      QTest::keyClick(edit, Qt::Key_Return);
+      QCOMPARE(s.app().pixelForm.BWTrackBar, QString(typed).toInt());
+      QVERIFY(s.app().pixelForm.FloatingSelection);
+      QCOMPARE(s.app().pixelForm.SelectionBitmap.GetPixel(4, 4), colour);
+    }
   }
 
   // A second desktop program on the same settings says so and ends before reading anything.
