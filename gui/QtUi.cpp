@@ -71,19 +71,23 @@ std::string QtUi::MessageDlg(const std::string& text, const std::string& title, 
 
 void QtUi::Progress(long long position, long long max) {
   emit progressChanged(position, max);
-  // The bar only moves if the window gets to paint it; user input waits (see EscapePressed).
-  EscapePressed();
+  // The bar only moves if the window gets to paint it; an Esc seen meanwhile waits for the
+  // work's next poll.
+  PumpEvents();
+}
+
+void QtUi::PumpEvents() {
+  // Painting forty times a second is enough to look alive and costs the work nothing.
+  const qint64 now = QDateTime::currentMSecsSinceEpoch();
+  if (now - lastPollMs_ < 25) return;
+  lastPollMs_ = now;
+  qApp->installEventFilter(this);
+  QApplication::processEvents(QEventLoop::AllEvents, 5);
+  qApp->removeEventFilter(this);
 }
 
 bool QtUi::EscapePressed() {
-  // Painting forty times a second is enough to look alive and costs the work nothing.
-  const qint64 now = QDateTime::currentMSecsSinceEpoch();
-  if (now - lastPollMs_ >= 25) {
-    lastPollMs_ = now;
-    qApp->installEventFilter(this);
-    QApplication::processEvents(QEventLoop::AllEvents, 5);
-    qApp->removeEventFilter(this);
-  }
+  PumpEvents();
   const bool seen = escapeSeen_;
   escapeSeen_ = false;
   return seen;

@@ -43,6 +43,9 @@ class QtUi : public QObject, public rm::UiPort {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  // Lets the windows paint while long work runs; the user's input is held back, Esc noted.
+  void PumpEvents();
+
   QWidget* dialogParent_ = nullptr;
   bool unattended_ = false;
   bool escapeSeen_ = false;
