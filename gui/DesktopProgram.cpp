@@ -107,9 +107,16 @@ constexpr DockRole kDocks[] = {{"explorerDock", rm::DesktopWindow::Explorer},
 void DesktopProgram::RestorePlaces() {
   MainWindow& w = *window_;
   const rm::WindowPlace canvas = rm::ReadWindowPlace(app_, rm::DesktopWindow::WorkCanvas);
-  if (canvas.width > 0 && canvas.height > 0) w.resize(canvas.width, canvas.height);
-  else w.resize(1200, 800);
-  if (canvas.left >= 0 && canvas.top >= 0) w.move(canvas.left, canvas.top);
+  if (canvas.left >= 0 && canvas.top >= 0 && canvas.width > 0 && canvas.height > 0) {
+    w.resize(canvas.width, canvas.height);
+    w.move(canvas.left, canvas.top);
+  } else if (QScreen* screen = QGuiApplication::primaryScreen()) {
+    // Never placed (a first run): the factory size was made for the canvas alone, so the window
+    // takes most of the screen instead, centred.
+    const QRect free = screen->availableGeometry();
+    w.resize(free.width() * 17 / 20, free.height() * 17 / 20);
+    w.move(free.center() - QPoint(w.width() / 2, w.height() / 2));
+  }
   for (const DockRole& role : kDocks) {
     QDockWidget* dock = w.Dock(role.objectName);
     if (!dock) continue;
