@@ -73,6 +73,8 @@ void MainWindow::BuildFileMenu() {
   QAction* direct = m->addAction("Load Graphic Directly...");
   connect(direct, &QAction::triggered, this, [this] { OpenPicture(true); });
   recentMenu_ = m->addMenu("Recent Files");
+  recentMenu_->setObjectName("recentMenu");
+  connect(recentMenu_, &QMenu::aboutToShow, this, &MainWindow::RebuildRecentMenu);
   Add(m, "Reload Last Work Canvas Bitmap", [this] { app_.imageForm.ReloadLastWorkCanvasBitmapClick(); });
   QAction* save = m->addAction("Save Artwork As...");
   save->setShortcut(QKeySequence::Save);
@@ -99,7 +101,6 @@ void MainWindow::RebuildRecentMenu() {
     QAction* a = recentMenu_->addAction(QString("&%1 %2").arg(i).arg(QString::fromStdString(path)));
     connect(a, &QAction::triggered, this, [this, path] { Run([&] { app_.mainForm.OpenPic(path); }); });
   }
-  recentMenu_->setEnabled(!files.empty());
 }
 
 void MainWindow::BuildCanvasMenu() {
@@ -168,7 +169,6 @@ void MainWindow::RebuildCustomSizeMenu() {
     QAction* a = customSizeMenu_->addAction(QString::fromStdString(items[i]));
     connect(a, &QAction::triggered, this, [this, index] { Run([&] { app_.mainForm.CustomSizeMenuClick(index); }); });
   }
-  customSizeMenu_->setEnabled(!items.empty());
 }
 
 void MainWindow::BuildDisplayMenu() {
@@ -186,6 +186,7 @@ void MainWindow::BuildDisplayMenu() {
   QAction* custom = m->addAction("User Defined Size...");
   connect(custom, &QAction::triggered, this, &MainWindow::ChooseCustomSize);
   customSizeMenu_ = m->addMenu("Custom Sizes");
+  connect(customSizeMenu_, &QMenu::aboutToShow, this, &MainWindow::RebuildCustomSizeMenu);
   pictureMode_ = Add(m, "Picture Mode", [this] { app_.mainForm.NoMatrix1Click(); });
   pictureMode_->setCheckable(true);
 }

@@ -145,8 +145,10 @@ void MainWindow::SyncAll() {
       b->setIcon(QIcon());
     }
   }
-  RebuildRecentMenu();
-  RebuildCustomSizeMenu();
+  // The lists themselves are rebuilt as their menu opens: a command run from one of their items
+  // must not delete the item under its own feet.
+  recentMenu_->setEnabled(!app_.globals.RecentFiles.empty());
+  customSizeMenu_->setEnabled(!app_.mainForm.CustomSizeMenuItems().empty());
   canvas_->SyncFromModel();
   log_->SyncFromModel();
   for (const auto& listener : listeners_) listener();

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QListWidget>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
@@ -113,6 +114,28 @@ class MainWindowTest : public QObject {
     QVERIFY(editor);
     QCOMPARE(editor->toPlainText() + "\n", QString::fromStdString(shown));
     QCOMPARE(s.window().findChild<QTabWidget*>("editorTabs")->currentWidget(), editor);
+  }
+
+  // An opened picture comes first in the recent files and opens again from there, twice in a row
+  // (the list is rebuilt in between).
+  void recentFileReopens() {
+    Started s;
+    const std::string picture = WriteLargePicture(s.home.Path());
+    AnswerNextMessage("Yes");
+    QVERIFY(s.app().mainForm.OpenPic(picture));
+    s.app().pixelForm.DiscardSelection();
+    s.window().SyncAll();
+    auto* recent = s.window().findChild<QMenu*>("recentMenu");
+    QVERIFY(recent && recent->isEnabled());
+    for (int round = 0; round < 2; ++round) {
+      QMetaObject::invokeMethod(recent, "aboutToShow");
+      QVERIFY(!recent->actions().isEmpty());
+      QCOMPARE(recent->actions().front()->text(), "&0 " + QString::fromStdString(picture));
+      AnswerNextMessage("Yes");
+      recent->actions().front()->trigger();
+      QVERIFY(s.app().pixelForm.FloatingSelection);
+      s.app().pixelForm.DiscardSelection();
+    }
   }
 
   // Activating another project in the explorer's list brings its display size to the canvas,
