@@ -11,6 +11,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QToolButton>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -136,6 +137,24 @@ class MainWindowTest : public QObject {
       QVERIFY(s.app().pixelForm.FloatingSelection);
       s.app().pixelForm.DiscardSelection();
     }
+  }
+
+  // A canvas stored in the Image Collection shows as its slot's thumbnail and comes back by a
+  // click on it.
+  void imageCollection() {
+    Started s;
+    s.app().pixelForm.WorkBitmap.SetPixel(1, 1, rm::kBlack);
+    QMenu* store = nullptr;
+    for (QMenu* m : s.window().findChildren<QMenu*>())
+      if (m->title() == "Copy Work Canvas to Image Collection") store = m;
+    QVERIFY(store);
+    store->actions().front()->trigger();
+    auto* slot = s.window().findChild<QToolButton*>("collectionSlot1");
+    QVERIFY(slot && !slot->icon().isNull());
+    QVERIFY(s.window().findChild<QToolButton*>("collectionSlot2")->icon().isNull());
+    s.app().pixelForm.ClearCanvas();
+    QTest::mouseClick(slot, Qt::LeftButton);
+    QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(1, 1), rm::kBlack);
   }
 
   // Activating another project in the explorer's list brings its display size to the canvas,
