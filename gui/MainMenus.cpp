@@ -242,6 +242,8 @@ void MainWindow::BuildOutputMenu() {
   }
   m->addSeparator();
   Add(m, "Convert Work Canvas to Data", [this] { app_.imageForm.EncodeButtonClick(); }, QKeySequence("F9"));
+  // The converted data under the name the settings make, in the Output files folder.
+  Add(m, "Save Data Array", [this] { app_.mainForm.SaveOutputFile(false); }, QKeySequence("Ctrl+Shift+S"));
   Add(m, "Export Work Canvas to Binary", [this] { app_.mainForm.ExportToBinaryClick(); });
   Add(m, "Export RGB Palette to Color Look-up Table (CLUT)", [this] { app_.mainForm.ExportColorPaletteAsArray3Click(); });
 }
@@ -294,7 +296,7 @@ void MainWindow::BuildWindowMenu() {
 void MainWindow::BuildToolBars() {
   QToolBar* main = addToolBar("Main");
   main->setObjectName("mainToolBar");
-  for (const char* text : {"Open Graphic...", "Convert Work Canvas to Data", "Undo", "Redo", "Zoom In", "Zoom Out",
+  for (const char* text : {"Open Graphic...", "Convert Work Canvas to Data", "Save Data Array", "Undo", "Redo", "Zoom In", "Zoom Out",
                            "No Zoom", "Inflate Canvas", "Deflate Canvas"})
     if (QAction* a = FindAction(text)) main->addAction(a);
   main->addSeparator();

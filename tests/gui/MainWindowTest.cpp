@@ -20,6 +20,7 @@
 #include "gui/DesktopProgram.h"
 #include "gui/GuiTestSupport.h"
 #include "gui/MainWindow.h"
+#include "engine/OutputNaming.h"
 #include "shell/WindowPlaces.h"
 #include "support/ShellTestSupport.h"
 
@@ -115,6 +116,15 @@ class MainWindowTest : public QObject {
     QVERIFY(editor);
     QCOMPARE(editor->toPlainText() + "\n", QString::fromStdString(shown));
     QCOMPARE(s.window().findChild<QTabWidget*>("editorTabs")->currentWidget(), editor);
+
+    // Saved under the name the settings make; a second save asks before replacing.
+    s.Trigger("Save Data Array");
+    const std::string saved = rm::OutputPath(s.app().session);
+    QCOMPARE(QString::fromStdString(rmtest::ReadFile(saved)), QString::fromStdString(shown));
+    QString replace;
+    AnswerNextMessage("No", &replace);
+    s.Trigger("Save Data Array");
+    QCOMPARE(replace, QString(" File already exits,  Overwrite ?"));
   }
 
   // An opened picture comes first in the recent files and opens again from there, twice in a row
