@@ -12,15 +12,21 @@ namespace fs = std::filesystem;
 
 namespace {
 
-void CreateProjectRoot(Globals& g, bool setRoles) {
+// Makes the working folders and gives the folder roles their defaults; a project read next puts
+// its own in their place, and the factory project (none on disk yet) keeps these.
+void CreateProjectRoot(Application& app) {
+  Globals& g = app.globals;
   std::error_code ec;
   for (const char* sub : kProjectSubfolders) fs::create_directories(g.ProjectRoot + sub, ec);
-  if (!setRoles) return;
   g.OutputRole = g.ProjectRoot + kProjectSubfolders[0];
   g.FontsRole = g.ProjectRoot + kProjectSubfolders[1];
   g.TouchRole = g.ProjectRoot + kProjectSubfolders[2];
-  g.DocumentsRole = g.ProjectRoot + kProjectSubfolders[3];
   g.BatchRole = g.ProjectRoot + kProjectSubfolders[4];
+  // Documents and pictures are the user's own folders until a project says otherwise.
+  g.DocumentsRole = g.MyDocuments;
+  g.GraphicsRole = g.MyPictures;
+  // The output folder key stands for the session's folder.
+  app.session.OutputFolder = g.OutputRole;
 }
 
 }  // namespace
@@ -46,8 +52,8 @@ void TMainForm::LoadFolders() {
     }
   }
 
+  CreateProjectRoot(app_);
   if (fs::exists(pointer, ec)) {
-    CreateProjectRoot(g, false);
     if (IsFileInUse(pointer)) {
       app_.ui.MessageDlg(" Init file is opened by another application ! ", "Error", DlgType::Error, {"OK"});
       g.ActiveProject.clear();
@@ -73,9 +79,6 @@ void TMainForm::LoadFolders() {
   std::string error;
   if (!WriteFileAtomically(pointer, g.InitsFolder + "default.LCD\n", &error))
     StatusBarAndLog("Init file not written : " + error);
-  CreateProjectRoot(g, true);
-  g.DocumentsRole = g.MyDocuments;
-  g.GraphicsRole = g.MyPictures;
 }
 
 bool TMainForm::SaveFolders() {

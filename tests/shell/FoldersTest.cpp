@@ -24,6 +24,13 @@ TEST_F(Folders, FirstRunCreatesEverythingThenTheNextRunReadsThePointer) {
   for (const char* sub : rm::kProjectSubfolders)
     EXPECT_TRUE(fs::is_directory(home_ + "/Documents/Rastermill Project/" + sub)) << sub;
   EXPECT_EQ(first.app.globals.GraphicsRole, home_ + "/Pictures");
+  // The factory project keeps the roles just made: the data array is saved in the Output files
+  // folder, not wherever the program was started.
+  first.app.mainForm.LoadConfigurationX();
+  const std::string output = home_ + "/Documents/Rastermill Project/" + rm::kProjectSubfolders[0];
+  EXPECT_EQ(first.app.globals.OutputRole, output);
+  EXPECT_EQ(first.app.session.OutputFolder, output);
+  EXPECT_EQ(first.app.globals.GraphicsRole, home_ + "/Pictures");
 
   // The default project does not exist yet: the next start falls back to it.
   TestProgram second;
@@ -31,6 +38,8 @@ TEST_F(Folders, FirstRunCreatesEverythingThenTheNextRunReadsThePointer) {
   EXPECT_FALSE(second.app.globals.FirstRun);
   EXPECT_TRUE(second.app.globals.ProjectFellBack);
   EXPECT_EQ(second.app.globals.ActiveProject, Inits() + "default.LCD");
+  second.app.mainForm.LoadConfigurationX();
+  EXPECT_EQ(second.app.session.OutputFolder, output);
 
   // A pointer to an existing project is followed; the root folder names none.
   const struct {
