@@ -8,6 +8,7 @@
 #include "gui/EditorsWindow.h"
 #include "gui/ExplorerWindow.h"
 #include "gui/MainWindow.h"
+#include "gui/PreviewPanel.h"
 #include "gui/ProgramApplication.h"
 #include "gui/SettingsPanel.h"
 #include "shell/StartUp.h"
@@ -68,9 +69,12 @@ bool DesktopProgram::Start(const Options& options) {
       case rm::StartWindow::Exploform2:
         Dock<EditorsWindow>(*window_, app_, "Editors", "editorsDock", Qt::RightDockWidgetArea);
         break;
-      case rm::StartWindow::Exploform:
-        Dock<ExplorerWindow>(*window_, app_, "Explorer", "explorerDock", Qt::LeftDockWidgetArea);
+      case rm::StartWindow::Exploform: {
+        auto* explorer = Dock<ExplorerWindow>(*window_, app_, "Explorer", "explorerDock", Qt::LeftDockWidgetArea);
+        auto* preview = Dock<PreviewPanel>(*window_, app_, "Preview", "previewDock", Qt::LeftDockWidgetArea);
+        QObject::connect(explorer, &ExplorerWindow::pictureSelected, preview, &PreviewPanel::ShowPicture);
         break;
+      }
       default:
         break;
     }
@@ -78,9 +82,12 @@ bool DesktopProgram::Start(const Options& options) {
   if (rm::StartProgram(app_, start) == rm::StartOutcome::AnotherInstance) return false;
   // The first canvas: empty, at the display's size, in the project's colour mode.
   app_.mainForm.CanvasRedraw();
-  // The settings share the right side with the editors, one tab each.
+  // The preview stands under the explorer; the settings share the right side with the editors.
   if (QDockWidget* settings = window_->Dock("settingsDock"))
-    if (QDockWidget* editors = window_->Dock("editorsDock")) window_->tabifyDockWidget(editors, settings);
+    if (QDockWidget* editors = window_->Dock("editorsDock")) {
+      window_->tabifyDockWidget(editors, settings);
+      editors->raise();
+    }
   RestorePlaces();
   window_->SyncAll();
   return true;

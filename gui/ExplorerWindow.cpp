@@ -4,6 +4,7 @@
 #include <QActionGroup>
 #include <QCheckBox>
 #include <QDir>
+#include <QFileInfo>
 #include <QFont>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -17,6 +18,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include "shell/FileKinds.h"
 #include "shell/Folders.h"
 
 namespace rmgui {
@@ -49,6 +51,15 @@ ExplorerWindow::ExplorerWindow(rm::Application& app, QWidget* parent) : QWidget(
   list_->setSortingEnabled(false);
   list_->header()->setSectionResizeMode(QHeaderView::Interactive);
   connect(list_, &QTreeWidget::itemDoubleClicked, this, [this](QTreeWidgetItem* item) { OpenItem(item); });
+  connect(list_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
+    if (filling_ || item == nullptr) return;
+    const std::string path = item->data(0, kPathRole).toString().toStdString();
+    // Pictures the decoders read; drawings of our own (.RMV) and metafiles have no preview.
+    const std::string ext = rm::UpperExt(path);
+    if (rm::TExploForm::FilterAccepts("ALL GRAPHICS", path) && ext != ".RMV" && ext != ".EMF" &&
+        !QFileInfo(Q(path)).isDir())
+      emit pictureSelected(Q(path));
+  });
 
   folderLabel_ = new QLabel;
   folderLabel_->setObjectName("folderLabel");

@@ -41,6 +41,8 @@ class ExplorerWindow : public QWidget {
 
  signals:
   void modelChanged();
+  // A picture file became the current item of the list: for the preview.
+  void pictureSelected(const QString& path);
 
  private:
   std::vector<std::pair<std::string, std::string>> treeShown_;  // (label, path) of the tree's entries
