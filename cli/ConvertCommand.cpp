@@ -294,10 +294,15 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
     s.Compression = true;
   }
 
+  // The command line writes only what it is told to, below: nothing goes into the project's
+  // Output files folder on its own (the desktop saves a finished table there).
+  const std::string projectOutputFolder = s.OutputFolder;
+  s.OutputFolder.clear();
   const bool ok = app.imageForm.EncodeButtonClick();
   ui.FinishProgress();
   if (interrupted) return Fail("interrupted: nothing was written");
   if (!ok) return Fail("the conversion did not run to its end: nothing was written");
+  s.OutputFolder = projectOutputFolder;  // a project saved with the settings keeps its own
   if (o.saveSettings && !app.mainForm.SaveConfigurationX())
     return Fail("the settings were not saved in " + app.globals.ActiveProject);
 

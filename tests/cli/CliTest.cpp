@@ -235,6 +235,10 @@ TEST_F(Cli, CompressFlag) {
   EXPECT_EQ(r.err, "");
   EXPECT_EQ(r.out, LibraryText(path, 1, framed, [](TestProgram& p) { p.app.session.Compression = true; }));
   EXPECT_TRUE(Has(r.out, "Compression statistics")) << r.out;
+  // Printing writes nothing of its own, not even into the project's Output files folder.
+  const fs::path outputFiles = dir_ + "/home/Documents/Rastermill Project/Output Files";
+  ASSERT_TRUE(fs::is_directory(outputFiles));
+  EXPECT_TRUE(fs::is_empty(outputFiles));
 
   // A table that does not pay comes out plain, with the warning on stderr.
   const std::string noisy = Png("noisy.png", Pattern(32, 16));
