@@ -20,35 +20,21 @@
 #include <vector>
 
 #include "platform/PlatformImageCodecs.h"
-#include "support/TestSupport.h"
+#include "support/PictureFiles.h"
 
 namespace {
 
 using rm::Bitmap;
 using rm::Colour;
 using rm::MakeColour;
-using Bytes = std::vector<std::uint8_t>;
-using ColourFn = std::function<Colour(int x, int y)>;
-
-struct TempDir {
-  std::string path = rmtest::MakeTempDir();
-  ~TempDir() { std::filesystem::remove_all(path); }
-};
-const TempDir& Temp() {
-  static const TempDir dir;
-  return dir;
-}
-
-std::string WriteTemp(const std::string& name, const Bytes& bytes) {
-  const std::string path = Temp().path + "/" + name;
-  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  return path;
-}
-
-Bytes ReadBytes(const std::string& path) {
-  const std::string text = rmtest::ReadFile(path);
-  return Bytes(text.begin(), text.end());
-}
+using rmtest::Bytes;
+using rmtest::ColourFn;
+using rmtest::ExpectPixels;
+using rmtest::OnWhite;
+using rmtest::Put16;
+using rmtest::Put32;
+using rmtest::ReadBytes;
+using rmtest::WriteTemp;
 
 Bitmap Load(const std::string& name, const Bytes& bytes, rm::LoadOptions options = {}) {
   Bitmap out;
@@ -56,24 +42,6 @@ Bitmap Load(const std::string& name, const Bytes& bytes, rm::LoadOptions options
   EXPECT_TRUE(rm::PlatformImageCodecs().Load(WriteTemp(name, bytes), options, out, error)) << error;
   return out;
 }
-
-// Every pixel within `tolerance` of `expect` in each channel; reports the first few that are not.
-void ExpectPixels(const Bitmap& picture, int width, int height, const ColourFn& expect, int tolerance = 0) {
-  ASSERT_EQ(picture.Width(), width);
-  ASSERT_EQ(picture.Height(), height);
-  int wrong = 0;
-  for (int y = 0; y < height; ++y)
-    for (int x = 0; x < width; ++x) {
-      const Colour got = picture.GetPixel(x, y), want = expect(x, y);
-      const bool near = std::abs(rm::RedOf(got) - rm::RedOf(want)) <= tolerance &&
-                        std::abs(rm::GreenOf(got) - rm::GreenOf(want)) <= tolerance &&
-                        std::abs(rm::BlueOf(got) - rm::BlueOf(want)) <= tolerance;
-      if (!near && ++wrong <= 3)
-        ADD_FAILURE() << "pixel " << x << "," << y << std::hex << ": got " << got << ", want " << want;
-    }
-}
-
-int OnWhite(int c, int a) { return (c * a + 255 * (255 - a) + 127) / 255; }
 
 // ---- JPEG ----
 
@@ -236,7 +204,7 @@ struct TiffSpec {
 std::vector<int> TiffSample(int x, int y) { return {x * 60, y * 50, 255 - x * 20, (x * 85 + y * 40) % 256}; }
 
 Bytes MakeTiff(const TiffSpec& s, int width, int height) {
-  const std::string path = Temp().path + "/made.tif";
+  const std::string path = rmtest::SharedTemp() + "/made.tif";
   TIFF* tiff = TIFFOpen(path.c_str(), "w");
   TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, width);
   TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, height);
@@ -300,15 +268,6 @@ void PushBgr(Bytes& b, Colour c) {
   b.push_back(static_cast<std::uint8_t>(rm::RedOf(c)));
 }
 
-void Put16(Bytes& b, std::uint32_t v) {
-  b.push_back(v & 0xFF);
-  b.push_back((v >> 8) & 0xFF);
-}
-void Put32(Bytes& b, std::uint32_t v) {
-  Put16(b, v & 0xFFFF);
-  Put16(b, v >> 16);
-}
-
 Colour IconColour(int x, int y) { return MakeColour(30 + x * 50, 200 - y * 40, (x * y * 37) & 0xFF); }
 int IconAlpha(int x, int y) {
   static constexpr int kAlpha[] = {0, 255, 128, 40};
@@ -359,7 +318,7 @@ Bytes MakePngFile(int width, int height) {
   Bitmap picture(width, height);
   for (int y = 0; y < height; ++y)
     for (int x = 0; x < width; ++x) picture.SetPixel(x, y, IconColour(x, y));
-  const std::string path = Temp().path + "/made.png";
+  const std::string path = rmtest::SharedTemp() + "/made.png";
   std::string error;
   EXPECT_TRUE(rm::PlatformImageCodecs().SavePng(picture, path, error)) << error;
   return ReadBytes(path);

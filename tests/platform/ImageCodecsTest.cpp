@@ -10,25 +10,22 @@
 #include <vector>
 
 #include "platform/PlatformImageCodecs.h"
-#include "support/TestSupport.h"
+#include "support/PictureFiles.h"
 
 namespace {
 
 using rm::Bitmap;
 using rm::Colour;
 using rm::MakeColour;
-using Bytes = std::vector<std::uint8_t>;
 using PixelFn = std::function<std::uint32_t(int x, int y)>;
-using ColourFn = std::function<Colour(int x, int y)>;
+using rmtest::Bytes;
+using rmtest::ColourFn;
+using rmtest::ExpectPixels;
+using rmtest::Put16;
+using rmtest::Put32;
+using rmtest::TempDir;
+using rmtest::WriteTemp;
 
-void Put16(Bytes& b, std::uint32_t v) {
-  b.push_back(v & 0xFF);
-  b.push_back((v >> 8) & 0xFF);
-}
-void Put32(Bytes& b, std::uint32_t v) {
-  Put16(b, v & 0xFFFF);
-  Put16(b, v >> 16);
-}
 void PutBE32(Bytes& b, std::uint32_t v) {
   for (int shift = 24; shift >= 0; shift -= 8) b.push_back((v >> shift) & 0xFF);
 }
@@ -47,31 +44,6 @@ const std::vector<Colour> kPalette = [] {
   for (int i = 0; i < 256; ++i) p.push_back(MakeColour((i * 37) & 0xFF, (i * 91 + 11) & 0xFF, (255 - i * 13) & 0xFF));
   return p;
 }();
-
-struct TempDir {
-  std::string path = rmtest::MakeTempDir();
-  ~TempDir() { std::filesystem::remove_all(path); }
-};
-
-std::string WriteTemp(const std::string& name, const Bytes& bytes) {
-  static const TempDir dir;
-  const std::string path = dir.path + "/" + name;
-  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  return path;
-}
-
-// Expects `picture` to be width x height with every pixel as `expect` says; reports the first
-// few wrong pixels.
-void ExpectPixels(const Bitmap& picture, int width, int height, const ColourFn& expect) {
-  ASSERT_EQ(picture.Width(), width);
-  ASSERT_EQ(picture.Height(), height);
-  int wrong = 0;
-  for (int y = 0; y < height; ++y)
-    for (int x = 0; x < width; ++x)
-      if (picture.GetPixel(x, y) != expect(x, y) && ++wrong <= 3)
-        ADD_FAILURE() << "pixel " << x << "," << y << std::hex << ": got " << picture.GetPixel(x, y) << ", want "
-                      << expect(x, y);
-}
 
 // A BMP writer of its own, byte by byte, so the reader is checked against an independent encoding.
 
@@ -399,8 +371,9 @@ TEST(PngDecoding, EveryColourTypeDepthAndInterlaceGivesExactPixels) {
   const ColourFn paletteOnWhite = [](int x, int y) {
     const int i = (x * 5 + y * 3) % 10;
     const int alpha = i == 0 ? 0 : i == 1 ? 128 : i == 2 ? 50 : 255;
-    auto on = [alpha](int c) { return (c * alpha + 255 * (255 - alpha) + 127) / 255; };
-    return MakeColour(on(rm::RedOf(kPalette[i])), on(rm::GreenOf(kPalette[i])), on(rm::BlueOf(kPalette[i])));
+    const Colour c = kPalette[i];
+    return MakeColour(rmtest::OnWhite(rm::RedOf(c), alpha), rmtest::OnWhite(rm::GreenOf(c), alpha),
+                      rmtest::OnWhite(rm::BlueOf(c), alpha));
   };
 
   struct Case {
