@@ -6,61 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "support/HexRecordReader.h"
 
 namespace {
 
 using rm::IntelHexRecords;
 using rm::TextLines;
-using rmtest::HexRecord;
-using rmtest::ParseHexRecord;
 
 std::uint8_t ByteAt(int i) { return static_cast<std::uint8_t>((i * 37 + 11) & 0xFF); }
-
-TEST(IntelHexRecords, RecordArithmetic) {
-  struct Case {
-    const char* name;
-    int count, perLine, digits;
-    std::uint32_t offset;
-    std::uint64_t firstAddress;
-    std::vector<int> lengths;  // LL of each data record, in order
-  };
-  const std::vector<int> sixtyFourFull(64, 0x10);
-  std::vector<int> shortLast(62, 0x10);
-  shortLast.push_back(8);
-  const Case cases[] = {
-      {"1024 bytes at 16", 1024, 16, 4, 0, 0, sixtyFourFull},
-      {"1000 bytes: a short last record", 1000, 16, 4, 0, 0, shortLast},
-      {"offset 1234 rounds down to 1230", 40, 16, 4, 0x1234, 0x1230, {16, 16, 8}},
-      {"6 digit addresses", 40, 16, 6, 0, 0, {16, 16, 8}},
-      {"8 per line", 20, 8, 4, 0, 0, {8, 8, 4}},
-      {"8 digits, 32 per line", 100, 32, 8, 0xABCDEF1F, 0xABCDEF10, {32, 32, 32, 4}},
-      {"one byte", 1, 32, 6, 0x10, 0x10, {1}},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    TextLines out;
-    IntelHexRecords records(out);
-    records.Start(c.perLine, c.digits, c.offset);
-    for (int i = 0; i < c.count; ++i) records.InputByte(ByteAt(i));
-    records.EndRecord();
-    records.AddEndOfFile();
-
-    ASSERT_EQ(out.Count(), c.lengths.size() + 1);
-    EXPECT_EQ(out.Last(), ":00000001FF");
-    int next = 0;
-    for (std::size_t i = 0; i < c.lengths.size(); ++i) {
-      SCOPED_TRACE(out[i]);
-      const HexRecord r = ParseHexRecord(out[i], c.digits);
-      ASSERT_EQ(r.length, c.lengths[i]);
-      EXPECT_EQ(r.type, 0);
-      EXPECT_EQ(r.address, c.firstAddress + i * static_cast<std::uint64_t>(c.perLine));
-      EXPECT_EQ(r.byteSum % 256, 0) << "checksum";
-      for (std::uint8_t b : r.data) EXPECT_EQ(b, ByteAt(next++));
-    }
-    EXPECT_EQ(next, c.count);
-  }
-}
 
 TEST(IntelHexRecords, KnownRecords) {
   struct Case {
