@@ -252,22 +252,6 @@ TEST(PaletteIndex, LowestIndexOfEqualEntriesAsALinearSearchWould) {
   EXPECT_EQ(rm::ModeColourIndexOf({7, 3, 3, 7}, 3), 1);
 }
 
-TEST(PaletteNearest, SearchesOnlyTheQuarterTheColourFallsIn) {
-  rm::NearestColour nearest;
-  // Sorted: 0x000001, 0x0000FF, 0x000100, 0x00FFFF. 0x0001FE lies numerically between entries 2
-  // and 3, so only entry 2 (green 1, red 0) is looked at, although 0x0000FF (red 255) is far closer.
-  nearest.SetPalette({0x00FFFF, 0x000100, 0x000001, 0x0000FF});
-  EXPECT_EQ(nearest.NearestColor(rm::MakeColour(254, 1, 0)), 0x000100);
-
-  nearest.SetPalette({0x000010, 0x000020, 0x000030, 0x000040, 0x000050, 0x000060, 0x000070, 0x000080});
-  // 0x000018 < entry 2: quarter [0, 1], where 0x10 and 0x20 tie and the first one wins.
-  EXPECT_EQ(nearest.NearestColor(0x000018), 0x000010);
-  // Equal to entry n/2 = 4: its own quarter starts there.
-  EXPECT_EQ(nearest.NearestColor(0x000050), 0x000050);
-  // Far above the last entry: the last quarter.
-  EXPECT_EQ(nearest.NearestColor(0xFFFFFF), 0x000080);
-}
-
 TEST(PaletteNearest, FixedAnswersAndPassThroughModes) {
   rm::NearestColour nearest;
   nearest.SetPalette({0x0000FF, 0x00FF00, 0xFF0000});

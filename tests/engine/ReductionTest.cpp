@@ -192,11 +192,17 @@ TEST(ReductionNearest, LargePalettesGiveTheAnswerOfTheQuarterWalk) {
   std::vector<Colour> scattered;  // clustered and duplicated entries, where ties happen
   for (int i = 0; i < 3000; ++i) scattered.push_back(static_cast<Colour>(rng() & 0xF0F0F0) | 0x080808);
   std::sort(scattered.begin(), scattered.end());
-  for (const auto* palette : {&lattice, &scattered}) {
+  // Small palettes, where the quarters' ends round: 0x0001FE lies between entries 2 and 3 of
+  // the first, so only entry 2 is looked at although 0x0000FF is far closer.
+  const std::vector<Colour> four = {0x000001, 0x0000FF, 0x000100, 0x00FFFF};
+  const std::vector<Colour> eight = {0x10, 0x20, 0x30, 0x40, 0x50, 0x60, 0x70, 0x80};
+  const std::vector<Colour> five = {0x000001, 0x0000FF, 0x000100, 0x00FFFF, 0xFF0000};
+  const std::vector<Colour>* palettes[] = {&lattice, &scattered, &four, &five, &eight};
+  for (const auto* palette : palettes) {
     rm::NearestColour nearest;
     nearest.SetPalette(*palette);
     for (int i = 0; i < 4000; ++i) {
-      const Colour c = static_cast<Colour>(rng() & 0xFFFFFF);
+      const Colour c = static_cast<Colour>(rng() & (palette->size() < 10 ? 0x0101FF : 0xFFFFFF));
       ASSERT_EQ(nearest.Search(c), WalkQuarter(*palette, c)) << std::hex << c;
     }
   }
