@@ -88,38 +88,6 @@ TEST(ReductionGray, IntegerWeightsOnEveryPixelOfTheRectangle) {
     }
 }
 
-TEST(ReductionThreshold, SliderPositionAgainstGrayLevel) {
-  EXPECT_EQ(rm::ThresholdLevelFor(1, 255), 65792.0L);
-  const int grays[] = {0, 1, 100, 127, 128, 254, 255};
-  Bitmap original(7, 1);
-  for (int i = 0; i < 7; ++i) original.SetPixel(i, 0, rm::GrayColour(grays[i]));
-  for (int p : {0, 1, 100, 101, 127, 128, 200, 254, 255}) {
-    Bitmap target(7, 1, rm::kWhite);
-    const long long black = rm::ApplyThreshold(original, target, rm::ThresholdLevelFor(p), 0, 0, 6, 0);
-    long long expectedBlack = 0;
-    for (int i = 0; i < 7; ++i) {
-      // A gray g stays white for positions up to g and turns black from g + 1.
-      const bool isBlack = p > grays[i];
-      expectedBlack += isBlack;
-      EXPECT_EQ(target.GetPixel(i, 0), isBlack ? rm::kBlack : rm::kWhite) << "p=" << p << " g=" << grays[i];
-    }
-    EXPECT_EQ(black, expectedBlack) << "p=" << p;
-  }
-}
-
-TEST(ReductionThreshold, ReadsFromTheOffsetThroughTheMatrixSizeInclusive) {
-  const Bitmap original(8, 4, rm::kBlack);
-  Bitmap target(8, 4, rm::kWhite);
-  // Columns 2..4 and rows 1..2: offset plus the matrix size, both ends included.
-  EXPECT_EQ(rm::ApplyThreshold(original, target, rm::ThresholdLevelFor(128), 2, 1, 2, 1), 6);
-  for (int y = 0; y < 4; ++y)
-    for (int x = 0; x < 8; ++x)
-      EXPECT_EQ(target.GetPixel(x, y), (x >= 2 && x <= 4 && y >= 1 && y <= 2) ? rm::kBlack : rm::kWhite);
-  // A matrix larger than the pictures stops at their edges.
-  Bitmap small(3, 2, rm::kWhite);
-  EXPECT_EQ(rm::ApplyThreshold(original, small, rm::ThresholdLevelFor(255), 0, 0, 128, 64), 6);
-}
-
 TEST(ReductionDither, EachKernelOnAGradientMatchesItsGolden) {
   const Bitmap input = Gradient();
   const double inputMean = MeanGray(input);
