@@ -251,7 +251,6 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
 
   if (const int status = ApplyHardwareOptions(app, o); status != 0) return status;
 
-
   for (const auto& kv : o.settings) {
     const std::size_t eq = kv.find('=');
     if (eq == std::string::npos || eq == 0) return Fail("--set takes KEY=VALUE, not \"" + kv + "\"", 2);
