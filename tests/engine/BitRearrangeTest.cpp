@@ -110,17 +110,4 @@ TEST(DataRearrangement, NothingAskedLeavesTheProjectsTable) {
   EXPECT_FALSE(s.ReorderOn);
 }
 
-TEST(DataRearrangement, ValueWidthFollowsTheMode) {
-  rm::ConversionSession s;
-  EXPECT_EQ(rm::RearrangedValueBits(s), 8);
-  s.Colours4096 = true;
-  EXPECT_EQ(rm::RearrangedValueBits(s), 12);
-  s = {};
-  s.Colours262kUnpacked = true;
-  EXPECT_EQ(rm::RearrangedValueBits(s), 18);
-  s = {};
-  s.Colours16M = true;
-  EXPECT_EQ(rm::RearrangedValueBits(s), 24);
-}
-
 }  // namespace
