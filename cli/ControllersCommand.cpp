@@ -14,9 +14,10 @@ void AddHardwareOptions(CLI::App& c, HardwareOptions& o) {
   std::vector<std::string> names;
   for (const auto& p : kControllers) names.emplace_back(p.name);
   c.add_option("--controller", o.controller,
-               "Lay the data out as this display controller fills its memory: sets the mode, direction, origin "
-               "and bit order, and the picture shows on the panel as on screen (see 'rastermill controllers'); "
-               "--mode, --direction, --origin, --msb-first/--msb-last given as well override it")
+               "Lay the data out as this display controller fills its memory: sets the mode, direction, origin, "
+               "bit order and 8 bit text data, and the picture shows on the panel as on screen (see 'rastermill "
+               "controllers'); --mode, --direction, --origin, --msb-first/--msb-last, --width given as well "
+               "override it")
       ->check(CLI::IsMember(names, CLI::ignore_case));
   c.add_flag("--swap-rb", o.swapRedBlue,
              "Trade the red and blue fields of every pixel, for BGR panels (modes of 4096 colours and up; "
