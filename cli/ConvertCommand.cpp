@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "cli/CliNames.h"
+#include "cli/ControllersCommand.h"
 #include "cli/ProjectContext.h"
 #include "engine/ColourModes.h"
 #include "engine/HeaderTemplate.h"
@@ -116,6 +117,8 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
              "Picture Mode: the display takes the picture's size and the colour mode is 16M colours")
       ->excludes(size);
   c.add_flag("--no-info", o.noInfo, "With -o FILE, do not write the parameter file (FILE's name with .rtf) beside it");
+
+  AddHardwareOptions(c, o.hardware);
 }
 
 namespace {
@@ -201,6 +204,9 @@ int ImportPicture(Application& app, const ConvertOptions& o) {
 
 int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& interrupted, bool terminal) {
   ConvertOptions o = options;
+
+  if (const int status = ResolveController(o); status != 0) return status;
+
   const bool kindNamed = o.outputKind == "text" || o.outputKind == "bin" || o.outputKind == "hex";
   if (!o.outputKind.empty() && !kindNamed) {
     if (!o.output.empty()) return Fail("-o and --output both name the file to write", 2);
@@ -242,6 +248,8 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
   app.session.LastBitmapName = o.input;
   // The project's own template unless another is named.
   if (!o.templateFile.empty()) app.session.HeaderIncludeFile = o.templateFile;
+
+  if (const int status = ApplyHardwareOptions(app, o); status != 0) return status;
 
   for (const auto& kv : o.settings) {
     const std::size_t eq = kv.find('=');

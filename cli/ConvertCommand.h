@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/HardwareOptions.h"
+
 namespace CLI {
 class App;
 }
@@ -48,6 +50,7 @@ struct ConvertOptions {
   std::string dither;               // error diffusion kernel for black and white
   std::string svgSize;              // "WxH": the size a drawing is rendered at
   bool pictureMode = false;         // the display takes the picture's size, in 16M colours
+  HardwareOptions hardware;         // --controller, --swap-rb, --rearrange
 };
 
 void AddConvertOptions(CLI::App& command, ConvertOptions& options);

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "cli/ClutCommand.h"
+#include "cli/ControllersCommand.h"
 #include "cli/ConvertCommand.h"
 #include "cli/ProjectCommand.h"
 #include "cli/SettingsCommand.h"
@@ -49,6 +50,7 @@ int main(int argc, char** argv) {
   CLI::App* projectCommand =
       app.add_subcommand("project", "List, create, activate, rename, delete or show the projects");
   rmcli::AddProjectCommands(*projectCommand, project);
+  CLI::App* controllersCommand = rmcli::AddControllersCommand(app);
 
   try {
     app.parse(argc, argv);
@@ -61,5 +63,6 @@ int main(int argc, char** argv) {
   if (*clutCommand) return rmcli::RunClut(clut);
   if (*settingsCommand) return rmcli::RunSettings(settings);
   if (*projectCommand) return rmcli::RunProject(project);
+  if (*controllersCommand) return rmcli::RunControllers();
   return 2;
 }

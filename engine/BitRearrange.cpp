@@ -80,3 +80,105 @@ std::uint32_t ReorderOutput(std::uint32_t value, const std::array<ReorderRow, 32
 }
 
 }  // namespace rm
+
+namespace rm {
+
+int RearrangedValueBits(const ConversionSession& s) {
+  if (s.Colours4096) return 12;
+  if (s.Colours65536) return 16;
+  if (s.Colours262kPacked || s.Colours262kUnpacked) return 18;
+  if (s.Colours16M) return 24;
+  return 8;
+}
+
+bool ParseBitPermutation(const std::string& text, std::vector<int>& sources, std::string& error) {
+  sources.clear();
+  std::size_t start = 0;
+  while (true) {
+    const std::size_t comma = text.find(',', start);
+    const std::string item = text.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
+    const int bit = BitNumber(item);
+    if (bit < 0 || bit > 31) {
+      error = "--rearrange takes bit numbers 0 to 31 separated by commas, not \"" + item + "\"";
+      return false;
+    }
+    sources.push_back(bit);
+    if (comma == std::string::npos) break;
+    start = comma + 1;
+  }
+  const int n = static_cast<int>(sources.size());
+  std::vector<bool> seen(static_cast<std::size_t>(n), false);
+  for (const int bit : sources) {
+    if (bit >= n || seen[static_cast<std::size_t>(bit)]) {
+      error = "--rearrange must name every bit from 0 to " + std::to_string(n - 1) + " once: " + text;
+      return false;
+    }
+    seen[static_cast<std::size_t>(bit)] = true;
+  }
+  return true;
+}
+
+namespace {
+
+// source[b]: the input bit that output bit b takes.
+std::vector<int> Identity(int width) {
+  std::vector<int> v(static_cast<std::size_t>(width));
+  for (int b = 0; b < width; ++b) v[static_cast<std::size_t>(b)] = b;
+  return v;
+}
+
+// The outer fields of a pixel traded: red and blue, whatever the width.
+std::vector<int> RedBlueSwap(int width) {
+  const int field = width == 12 ? 4 : width == 16 ? 5 : width == 18 ? 6 : 8;
+  std::vector<int> v = Identity(width);
+  for (int i = 0; i < field; ++i) {
+    v[static_cast<std::size_t>(i)] = width - field + i;
+    v[static_cast<std::size_t>(width - field + i)] = i;
+  }
+  return v;
+}
+
+}  // namespace
+
+bool SetDataRearrangement(ConversionSession& s, const RearrangeRequest& request, std::string& error) {
+  if (!request.swapRedBlue && request.permutation.empty()) return true;
+  const int width = RearrangedValueBits(s);
+  std::vector<int> source = Identity(width);
+  if (request.swapRedBlue) {
+    if (width == 8) {
+      error = "--swap-rb trades the red and blue fields of a pixel: it needs a colour mode of 4096 colours or more";
+      return false;
+    }
+    source = RedBlueSwap(width);
+  }
+  if (!request.permutation.empty()) {
+    std::vector<int> listed;
+    if (!ParseBitPermutation(request.permutation, listed, error)) return false;
+    if (static_cast<int>(listed.size()) != width) {
+      error = "--rearrange lists " + std::to_string(listed.size()) + " bits, but a value of this mode has " +
+              std::to_string(width) + " bits";
+      return false;
+    }
+    // Listed from the highest bit down; applied to the value the red and blue swap made.
+    std::vector<int> combined(static_cast<std::size_t>(width));
+    for (int b = 0; b < width; ++b)
+      combined[static_cast<std::size_t>(b)] = source[static_cast<std::size_t>(listed[static_cast<std::size_t>(width - 1 - b)])];
+    source = combined;
+  }
+  std::array<ReorderRow, 32> table{};
+  std::size_t row = 0;
+  for (int b = 0; b < width; ++b) {
+    const int from = source[static_cast<std::size_t>(b)];
+    if (source[static_cast<std::size_t>(from)] != b) {
+      error = "--rearrange: bit " + std::to_string(b) + " takes bit " + std::to_string(from) + ", which does not take bit " +
+              std::to_string(b) + " in return; the rearrangement table trades bits in pairs only";
+      return false;
+    }
+    if (from > b) table[row++] = ReorderRow{"swap bits", std::to_string(b), std::to_string(from)};
+  }
+  s.ReorderTable = table;
+  s.ReorderOn = true;
+  return true;
+}
+
+}  // namespace rm

@@ -193,6 +193,15 @@ void TMainForm::InvertGrayscalePalette() {
 
 // ---- Paging Scheme --------------------------------------------------------------------------
 
+namespace {
+
+// The pixels one run of bytes takes along the byte direction. The 8 colour mode packs 8 pixels
+// into 3 bytes: its lines must hold whole groups of 8 (the walkers count W div 8 or H div 8 of
+// them), and its `PixelsPerByte` of 2.66666666 divides no size evenly.
+long double PagingUnit(const ConversionSession& s) { return s.Colours8 ? 8.0L : s.PixelsPerByte; }
+
+}  // namespace
+
 bool TMainForm::SetDirection(PagingDirection d) {
   ConversionSession& s = app_.session;
   if (s.Gray16Slices && d != PagingDirection::Down) {
@@ -216,14 +225,14 @@ bool TMainForm::SetDirection(PagingDirection d) {
   if (!horizontal) s.Not6bit = true;
   if (!s.SizeCheckOffForFonts) {
     const TPixelForm& c = app_.pixelForm;
-    if (!horizontal && std::fmod(static_cast<long double>(c.MatrixHeight()), s.PixelsPerByte) != 0) {
+    if (!horizontal && std::fmod(static_cast<long double>(c.MatrixHeight()), PagingUnit(s)) != 0) {
       app_.ui.MessageDlg(
           "  Work Canvas Dot Matrix size does not fit in this paging scheme ! \r Vertical size should be a multiple of "
           "8 for vertical conversion  \r Use a horizontal conversion direction",
           "Warning", DlgType::Warning, {"OK"});
       return false;
     }
-    const long double by = s.Not6bit ? s.PixelsPerByte : 6.0L;
+    const long double by = s.Not6bit ? PagingUnit(s) : 6.0L;
     if (horizontal && std::fmod(static_cast<long double>(c.MatrixWidth()), by) != 0) {
       app_.ui.MessageDlg(
           "  Work Canvas Dot Matrix size does not fit in this paging scheme ! \r Horizontal size should be a multiple "
@@ -318,11 +327,10 @@ void TMainForm::SetDataPerLine(int n) {
 bool TMainForm::InterleaveRows() {
   ConversionSession& s = app_.session;
   Bitmap& b = app_.pixelForm.WorkBitmap;
-  // Only whole rows can be interleaved. To the right they must pair up (an even height); to the
-  // left an odd last row simply stays last.
-  const bool allowed = s.Direction == PagingDirection::ToLeftAll ||
-                       (s.Direction == PagingDirection::ToRightAll && b.Height() % 2 == 0);
-  if (!allowed) {
+  // The rows are reordered before any walk, so every direction can take them, but a sliced
+  // horizontal walk runs down bands of rows and needs them to pair up: an even height.
+  const bool slicedHorizontal = s.Direction == PagingDirection::ToRight || s.Direction == PagingDirection::ToLeft;
+  if (slicedHorizontal && b.Height() % 2 != 0) {
     app_.ui.MessageDlg(
         " Interlaced only with not sliced horizontal data direction scheme  \r and even number of vertical pixels",
         "Warning", DlgType::Warning, {"OK"});
@@ -330,8 +338,12 @@ bool TMainForm::InterleaveRows() {
   }
   Bitmap out(b.Width(), b.Height());
   const int h = b.Height();
+  // The odd rows come from the second half. With an odd height the first half has the extra row
+  // (H/2 rounded up): taken as H/2 rounded down, the last row would be lost and a middle one
+  // written twice.
+  const int half = (h + 1) / 2;
   for (int r = 0; r < h; ++r) {
-    const int src = (r % 2 == 0) ? r / 2 : h / 2 + r / 2;
+    const int src = (r % 2 == 0) ? r / 2 : half + r / 2;
     std::copy(b.Row(src), b.Row(src) + b.Width(), out.Row(r));
   }
   b = std::move(out);
@@ -420,11 +432,19 @@ bool TMainForm::TranslateCanvas() {
   s.CanvasHeight = canvas.MatrixHeight();
   if (s.HalfExport) s.CanvasHeight /= 2;
 
-  const long double r1 = std::fmod(static_cast<long double>(s.CanvasHeight), s.PixelsPerByte);
-  const long double r2 = std::fmod(static_cast<long double>(s.CanvasWidth), s.PixelsPerByte);
+  const long double r1 = std::fmod(static_cast<long double>(s.CanvasHeight), PagingUnit(s));
+  const long double r2 = std::fmod(static_cast<long double>(s.CanvasWidth), PagingUnit(s));
   if (((r1 != 0 && !s.Horizontal) || (r2 != 0 && s.Horizontal)) && s.Not6bit) {
     if (r1 != 0) SetDirection(PagingDirection::ToRightAll);
     if (r2 != 0) SetDirection(PagingDirection::DownAll);
+    // Where neither side fits the 8 colour walk would drop the pixels of the last partial group
+    // of every line, or make no byte at all: the direction commands have said why, and no table
+    // is made.
+    if (s.Colours8 && ((r1 != 0 && !s.Horizontal) || (r2 != 0 && s.Horizontal))) {
+      s.CanvasWidth = canvas.MatrixWidth();
+      s.CanvasHeight = canvas.MatrixHeight();
+      return false;
+    }
   }
 
   // The canvas comes back as it was after the conversion; a copy is only needed when the
@@ -439,7 +459,13 @@ bool TMainForm::TranslateCanvas() {
   if (s.Output == OutputKind::Bits32) SetDataPerLine(1);
   if (s.Interleaved) {
     if (!saved) saved = canvas.WorkBitmap;
-    InterleaveRows();
+    // A refused interleave fails the run: a table without it would not be what was asked for.
+    if (!InterleaveRows()) {
+      canvas.WorkBitmap = std::move(*saved);
+      s.CanvasWidth = canvas.MatrixWidth();
+      s.CanvasHeight = canvas.MatrixHeight();
+      return false;
+    }
   }
 
   s.Source = &canvas.WorkBitmap;

@@ -58,3 +58,56 @@ TEST(BitRearrange, ReorderTableRules) {
 }
 
 }  // namespace
+
+namespace {
+
+rm::ConversionSession Mode65k() {
+  rm::ConversionSession s;
+  s.Colours65536 = true;
+  s.CanvasBits = 16;
+  return s;
+}
+
+// The rows written are the table's own "swap bits" rows, so the grid shows them and the project
+// keeps them; applied by the table, they give the permutation asked for.
+TEST(DataRearrangement, RequestsBecomeSwapRowsThatGiveThePermutation) {
+  struct Case {
+    bool swapRedBlue;
+    const char* permutation;
+    std::uint32_t in, out;
+    std::size_t rows;
+  } cases[] = {
+      {true, "", 0xF800, 0x001F, 5},                                            // red to the bottom
+      {true, "", 0x07E0, 0x07E0, 5},                                            // green stays
+      {false, "7,6,5,4,3,2,1,0,15,14,13,12,11,10,9,8", 0xF800, 0x00F8, 8},      // the bytes traded
+      {false, "15,14,13,12,11,10,9,8,7,6,5,4,3,2,1,0", 0x1234, 0x1234, 0},      // unchanged: no rows
+      {true, "15,14,13,12,11,10,9,8,7,6,5,4,3,2,1,0", 0xF800, 0x001F, 5},       // the swap alone
+      // The swap and, on its result, green's end bits 10 and 5 traded: one row more.
+      {true, "15,14,13,12,11,5,9,8,7,6,10,4,3,2,1,0", 0xF820, 0x041F, 6},
+  };
+  for (const auto& c : cases) {
+    rm::ConversionSession s = Mode65k();
+    std::string error;
+    ASSERT_TRUE(rm::SetDataRearrangement(s, {c.swapRedBlue, c.permutation}, error)) << error;
+    EXPECT_TRUE(s.ReorderOn);
+    std::size_t rows = 0;
+    while (rows < s.ReorderTable.size() && !s.ReorderTable[rows].function.empty()) ++rows;
+    EXPECT_EQ(rows, c.rows) << c.permutation;
+    EXPECT_EQ(rm::ReorderOutput(c.in, s.ReorderTable, false, 16), c.out) << std::hex << c.in << " " << c.permutation;
+  }
+}
+
+TEST(DataRearrangement, NothingAskedLeavesTheProjectsTable) {
+  rm::ConversionSession s = Mode65k();
+  s.ReorderTable[0] = {"swap bits", "1", "2"};
+  std::string error;
+  ASSERT_TRUE(rm::SetDataRearrangement(s, {}, error));
+  EXPECT_FALSE(s.ReorderOn);
+  EXPECT_EQ(s.ReorderTable[0].bitB, "2");
+  // A refused request leaves it too.
+  EXPECT_FALSE(rm::SetDataRearrangement(s, {false, "1,0"}, error));
+  EXPECT_EQ(s.ReorderTable[0].bitB, "2");
+  EXPECT_FALSE(s.ReorderOn);
+}
+
+}  // namespace

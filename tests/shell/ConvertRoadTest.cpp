@@ -250,13 +250,13 @@ TEST(ConvertRoad, AutoFramingRoundsToBytesAndLetsTheFrameGo) {
   EXPECT_FALSE(p.app.session.SelectionActive);
 }
 
-TEST(ConvertRoad, InterleaveRefusedGoesOnWithoutIt) {
-  Converted p(1, Dots(8, 4, {{0, 2}}),
+TEST(ConvertRoad, InterleaveRefusedStopsTheRun) {
+  Converted p(1, Dots(8, 5, {{0, 2}}),
               [](TestProgram& p) {
                 p.app.mainForm.SetDirection(PagingDirection::ToRight);
                 p.app.session.Interleaved = true;
               });
-  ASSERT_TRUE(p.ok);
+  EXPECT_FALSE(p.ok);
   EXPECT_EQ(p.ui.messages.back().text,
             " Interlaced only with not sliced horizontal data direction scheme  \r and even number of vertical pixels");
 }

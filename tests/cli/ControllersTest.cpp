@@ -1,0 +1,227 @@
+// Controller presets and the data bit options of `rastermill convert`: the bytes of small
+// hand-made pictures against bytes worked out by hand from each controller's memory layout.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "engine/Bitmap.h"
+#include "engine/Controllers.h"
+#include "platform/PlatformImageCodecs.h"
+#include "support/CliRunner.h"
+#include "support/TestSupport.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using rm::Bitmap;
+using Bytes = std::vector<unsigned char>;
+
+constexpr rm::Colour kRed = 0x0000FF, kGreen = 0x00FF00, kBlue = 0xFF0000;
+
+// 8 x 16, white, black at (0,0), (1,1), (7,8) and (0,15): one pixel in each corner of a byte.
+Bitmap MonoPicture() {
+  Bitmap b(8, 16, rm::kWhite);
+  b.SetPixel(0, 0, rm::kBlack);
+  b.SetPixel(1, 1, rm::kBlack);
+  b.SetPixel(7, 8, rm::kBlack);
+  b.SetPixel(0, 15, rm::kBlack);
+  return b;
+}
+
+// 4 x 1: red, green, blue, white.
+Bitmap ColourPicture() {
+  Bitmap b(4, 1, rm::kWhite);
+  b.SetPixel(0, 0, kRed);
+  b.SetPixel(1, 0, kGreen);
+  b.SetPixel(2, 0, kBlue);
+  return b;
+}
+
+// 4 x 1 on the 16 level ramp 255 - 17 i: white, black, level 1 (238), level 14 (17).
+Bitmap GrayPicture() {
+  Bitmap b(4, 1, rm::kWhite);
+  b.SetPixel(1, 0, rm::kBlack);
+  b.SetPixel(2, 0, 0xEEEEEE);
+  b.SetPixel(3, 0, 0x111111);
+  return b;
+}
+
+Bytes Complement(Bytes b) {
+  for (auto& v : b) v = static_cast<unsigned char>(~v);
+  return b;
+}
+
+// Page controllers: byte n of page p is column n, rows 8p .. 8p+7, bit k the row 8p+k.
+const Bytes kPagesBlackSet = {0x01, 0x02, 0, 0, 0, 0, 0, 0, 0x80, 0, 0, 0, 0, 0, 0, 0x01};
+// Horizontal bytes, one per row of 8 pixels, bit 7 the left pixel.
+const Bytes kRowsBlackSet = {0x80, 0x40, 0, 0, 0, 0, 0, 0, 0x01, 0, 0, 0, 0, 0, 0, 0x80};
+// RGB565 high byte first: red F800, green 07E0, blue 001F, white FFFF.
+const Bytes kRgb565 = {0xF8, 0x00, 0x07, 0xE0, 0x00, 0x1F, 0xFF, 0xFF};
+const Bytes kBgr565 = {0x00, 0x1F, 0x07, 0xE0, 0xF8, 0x00, 0xFF, 0xFF};
+
+class Controllers : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    dir_ = rmtest::MakeTempDir();
+    ASSERT_FALSE(dir_.empty());
+    fs::create_directories(dir_ + "/home");
+  }
+  void TearDown() override { fs::remove_all(dir_); }
+
+  std::string Png(const Bitmap& picture, const std::string& name) {
+    const std::string path = dir_ + "/" + name + ".png";
+    std::string error;
+    EXPECT_TRUE(rm::PlatformImageCodecs().SavePng(picture, path, error)) << error;
+    return path;
+  }
+
+  rmtest::CliResult Run(std::vector<std::string> args) {
+    args.insert(args.begin(), "convert");
+    args.insert(args.end(), {"--output", "bin", "--yes"});
+    return rmtest::RunCli(args, dir_ + "/home");
+  }
+
+  static Bytes Of(const std::string& s) { return Bytes(s.begin(), s.end()); }
+
+  std::string dir_;
+};
+
+TEST_F(Controllers, EachFamilyGivesTheBytesOfItsMemoryLayout) {
+  const std::string mono = Png(MonoPicture(), "mono");
+  const std::string colour = Png(ColourPicture(), "colour");
+  const std::string gray = Png(GrayPicture(), "gray");
+  struct Case {
+    const char* controller;
+    const std::string* picture;
+    Bytes bytes;
+  };
+  const Case cases[] = {
+      // OLED pages: a set bit is lit, so the white pixels set theirs.
+      {"ssd1306", &mono, Complement(kPagesBlackSet)},
+      {"sh1106", &mono, Complement(kPagesBlackSet)},
+      {"SSD1309", &mono, Complement(kPagesBlackSet)},
+      // LCD pages: a set bit is dark.
+      {"st7565", &mono, kPagesBlackSet},
+      {"uc1701", &mono, kPagesBlackSet},
+      {"st7920", &mono, kRowsBlackSet},
+      // E-paper: horizontal bytes, 1 = white.
+      {"ssd1680", &mono, Complement(kRowsBlackSet)},
+      {"uc8151", &mono, Complement(kRowsBlackSet)},
+      {"st7735", &colour, kRgb565},
+      {"st7789", &colour, kRgb565},
+      {"ili9341", &colour, kRgb565},
+      {"st7735-bgr", &colour, kBgr565},
+      {"st7789-bgr", &colour, kBgr565},
+      {"ili9341-bgr", &colour, kBgr565},
+      // RGB666 in the top 6 bits of R, G, B bytes.
+      {"ili9488", &colour, {0xFF, 0, 0, 0, 0xFF, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF}},
+      // Left pixel in the high nibble, white the brightest level 15: F, 0 | 14, 1.
+      {"ssd1322", &gray, {0xF0, 0xE1}},
+      {"ssd1327", &gray, {0xF0, 0xE1}},
+  };
+  for (const Case& c : cases) {
+    const auto r = Run({*c.picture, "--controller", c.controller});
+    ASSERT_EQ(r.status, 0) << c.controller << ": " << r.err;
+    EXPECT_EQ(Of(r.out), c.bytes) << c.controller;
+  }
+  // Every controller of the table is covered above.
+  EXPECT_EQ(std::size(cases), rm::kControllers.size());
+}
+
+TEST_F(Controllers, OptionsGivenOverrideThePresetAndSaySo) {
+  const std::string mono = Png(MonoPicture(), "mono");
+  // The page controller's ink stays, the direction and bit order are the user's.
+  auto r = Run({mono, "--controller", "ssd1306", "--direction", "tr", "--msb-first"});
+  ASSERT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(Of(r.out), Complement(kRowsBlackSet));
+  EXPECT_NE(r.err.find("note: --direction tr overrides the ssd1306 setting td"), std::string::npos) << r.err;
+  EXPECT_NE(r.err.find("note: --msb-first overrides the ssd1306 setting --msb-last"), std::string::npos) << r.err;
+  // A direction of another corner takes its own origin, not the preset's.
+  r = Run({mono, "--controller", "st7565", "--direction", "tu"});
+  ASSERT_EQ(r.status, 0) << r.err;
+  // Bands from the bottom, columns from the left, the first pixel read (the lowest row) in bit 0.
+  const Bytes up = {0x01, 0, 0, 0, 0, 0, 0, 0x80, 0x80, 0x40, 0, 0, 0, 0, 0, 0};
+  EXPECT_EQ(Of(r.out), up);
+  // Naming the preset's own mode changes nothing; another mode is the user's with its own ink.
+  r = Run({mono, "--controller", "ssd1306", "--mode", "mono"});
+  EXPECT_EQ(Of(r.out), Complement(kPagesBlackSet));
+  r = Run({mono, "--controller", "ssd1306", "--mode", "mono-inv"});
+  EXPECT_EQ(Of(r.out), kPagesBlackSet) << "binary output takes the bytes as packed";
+  EXPECT_NE(r.err.find("note: --mode mono-inv overrides the ssd1306 setting mono"), std::string::npos) << r.err;
+  // Options that agree with the preset are not noted.
+  r = Run({mono, "--controller", "st7920", "--direction", "tr", "--msb-first"});
+  EXPECT_EQ(r.err.find("overrides"), std::string::npos) << r.err;
+}
+
+TEST_F(Controllers, ListingNamesEveryControllerWithItsOptions) {
+  const auto r = rmtest::RunCli({"controllers"}, dir_ + "/home");
+  ASSERT_EQ(r.status, 0) << r.err;
+  for (const auto& c : rm::kControllers) {
+    EXPECT_NE(r.out.find(std::string(c.name) + " "), std::string::npos) << c.name;
+    EXPECT_NE(r.out.find(rm::ControllerOptionsText(c)), std::string::npos) << c.name;
+  }
+  EXPECT_NE(r.out.find("--mode c65k --direction tr --origin TL --msb-first --swap-rb"), std::string::npos);
+  EXPECT_EQ(rmtest::RunCli({"convert", "x.png", "--controller", "hd44780"}, dir_ + "/home").status, 2);
+}
+
+TEST_F(Controllers, SwapRedBlueAndRearrangeGiveHandWorkedBytes) {
+  const std::string mono = Png(MonoPicture(), "mono");
+  const std::string colour = Png(ColourPicture(), "colour");
+  struct Case {
+    std::vector<std::string> args;
+    Bytes bytes;
+  };
+  const Case cases[] = {
+      {{mono, "--mode", "mono", "--direction", "tr", "--msb-first", "--rearrange", "7,6,5,4,3,2,1,0"},
+       kRowsBlackSet},
+      // Each byte reversed: 80 -> 01, 40 -> 02, 01 -> 80.
+      {{mono, "--mode", "mono", "--direction", "tr", "--msb-first", "--rearrange", "0,1,2,3,4,5,6,7"},
+       {0x01, 0x02, 0, 0, 0, 0, 0, 0, 0x80, 0, 0, 0, 0, 0, 0, 0x01}},
+      {{colour, "--mode", "c65k", "--msb-first", "--swap-rb"}, kBgr565},
+      // The two bytes of a pixel traded: F800 -> 00F8, 07E0 -> E007, 001F -> 1F00.
+      {{colour, "--mode", "c65k", "--msb-first", "--rearrange", "7,6,5,4,3,2,1,0,15,14,13,12,11,10,9,8"},
+       {0x00, 0xF8, 0xE0, 0x07, 0x1F, 0x00, 0xFF, 0xFF}},
+      // BGR565 low byte first: the swap of the pixel's bytes is an option of its own.
+      {{colour, "--mode", "c65k", "--msb-first", "--swap-rb", "--set", "rgb2=1"},
+       {0x1F, 0x00, 0xE0, 0x07, 0x00, 0xF8, 0xFF, 0xFF}},
+      // 4096 unpacked, 12 bits: red F00 -> 00F, blue 00F -> F00.
+      {{colour, "--mode", "c4096u", "--msb-first", "--swap-rb"}, {0x00, 0x0F, 0x00, 0xF0, 0x0F, 0x00, 0x0F, 0xFF}},
+      // 24 bits: the outer bytes traded.
+      {{colour, "--mode", "c16m", "--msb-first", "--swap-rb"},
+       {0, 0, 0xFF, 0, 0xFF, 0, 0xFF, 0, 0, 0xFF, 0xFF, 0xFF}},
+  };
+  for (const Case& c : cases) {
+    const auto r = Run(c.args);
+    ASSERT_EQ(r.status, 0) << c.args.back() << ": " << r.err;
+    EXPECT_EQ(Of(r.out), c.bytes) << c.args[2] << " " << c.args.back();
+  }
+}
+
+TEST_F(Controllers, RearrangementsTheTableCannotMakeAreRefused) {
+  const std::string mono = Png(MonoPicture(), "mono");
+  const std::string colour = Png(ColourPicture(), "colour");
+  struct Case {
+    std::vector<std::string> args;
+    const char* reason;
+  };
+  const Case cases[] = {
+      {{mono, "--mode", "mono", "--swap-rb"}, "it needs a colour mode of 4096 colours or more"},
+      {{mono, "--mode", "mono", "--rearrange", "5,7,6,4,3,2,1,0"}, "trades bits in pairs only"},
+      // Red and blue traded, then the bytes: bit 0 would take bit 8 (green), which takes bit 11.
+      {{colour, "--mode", "c65k", "--swap-rb", "--rearrange", "7,6,5,4,3,2,1,0,15,14,13,12,11,10,9,8"},
+       "trades bits in pairs only"},
+      {{mono, "--mode", "mono", "--rearrange", "7,7,5,4,3,2,1,0"}, "must name every bit from 0 to 7 once"},
+      {{mono, "--mode", "mono", "--rearrange", "7,6,x"}, "not \"x\""},
+      {{colour, "--mode", "c65k", "--rearrange", "7,6,5,4,3,2,1,0"}, "lists 8 bits, but a value of this mode has 16"},
+  };
+  for (const Case& c : cases) {
+    const auto r = Run(c.args);
+    EXPECT_EQ(r.status, 2) << c.args.back();
+    EXPECT_NE(r.err.find(c.reason), std::string::npos) << r.err;
+    EXPECT_TRUE(r.out.empty());
+  }
+}
+
+}  // namespace
