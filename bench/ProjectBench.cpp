@@ -19,7 +19,7 @@ std::string SavedProject(rm::Application& app) {
   std::string error;
   for (const char* kv : {"FXHB=+D+", "ORGC=12", "mru0=/tmp/one.h", "DPR=Laser", "vew1=777", "tda=1"}) {
     const std::string s = kv;
-    rm::ApplySetting(app, s.substr(0, s.find('=')), s.substr(s.find('=') + 1), error);
+    rm::ApplySetting(app, s.substr(0, s.find('=')), s.substr(s.find('=') + 1), error, rm::SettingUse::Session);
   }
   app.mainForm.SetColourMode(59, true);
   rm::IniFile file;

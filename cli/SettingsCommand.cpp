@@ -56,11 +56,7 @@ int RunSettings(const SettingsOptions& o) {
   if (!OpenProject(app, o.project, error, writes)) return fail(error, 1);
 
   if (o.list) {
-    // A key read into several places (formp7) is listed once: the file holds one value.
-    for (const SettingDef& def : SettingsTable())
-      if (def.read && FindSetting(std::string(def.section) + "/" + std::string(def.key)) == &def)
-        std::printf("[%s] %s=%s\n", std::string(def.section).c_str(), std::string(def.key).c_str(),
-                    GetSetting(app, def).c_str());
+    for (const std::string& line : ListSettings(app)) std::printf("%s\n", line.c_str());
     return 0;
   }
   if (o.restoreFactory) {
@@ -74,7 +70,7 @@ int RunSettings(const SettingsOptions& o) {
     std::printf("%s\n", GetSetting(app, *def).c_str());
     return 0;
   }
-  if (!ApplySetting(app, o.key, o.value, error)) return fail(error, 2);
+  if (!StoreSetting(app, o.key, o.value, error)) return fail(error, 2);
   if (!app.mainForm.SaveConfigurationX()) return fail("the project was not saved: " + app.globals.ActiveProject, 1);
   return 0;
 }

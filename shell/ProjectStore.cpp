@@ -1,5 +1,6 @@
 #include "shell/ProjectStore.h"
 
+#include <algorithm>
 #include <string>
 
 #include "shell/Application.h"
@@ -47,10 +48,16 @@ void ProjectRead(Application& app, const IniFile& project) {
     const std::string def_ = def.computed ? GetSetting(app, def) : std::string(def.defaultValue);
     std::string value;
     switch (def.type) {
-      case SettingType::String: value = project.ReadString(def.section, def.key, def_); break;
-      case SettingType::Integer:
-        value = std::to_string(project.ReadInteger(def.section, def.key, IntegerDefault(def_)));
+      case SettingType::String:
+        value = project.ReadString(def.section, def.key, def_);
+        if (!def.words.empty() && std::find(def.words.begin(), def.words.end(), value) == def.words.end()) value = def_;
         break;
+      case SettingType::Integer: {
+        // A number outside what the key takes is as unreadable as a word.
+        const int n = project.ReadInteger(def.section, def.key, IntegerDefault(def_));
+        value = n < def.min || n > def.max ? def_ : std::to_string(n);
+        break;
+      }
       case SettingType::Boolean:
         value = project.ReadBool(def.section, def.key, IntegerDefault(def_) != 0) ? "1" : "0";
         break;

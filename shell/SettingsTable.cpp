@@ -367,7 +367,7 @@ std::vector<Binding> Bindings() {
       {"S12", "usco", [](CA& a) { return a.session.Underscore; },
        [](A& a, const std::string& v) { a.session.Underscore = v; }},
       {"S", "CPRE", [](CA& a) { return a.session.Syntax.LinePrefix; },
-       [](A& a, const std::string& v) { SYN.LinePrefix = v.substr(0, 15); }},
+       [](A& a, const std::string& v) { SYN.LinePrefix = v; }},
       {"S", "FXHB", [](CA& a) { return a.session.Syntax.DataFormatKind; },
        [](A& a, const std::string& v) { SYN.DataFormatKind = v; }},
       {"S", "COMAS", [](CA& a) { return B(a.session.Syntax.SeparatorCustom); },
@@ -435,23 +435,27 @@ std::vector<Binding> Bindings() {
       {"I11", "ORGC", [](CA& a) { return std::to_string(a.session.Syntax.DataPerLine); },
        [](A& a, const std::string& v) { SYN.DataPerLine = ToInt(v); }},
       {"S13", "cstrt", [](CA& a) { return a.session.Syntax.CustomComment; },
-       [](A& a, const std::string& v) { SYN.CustomComment = v.substr(0, 5); }},
+       [](A& a, const std::string& v) { SYN.CustomComment = v; }},
       {"S13", "eolst", [](CA& a) { return a.session.Syntax.EolString; },
-       [](A& a, const std::string& v) { SYN.EolString = v.substr(0, 5); }},
+       [](A& a, const std::string& v) { SYN.EolString = v; }},
       {"S13", "sepst", [](CA& a) { return a.session.Syntax.SeparatorString; },
        [](A& a, const std::string& v) { SYN.SeparatorString = v; }},
       {"S13", "cpfr", [](CA& a) { return a.session.Syntax.LinePrefix2; },
-       [](A& a, const std::string& v) { SYN.LinePrefix2 = v.substr(0, 8); }},
+       [](A& a, const std::string& v) { SYN.LinePrefix2 = v; }},
       {"S2", "VALSUF", [](CA& a) { return a.session.Syntax.DataSuffix; },
-       [](A& a, const std::string& v) { SYN.DataSuffix = v.substr(0, 10); }},
+       [](A& a, const std::string& v) { SYN.DataSuffix = v; }},
       {"S2", "VALpref", [](CA& a) { return a.session.Syntax.DataPrefix; },
-       [](A& a, const std::string& v) { SYN.DataPrefix = v.substr(0, 10); }},
+       [](A& a, const std::string& v) { SYN.DataPrefix = v; }},
       {"B11", "PPB", [](CA& a) { return std::to_string(a.session.PixelsPerByteSetting); },
        [](A& a, const std::string& v) { S_.PixelsPerByteSetting = ToInt(v); }},
       {"B1", "bw8", [](CA& a) { return B(a.session.Not6bit); },
        [](A& a, const std::string& v) { S_.Not6bit = ToBool(v); }},
       {"B1", "Neg", [](CA& a) { return B(a.session.NegativeOutput); },
-       [](A& a, const std::string& v) { S_.NegativeOutput = ToBool(v) && a.session.Monochrome; }},
+       [](A& a, const std::string& v) {
+         // In monochrome the inverted output is the inverted mode, as the menu's toggle makes it.
+         S_.NegativeOutput = ToBool(v) && a.session.Monochrome;
+         if (a.session.Monochrome) S_.ModeNumber = a.session.NegativeOutput ? 2 : 1;
+       }},
       {"B1", "D8bc", [](CA& a) { return B(a.session.Output == OutputKind::Bits8); },
        [](A& a, const std::string& v) { Radio(S_.Output, OutputKind::Bits8, OutputKind::Bits8, v); }},
       {"B1", "D16bc", [](CA& a) { return B(a.session.Output == OutputKind::Bits16); },
@@ -491,21 +495,21 @@ std::vector<Binding> Bindings() {
       {"S8", "nbmfn", [](CA& a) { return a.session.LastBitmapName; },
        [](A& a, const std::string& v) { S_.LastBitmapName = v; }},
       {"S8", "Endst", [](CA& a) { return a.session.Syntax.EndOfData; },
-       [](A& a, const std::string& v) { SYN.EndOfData = v.substr(0, 3); }},
+       [](A& a, const std::string& v) { SYN.EndOfData = v; }},
       {"S8", "begds", [](CA& a) { return a.session.Syntax.BeginOfData; },
-       [](A& a, const std::string& v) { SYN.BeginOfData = v.substr(0, 3); }},
+       [](A& a, const std::string& v) { SYN.BeginOfData = v; }},
       {"S12", "fpar11", [](CA& a) { return a.session.Syntax.ColRowPrefix; },
-       [](A& a, const std::string& v) { SYN.ColRowPrefix = v.substr(0, 5); }},
+       [](A& a, const std::string& v) { SYN.ColRowPrefix = v; }},
       {"S12", "fpar12", [](CA& a) { return a.session.Syntax.ColRowSuffix; },
-       [](A& a, const std::string& v) { SYN.ColRowSuffix = v.substr(0, 5); }},
+       [](A& a, const std::string& v) { SYN.ColRowSuffix = v; }},
       {"S12", "fpar13", [](CA& a) { return a.session.Syntax.ArrayPrefix; },
-       [](A& a, const std::string& v) { SYN.ArrayPrefix = v.substr(0, 5); }},
+       [](A& a, const std::string& v) { SYN.ArrayPrefix = v; }},
       {"S12", "fpar14", [](CA& a) { return a.session.Syntax.ArraySuffix; },
-       [](A& a, const std::string& v) { SYN.ArraySuffix = v.substr(0, 5); }},
+       [](A& a, const std::string& v) { SYN.ArraySuffix = v; }},
       {"S12", "fexts", [](CA& a) { return a.session.LibraryExtension; },
        [](A& a, const std::string& v) { S_.LibraryExtension = v; }},
       {"S14", "cprx", [](CA& a) { return a.session.Syntax.PointerPrefix; },
-       [](A& a, const std::string& v) { SYN.PointerPrefix = v.substr(0, 6); }},
+       [](A& a, const std::string& v) { SYN.PointerPrefix = v; }},
       // The colour mode is written from the mode in force; what is read is held until the
       // whole file is read, and then selects the mode (ColourModeFromSwitches).
       {"S4", "Monc", [](CA& a) { return B(a.session.ModeNumber == 1); }, nullptr},
@@ -665,6 +669,7 @@ std::vector<SettingDef> BuildTable() {
         d.get = b.get;
         d.set = b.set;
       }
+  AddSettingRules(t);
   return t;
 }
 
@@ -733,24 +738,12 @@ std::string GetSetting(const Application& app, const SettingDef& def) {
 }
 
 void SetSetting(Application& app, const SettingDef& def, const std::string& value) {
+  // A text field holds no more than its length.
+  const std::string v = def.maxLength > 0 && value.size() > def.maxLength ? value.substr(0, def.maxLength) : value;
   if (def.set)
-    def.set(app, value);
+    def.set(app, v);
   else
-    app.globals.HeldSettings[def.held] = value;
-}
-
-bool ApplySetting(Application& app, std::string_view key, const std::string& value, std::string& error) {
-  const SettingDef* def = FindSetting(key);
-  if (!def) {
-    error = "unknown setting key: " + std::string(key);
-    return false;
-  }
-  if (def->type != SettingType::String && !IsWholeNumber(value)) {
-    error = "setting " + std::string(def->key) + " takes a whole number, not \"" + value + "\"";
-    return false;
-  }
-  SetSetting(app, *def, value);
-  return true;
+    app.globals.HeldSettings[def.held] = v;
 }
 
 int ColourModeFromSwitches(const Application& app) {

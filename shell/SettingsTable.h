@@ -1,4 +1,5 @@
 #pragma once
+#include <climits>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -28,6 +29,16 @@ struct SettingDef {
   std::size_t held = 0;           // its place in Globals::HeldSettings when no variable is bound
   std::string (*get)(const Application&) = nullptr;
   void (*set)(Application&, const std::string&) = nullptr;
+  // What the key takes. A value from the file outside these gives the default; a value given by
+  // the user outside them is refused.
+  int min = INT_MIN, max = INT_MAX;    // integers
+  std::size_t maxLength = 0;           // strings: the field's length; 0 for no limit
+  std::vector<std::string_view> words; // strings: the only words it takes, when not empty
+  // One choice of a radio group stored as one switch per choice: the group's name. Turning the
+  // chosen one off chooses nothing, so only turning another on changes the group.
+  std::string_view radioGroup;
+  // Not to be changed by a user: why, and which option does it instead.
+  std::string_view refusal;
 };
 
 // Every key in the order the program reads them.
@@ -45,10 +56,29 @@ std::vector<std::string> FactoryHeldSettings();
 // nullptr when unknown.
 const SettingDef* FindSetting(std::string_view key);
 
-// Applies a value with the project file's reading rules: a boolean is 0 (false) or any other
-// number (true), an integer is a whole number. False with a message in `error` when the key is
-// unknown or the value unreadable for its type.
-bool ApplySetting(Application& app, std::string_view key, const std::string& value, std::string& error);
+// A value the user gives for one run (`--set KEY=VALUE`, a settings panel field): a boolean is 0
+// or 1, an integer a whole number within the key's range, a string no longer than its field and,
+// for a key of words, one of them. False with a message in `error` when the key is unknown, the
+// value is not one the key takes, the key is part of the colour mode (its option sets it), or no
+// feature reads it (it is only kept in the project file).
+//
+// `use` says what the value is for. Run: this run only, so a key that nothing in a run reads is
+// refused. Session: the program's state until the project is next saved (the settings panel), so
+// such a key is taken. Store: kept in the project file (`settings set`), so a key whose value
+// would not come back from the file is refused, and a key read into several places sets them all.
+enum class SettingUse { Run, Session, Store };
+bool ApplySetting(Application& app, std::string_view key, const std::string& value, std::string& error,
+                  SettingUse use = SettingUse::Run);
+inline bool StoreSetting(Application& app, std::string_view key, const std::string& value, std::string& error) {
+  return ApplySetting(app, key, value, error, SettingUse::Store);
+}
+// Empty when `value` is one `def` takes from a user, else why not.
+std::string CheckSettingValue(const SettingDef& def, const std::string& value);
+// Every key read from the project file, once, as "[SECTION] KEY=VALUE", in reading order: what
+// `settings list` shows.
+std::vector<std::string> ListSettings(const Application& app);
+// Fills in what each key takes and which keys a user may not set (SettingRules.cpp).
+void AddSettingRules(std::vector<SettingDef>& table);
 std::string GetSetting(const Application& app, const SettingDef& def);
 void SetSetting(Application& app, const SettingDef& def, const std::string& value);
 

@@ -88,6 +88,10 @@ bool TMainForm::RestoreDefaultSettings1Click() {
   fs::create_directories(g.FactoryBackupFolder, ec);
   fs::copy(projectFolder, g.FactoryBackupFolder, fs::copy_options::recursive | fs::copy_options::overwrite_existing,
            ec);
+  // The factory state must outlast a run that ends without the quit that writes default.LCD (a
+  // command line run): the old one goes, now that the backup holds it.
+  const std::string defaultProject = g.InitsFolder + "default.LCD";
+  if (fs::exists(fs::path(g.FactoryBackupFolder) / "default.LCD", ec)) fs::remove(defaultProject, ec);
   // The next start finds no pointer and starts as a first run: every key at its default.
   if (!fs::remove(g.InitsFolder + "Rastermill.ini", ec) || ec) {
     app_.ui.MessageDlg(" Restoring factory settings has failed ! ", "Error", DlgType::Error, {"OK"});

@@ -355,7 +355,7 @@ bool TConfigChildWin::SetValue(const ConfigField& field, const std::string& valu
     if (!field.set(app_, v)) return false;
   } else {
     std::string error;
-    if (!ApplySetting(app_, field.key, v, error)) return false;
+    if (!ApplySetting(app_, field.key, v, error, SettingUse::Session)) return false;
   }
   app_.globals.LastAction = std::string(field.label);
   if (!field.logsItself) {

@@ -128,7 +128,9 @@ bool TMainForm::SetColourMode(int modeNumber, bool forcedReload) {
   if (info->colours >= 0) s.NumberOfColors = info->colours;
   if (info->paletteSize >= 0) s.PaletteSize = info->paletteSize;
   SetModeBooleans(s, modeNumber);
-  if (modeNumber == 2) s.NegativeOutput = true;
+  // A mode chosen by name sets every switch it implies: monochrome is positive, its inverted twin
+  // negative, whatever an earlier project or run left.
+  if (mono) s.NegativeOutput = modeNumber == 2;
   if (!mono) {
     s.NegativeOutput = false;
     s.Not6bit = true;

@@ -159,6 +159,23 @@ TEST_F(ProjectCli, FactoryRestoreAsksThenBacksUp) {
   EXPECT_EQ(done.status, 0) << done.err;
   EXPECT_TRUE(Has(done.err, "backed up to"));
   EXPECT_EQ(Run({"settings", "get", "FXHB"}).out, "X\n");
+  EXPECT_EQ(Run({"settings", "get", "FXHB"}).out, "X\n") << "the factory state lasts beyond one run";
+}
+
+TEST_F(ProjectCli, ASettingIsKeptOrRefusedWithItsReason) {
+  const Result mode = Run({"settings", "set", "Monc", "1"});
+  EXPECT_EQ(mode.status, 2);
+  EXPECT_TRUE(Has(mode.err, "Monc is the colour mode: use --mode mono")) << mode.err;
+  EXPECT_EQ(Run({"settings", "set", "GWI", "2000"}).status, 2);
+  EXPECT_EQ(Run({"settings", "get", "GWI"}).out, "128\n");
+  // A monochrome inversion kept by an earlier run does not outlive a mode named on the command line.
+  const std::string png = dir_ + "/p.png";
+  std::string error;
+  ASSERT_TRUE(rm::PlatformImageCodecs().SavePng(rm::Bitmap(8, 2, rm::kWhite), png, error)) << error;
+  ASSERT_EQ(Run({"convert", png, "--mode", "mono-inv", "--save-settings"}).status, 0);
+  EXPECT_EQ(Run({"settings", "get", "Neg"}).out, "1\n");
+  ASSERT_EQ(Run({"convert", png, "--mode", "mono", "--save-settings"}).status, 0);
+  EXPECT_EQ(Run({"settings", "get", "Neg"}).out, "0\n");
 }
 
 }  // namespace

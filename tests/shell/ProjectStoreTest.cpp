@@ -78,9 +78,10 @@ struct RoundTrip {
   std::string Get(const char* key) const { return rm::GetSetting(back.app, *rm::FindSetting(key)); }
 };
 
+// The program's state until the next save, as the settings panel sets it.
 void Set(rm::Application& app, const char* key, const char* value) {
   std::string error;
-  ASSERT_TRUE(rm::ApplySetting(app, key, value, error)) << error;
+  ASSERT_TRUE(rm::ApplySetting(app, key, value, error, rm::SettingUse::Session)) << error;
 }
 
 TEST(ProjectStore, HeldKeysComeBackAsWritten) {
@@ -157,10 +158,10 @@ TEST(ProjectStore, SectionsComeInTheWritersOrder) {
 TEST(ProjectStore, ALowerCaseSectionIsTheSameSection) {
   TestProgram p;
   rm::IniFile file;
-  file.SetText("[b2]\nmsbf=0\n[s]\nfxhb=D\n[B18]\nachb=0\n");
+  file.SetText("[b2]\nmsbf=0\n[s]\nfxhb=H\n[B18]\nachb=0\n");
   rm::ProjectRead(p.app, file);
   EXPECT_FALSE(p.app.session.BigEndian);
-  EXPECT_EQ(p.app.session.Syntax.DataFormatKind, "D");
+  EXPECT_EQ(p.app.session.Syntax.DataFormatKind, "H");
   EXPECT_EQ(rm::GetSetting(p.app, *rm::FindSetting("achb")), "0");
 }
 
@@ -193,6 +194,131 @@ TEST(ProjectStore, EveryBoundVariableHasItsKey) {
     EXPECT_NE(rm::FindSetting(k)->get, nullptr) << k;
   EXPECT_EQ(rm::FindSetting("B10/HCO")->type, rm::SettingType::Integer);
   EXPECT_EQ(rm::FindSetting("HCO")->type, rm::SettingType::Boolean);  // [B2] comes first when read
+}
+
+std::string Name(const rm::SettingDef& d) { return std::string(d.section) + "/" + std::string(d.key); }
+
+// A value the key takes that differs from `now`.
+std::string OtherValue(const rm::SettingDef& d, const std::string& now) {
+  switch (d.type) {
+    case rm::SettingType::Boolean: return now == "1" ? "0" : "1";
+    case rm::SettingType::Integer: {
+      const long long n = std::stoll(now);
+      return std::to_string(n < d.max ? n + 1 : n - 1);
+    }
+    case rm::SettingType::String: break;
+  }
+  if (!d.words.empty()) return std::string(d.words[d.words.front() == now ? 1 : 0]);
+  std::string v = "v " + std::string(d.key);
+  if (d.maxLength > 0 && v.size() > d.maxLength) v.resize(d.maxLength);
+  if (v == now) v[0] = 'w';
+  return v;
+}
+
+TEST(ProjectStore, EveryKeySetIsKeptThroughWriteReadAndListOrRefusedWithAReason) {
+  std::vector<std::string> refused;
+  std::size_t kept = 0;
+  for (const auto& d : rm::SettingsTable()) {
+    if (!d.read || rm::FindSetting(Name(d)) != &d) continue;
+    TestProgram a;
+    const std::string now = rm::GetSetting(a.app, d);
+    // The choice in force of a radio group cannot be turned off (see the refusals below).
+    if (!d.radioGroup.empty() && now == "1") continue;
+    const std::string value = OtherValue(d, now);
+    std::string error;
+    if (!rm::StoreSetting(a.app, Name(d), value, error)) {
+      EXPECT_NE(error.find(std::string(d.key) + " "), std::string::npos) << error;
+      refused.push_back(Name(d));
+      continue;
+    }
+    EXPECT_EQ(rm::GetSetting(a.app, d), value) << Name(d);
+    RoundTrip r(a.app);
+    EXPECT_EQ(rm::GetSetting(r.back.app, d), value) << Name(d);
+    const auto list = rm::ListSettings(r.back.app);
+    const std::string line = "[" + std::string(d.section) + "] " + std::string(d.key) + "=" + value;
+    EXPECT_NE(std::find(list.begin(), list.end(), line), list.end()) << line;
+    ++kept;
+  }
+  EXPECT_GT(kept, 600u);
+  // The colour mode's switches (set by the mode), and the keys whose value would not come back.
+  const std::vector<std::string> expected = {
+      "B13/rs48", "S13/vew1", "B1/ST7",   "S4/Moni",  "S4/Monc",   "S4/C256", "S4/G256", "S4/C256NP",
+      "S4/C16",   "S4/C8",    "S4/C4096", "S4/C65535", "S4/C18",   "S4/C18u", "S4/G16",  "S4/G4",
+      "S4/G42",   "S4/G32",   "S4/RGRA",  "S4/GRL32", "S4/C16M",   "S4/PM",   "S8/Endst", "S8/EndstF",
+      "S14/vecin"};
+  EXPECT_EQ(refused, expected);
+}
+
+TEST(ProjectStore, AValueAKeyDoesNotTakeIsRefusedWithTheReason) {
+  const struct {
+    const char* key;
+    std::string value;
+    rm::SettingUse use;
+    const char* error;  // empty: taken
+  } cases[] = {
+      {"Monc", "1", rm::SettingUse::Run, "Monc is the colour mode: use --mode mono"},
+      {"C256", "0", rm::SettingUse::Store, "C256 is the colour mode: use --mode c256"},
+      {"Hpixels", "10", rm::SettingUse::Store, "Hpixels records the canvas height and is never read: set GHI"},
+      {"SWRG", "1", rm::SettingUse::Run, "SWRG has no effect on a run; it is only kept in the project file"},
+      {"SWRG", "1", rm::SettingUse::Store, ""},
+      {"FXHB", "hex", rm::SettingUse::Run, "FXHB takes one of X, H, B, 0B, +H+, +B+, +D+, not \"hex\""},
+      {"FXHB", "+D+", rm::SettingUse::Run, ""},
+      {"GWI", "2000", rm::SettingUse::Store, "GWI takes 1 to 1024, not 2000"},
+      {"GWI", "0", rm::SettingUse::Run, "GWI takes 1 to 1024, not 0"},
+      {"GWI", "1024", rm::SettingUse::Run, ""},
+      {"GHI", "769", rm::SettingUse::Run, "GHI takes 1 to 768, not 769"},
+      {"GHI", "768", rm::SettingUse::Run, ""},
+      {"cs3w", "1025", rm::SettingUse::Run, "cs3w takes 0 to 1024, not 1025"},
+      {"ORGC", "many", rm::SettingUse::Run, "ORGC takes a whole number, not \"many\""},
+      {"MSBF", "2", rm::SettingUse::Run, "MSBF takes 0 or 1, not \"2\""},
+      {"CPRE", std::string(16, '.'), rm::SettingUse::Run, "CPRE takes at most 15 characters"},
+      {"CPRE", std::string(15, '.'), rm::SettingUse::Run, ""},
+      {"CCOM", "0", rm::SettingUse::Run, "CCOM is the choice in force of the comment form: set the choice wanted to 1"},
+      {"STCOM", "0", rm::SettingUse::Run, ""},
+      {"rs48", "1", rm::SettingUse::Store, "rs48 is read but never saved"},
+      {"rs48", "1", rm::SettingUse::Session, ""},
+      {"EndstF", "}F;", rm::SettingUse::Store, "EndstF is saved as Endst, which is not read back"},
+      {"Endst", "};;", rm::SettingUse::Store, "Endst is saved over by EndstF"},
+      {"nokey", "1", rm::SettingUse::Run, "unknown setting key: nokey"},
+  };
+  for (const auto& c : cases) {
+    TestProgram p;
+    std::string error;
+    const bool taken = rm::ApplySetting(p.app, c.key, c.value, error, c.use);
+    EXPECT_EQ(taken, *c.error == 0) << c.key << "=" << c.value << ": " << error;
+    if (*c.error) {
+      EXPECT_EQ(error.rfind(c.error, 0), 0u) << error;
+    }
+  }
+}
+
+TEST(ProjectStore, AValueInTheFileTheKeyDoesNotTakeGivesTheDefault) {
+  TestProgram p;
+  rm::IniFile file;
+  file.SetText("[B2]\nGWI=2000\nGHI=0\n[S]\nFXHB=hex\nCPRE=0123456789abcdefXYZ\n");
+  rm::ProjectRead(p.app, file);
+  EXPECT_EQ(p.app.globals.MatrixWidth, 128);
+  EXPECT_EQ(p.app.globals.MatrixHeight, 64);
+  EXPECT_EQ(p.app.session.Syntax.DataFormatKind, "X");
+  EXPECT_EQ(p.app.session.Syntax.LinePrefix, "0123456789abcde") << "a text is cut to its field";
+}
+
+TEST(ProjectStore, AModeChosenByNameSetsItsNegativeOutputWhateverTheProjectSaid) {
+  TestProgram a;
+  ASSERT_TRUE(a.app.mainForm.SetColourMode(2, true));
+  EXPECT_TRUE(a.app.session.NegativeOutput);
+  RoundTrip r(a.app);
+  EXPECT_EQ(r.back.app.session.ModeNumber, 2);
+  EXPECT_TRUE(r.back.app.session.NegativeOutput);
+  ASSERT_TRUE(r.back.app.mainForm.SetColourMode(1, true));
+  EXPECT_FALSE(r.back.app.session.NegativeOutput);
+  // Neg set by name in monochrome is the inverted mode; outside monochrome it is refused.
+  std::string error;
+  ASSERT_TRUE(rm::ApplySetting(r.back.app, "Neg", "1", error)) << error;
+  EXPECT_EQ(r.back.app.session.ModeNumber, 2);
+  ASSERT_TRUE(r.back.app.mainForm.SetColourMode(55, true));
+  EXPECT_FALSE(rm::ApplySetting(r.back.app, "Neg", "1", error));
+  EXPECT_EQ(error, "Neg inverts monochrome output only: use --mode mono-inv");
 }
 
 }  // namespace

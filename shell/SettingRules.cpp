@@ -1,0 +1,210 @@
+// What each key of the project file takes from a user, and the keys a user may not set by name.
+// A user's value is refused with the reason rather than taken and lost: a key is either applied
+// (and, for `settings set`, kept) or refused with a message that names the option that does it.
+#include <charconv>
+#include <string>
+
+#include "shell/Application.h"
+#include "shell/IniFile.h"
+#include "shell/SettingsTable.h"
+
+namespace rm {
+
+namespace {
+
+struct RangeRule {
+  std::string_view key;  // SECTION/KEY
+  int min, max;
+};
+
+constexpr int kLastColour = 0xFFFFFF;
+
+// The display is at most 1024 x 768; a colour is 0x00BBGGRR.
+constexpr RangeRule kRanges[] = {
+    {"B2/GWI", 1, kMaxCustomWidth}, {"B2/GHI", 1, kMaxCustomHeight}, {"I11/ORGC", 1, 150}, {"B11/PPB", 1, 8},
+    {"I2/BGCO", 0, kLastColour},    {"I2/DOCOL", 0, kLastColour},    {"I2/PSHCOL", 0, kLastColour},
+    {"I2/CRHCOL", 0, kLastColour},  {"B10/SCOL", -1, kLastColour},   {"I5/trco", 0, kLastColour},
+    {"I8/col1", 0, kLastColour},    {"I8/col2", 0, kLastColour},     {"I8/scol2", 0, kLastColour},
+    {"I8/col3", 0, kLastColour},    {"I8/col4", 0, kLastColour},     {"I8/col5", 0, kLastColour},
+    {"I8/col6", 0, kLastColour},    {"I8/saco", 0, kLastColour},     {"I8/itsec", 0, kLastColour},
+    {"I8/ghco", 0, kLastColour},
+};
+
+// The length of the field each string fills; a longer value read from a file is cut to it.
+constexpr std::pair<std::string_view, std::size_t> kLengths[] = {
+    {"S/CPRE", 15},    {"S13/cstrt", 5},  {"S13/eolst", 5},  {"S13/cpfr", 8},    {"S2/VALSUF", 10},
+    {"S2/VALpref", 10}, {"S8/Endst", 3},  {"S8/begds", 3},   {"S12/fpar11", 5},  {"S12/fpar12", 5},
+    {"S12/fpar13", 5}, {"S12/fpar14", 5}, {"S14/cprx", 6},
+};
+
+// The colour mode is chosen as a whole; its switches are written from the mode in force.
+constexpr std::pair<std::string_view, std::string_view> kColourSwitches[] = {
+    {"S4/Monc", "is the colour mode: use --mode mono"},
+    {"S4/Moni", "is the colour mode: use --mode mono-inv"},
+    {"S4/G4", "is the colour mode: use --mode gray4"},
+    {"S4/G42", "is the colour mode: use --mode gray4-2p"},
+    {"S4/G16", "is the colour mode: use --mode gray16, gray16h or gray16-st7528"},
+    {"S4/RGRA", "is part of the colour mode: use --mode gray16h"},
+    {"B1/ST7", "is part of the colour mode: use --mode gray16-st7528"},
+    {"S4/G32", "is the colour mode: use --mode gray32 or gray32r"},
+    {"S4/GRL32", "is the colour mode: use --mode gray32l"},
+    {"S4/G256", "is the colour mode: use --mode gray256"},
+    {"S4/C8", "is the colour mode: use --mode c8"},
+    {"S4/C16", "is the colour mode: use --mode c16"},
+    {"S4/C256", "is the colour mode: use --mode c256"},
+    {"S4/C256NP", "is the colour mode: use --mode c256"},
+    {"S4/C4096", "is the colour mode: use --mode c4096 or c4096u"},
+    {"S4/C65535", "is the colour mode: use --mode c65k"},
+    {"S4/C18", "is the colour mode: use --mode c262k"},
+    {"S4/C18u", "is the colour mode: use --mode c262ku"},
+    {"S4/C16M", "is the colour mode: use --mode c16m or c16m-alpha"},
+    {"S4/PM", "is part of the colour mode: use --mode c4096, gray32 or c16m (packed) or c4096u, gray32r, "
+              "c16m-alpha"},
+    {"I8/Hpixels", "records the canvas height and is never read: set GHI"},
+    {"I8/Wpixels", "records the canvas width and is never read: set GWI"},
+};
+
+// Radio groups whose choice the program holds as one value.
+constexpr std::pair<std::string_view, std::string_view> kRadioGroups[] = {
+    {"S/CCOM S/STCOM S/VBACOM S/PSCOM S/BSCOM", "the comment form"},
+    {"S/Eoln S/Eolcom S/EolStr S/EolSem", "the end of line form"},
+    {"B1/D8bc B1/D16bc B1/D32bc B1/DHec B1/DIHec", "the output kind"},
+    {"B2/CORN1 B2/CORN2 B2/CORN3 B2/CORN4", "the origin corner"},
+    {"B3/tla B3/tra B3/tl B3/tr B3/td B3/tu B3/tua B3/tda", "the Paging Scheme"},
+};
+
+bool SameKey(const SettingDef& d, std::string_view sectionKey) {
+  const std::size_t slash = sectionKey.find('/');
+  const std::string_view s = sectionKey.substr(0, slash), k = sectionKey.substr(slash + 1);
+  return IniFile::SameName(d.section, s) && IniFile::SameName(d.key, k);
+}
+
+bool ReadWhole(const std::string& v, long long& n) {
+  const char* e = v.data() + v.size();
+  const auto r = std::from_chars(v.data(), e, n);
+  return !v.empty() && r.ec == std::errc() && r.ptr == e;
+}
+
+// Why a value set by name would not come back from the project file; empty when it would.
+std::string NotKept(const SettingDef& d) {
+  const std::string key(d.key);
+  if (!d.read) return key + " is written for the record and never read back";
+  if (d.writeKey.empty()) return key + " is read but never saved: it takes its default at each start";
+  if (d.writeKey != d.key)
+    return key + " is saved as " + std::string(d.writeKey) + ", which is not read back: it takes its default at each start";
+  // Another key saved under the same name after it (the font's end string over the graphic one).
+  bool after = false;
+  for (const SettingDef* w : SettingsWriteOrder()) {
+    if (w == &d) after = true;
+    else if (after && IniFile::SameName(w->section, d.section) && IniFile::SameName(w->writeKey, d.writeKey) &&
+             !IniFile::SameName(w->key, d.key))
+      return key + " is saved over by " + std::string(w->key) + ": it comes back as that one";
+  }
+  return {};
+}
+
+}  // namespace
+
+void AddSettingRules(std::vector<SettingDef>& table) {
+  for (SettingDef& d : table) {
+    for (const RangeRule& r : kRanges)
+      if (SameKey(d, r.key)) d.min = r.min, d.max = r.max;
+    // The sixteen custom display sizes: 0 for a size not yet given.
+    if (IniFile::SameName(d.section, "I2") && d.key.size() >= 4 && d.key.substr(0, 2) == "cs" &&
+        (d.key.back() == 'w' || d.key.back() == 'h')) {
+      d.min = 0;
+      d.max = d.key.back() == 'w' ? kMaxCustomWidth : kMaxCustomHeight;
+    }
+    for (const auto& [key, length] : kLengths)
+      if (SameKey(d, key)) d.maxLength = length;
+    for (const auto& [key, why] : kColourSwitches)
+      if (SameKey(d, key)) d.refusal = why;
+    for (const auto& [members, name] : kRadioGroups) {
+      std::string_view rest = members;
+      while (!rest.empty()) {
+        const std::size_t blank = rest.find(' ');
+        if (SameKey(d, rest.substr(0, blank))) d.radioGroup = name;
+        rest = blank == std::string_view::npos ? std::string_view() : rest.substr(blank + 1);
+      }
+    }
+    if (SameKey(d, "S/FXHB")) d.words = {"X", "H", "B", "0B", "+H+", "+B+", "+D+"};
+  }
+}
+
+std::string CheckSettingValue(const SettingDef& d, const std::string& value) {
+  const std::string key(d.key);
+  long long n = 0;
+  switch (d.type) {
+    case SettingType::Boolean:
+      if (value != "0" && value != "1") return key + " takes 0 or 1, not \"" + value + "\"";
+      break;
+    case SettingType::Integer:
+      if (!ReadWhole(value, n)) return key + " takes a whole number, not \"" + value + "\"";
+      if (n < d.min || n > d.max)
+        return key + " takes " + std::to_string(d.min) + " to " + std::to_string(d.max) + ", not " + value;
+      break;
+    case SettingType::String:
+      if (!d.words.empty()) {
+        bool found = false;
+        std::string list;
+        for (std::string_view w : d.words) {
+          found = found || w == value;
+          list += (list.empty() ? "" : ", ") + std::string(w);
+        }
+        if (!found) return key + " takes one of " + list + ", not \"" + value + "\"";
+      }
+      if (d.maxLength > 0 && value.size() > d.maxLength)
+        return key + " takes at most " + std::to_string(d.maxLength) + " characters, not \"" + value + "\"";
+      break;
+  }
+  return {};
+}
+
+bool ApplySetting(Application& app, std::string_view key, const std::string& value, std::string& error,
+                  SettingUse use) {
+  const SettingDef* def = FindSetting(key);
+  if (!def) {
+    error = "unknown setting key: " + std::string(key);
+    return false;
+  }
+  const std::string name(def->key);
+  if (!def->refusal.empty()) {
+    error = name + " " + std::string(def->refusal);
+    return false;
+  }
+  if (error = CheckSettingValue(*def, value); !error.empty()) return false;
+  // The inverted output belongs to the monochrome modes: there it is the inverted mode.
+  if (IniFile::SameName(def->key, "Neg") && value == "1" && !app.session.Monochrome) {
+    error = "Neg inverts monochrome output only: use --mode mono-inv";
+    return false;
+  }
+  if (!def->radioGroup.empty() && value == "0" && GetSetting(app, *def) == "1") {
+    error = name + " is the choice in force of " + std::string(def->radioGroup) + ": set the choice wanted to 1";
+    return false;
+  }
+  if (use == SettingUse::Run && !def->set) {
+    error = name + " has no effect on a run; it is only kept in the project file (rastermill settings set " + name +
+            " VALUE)";
+    return false;
+  }
+  if (use == SettingUse::Store) {
+    if (error = NotKept(*def); !error.empty()) return false;
+    // A key read into several places holds one value in the file.
+    for (const SettingDef& d : SettingsTable())
+      if (&d != def && IniFile::SameName(d.section, def->section) && IniFile::SameName(d.key, def->key))
+        SetSetting(app, d, value);
+  }
+  SetSetting(app, *def, value);
+  return true;
+}
+
+std::vector<std::string> ListSettings(const Application& app) {
+  std::vector<std::string> lines;
+  // A key read into several places (formp7) is listed once: the file holds one value.
+  for (const SettingDef& def : SettingsTable())
+    if (def.read && FindSetting(std::string(def.section) + "/" + std::string(def.key)) == &def)
+      lines.push_back("[" + std::string(def.section) + "] " + std::string(def.key) + "=" + GetSetting(app, def));
+  return lines;
+}
+
+}  // namespace rm
