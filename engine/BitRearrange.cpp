@@ -161,8 +161,10 @@ bool SetDataRearrangement(ConversionSession& s, const RearrangeRequest& request,
     }
     // Listed from the highest bit down; applied to the value the red and blue swap made.
     std::vector<int> combined(static_cast<std::size_t>(width));
-    for (int b = 0; b < width; ++b)
-      combined[static_cast<std::size_t>(b)] = source[static_cast<std::size_t>(listed[static_cast<std::size_t>(width - 1 - b)])];
+    for (int b = 0; b < width; ++b) {
+      const int from = listed[static_cast<std::size_t>(width - 1 - b)];
+      combined[static_cast<std::size_t>(b)] = source[static_cast<std::size_t>(from)];
+    }
     source = combined;
   }
   std::array<ReorderRow, 32> table{};
@@ -170,8 +172,9 @@ bool SetDataRearrangement(ConversionSession& s, const RearrangeRequest& request,
   for (int b = 0; b < width; ++b) {
     const int from = source[static_cast<std::size_t>(b)];
     if (source[static_cast<std::size_t>(from)] != b) {
-      error = "--rearrange: bit " + std::to_string(b) + " takes bit " + std::to_string(from) + ", which does not take bit " +
-              std::to_string(b) + " in return; the rearrangement table trades bits in pairs only";
+      error = "--rearrange: bit " + std::to_string(b) + " takes bit " + std::to_string(from) +
+              ", which does not take bit " + std::to_string(b) +
+              " in return; the rearrangement table trades bits in pairs only";
       return false;
     }
     if (from > b) table[row++] = ReorderRow{"swap bits", std::to_string(b), std::to_string(from)};
