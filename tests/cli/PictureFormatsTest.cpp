@@ -15,7 +15,8 @@ namespace {
 
 TEST(CliPictureFormats, JpegGifTiffIcoAndSvgConvertLikeTheSamePixelsInAPng) {
   const std::string samples = std::string(RM_GOLDEN_DIR) + "/../fuzz-corpus/picture/";
-  const std::string dir = rmtest::MakeTempDir();
+  const rmtest::TempDir tmp;
+  const std::string& dir = tmp.path;
   std::filesystem::create_directories(dir + "/home");
   rm::PlatformImageCodecs codecs;
   for (const std::string name : {"rgb.jpg", "cmyk.jpg", "interlaced.gif", "lzw.tif", "mixed.ico", "viewbox.svg"}) {
@@ -43,7 +44,6 @@ TEST(CliPictureFormats, JpegGifTiffIcoAndSvgConvertLikeTheSamePixelsInAPng) {
   const rmtest::CliResult refused = rmtest::RunCli({"convert", emf}, dir + "/home");
   EXPECT_NE(refused.status, 0);
   EXPECT_NE(refused.err.find("chart.emf: this is an EMF picture"), std::string::npos) << refused.err;
-  std::filesystem::remove_all(dir);
 }
 
 }  // namespace

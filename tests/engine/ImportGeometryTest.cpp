@@ -63,18 +63,6 @@ TEST(ImportGeometry, NewBitmapSizeRoundsEachCorner) {
     EXPECT_EQ(rm::NewBitmapSize(c.w, c.h, c.angle), c.expected) << c.w << "x" << c.h << " at " << c.angle;
 }
 
-TEST(ImportGeometry, RotationMatrixTurnsClockwiseAboutTheCentre) {
-  float x = 0, y = 0;
-  rm::TransformPoint(rm::CalcRotationMatrix(90, 5, 5), 5, 0, x, y);
-  EXPECT_NEAR(x, 10, 1e-4);
-  EXPECT_NEAR(y, 5, 1e-4);
-  // The right factor acts first: translate, then turn about the origin.
-  const rm::Matrix3 m = rm::MultiplyMatrices(rm::RotationMatrix(90), rm::TranslationMatrix(1, 0));
-  rm::TransformPoint(m, 0, 0, x, y);
-  EXPECT_NEAR(x, 0, 1e-6);
-  EXPECT_NEAR(y, 1, 1e-6);
-}
-
 TEST(ImportGeometry, QuarterTurnsKeepEveryPixel) {
   const Bitmap p = Numbered(3, 2);
   const Bitmap cw = rm::RotateBitmap(p, 90, rm::kDefaultBackground, true);

@@ -65,21 +65,19 @@ std::vector<std::string> Shown(const ScriptedUi& ui) {
 class PaletteTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    dir = rmtest::MakeTempDir();
-    ASSERT_FALSE(dir.empty());
     fs::create_directories(dir + "/inits");
     fs::create_directories(dir + "/data");
     folders.ActiveProject = dir + "/mine.LCD";
     folders.DefaultFolders = {dir + "/inits", dir + "/data"};
   }
-  void TearDown() override { fs::remove_all(dir); }
 
   rm::PaletteLoadResult Load(int mode) {
     session.ModeNumber = mode;
     return rm::SelectionPalette(session, folders, ui);
   }
 
-  std::string dir;
+  rmtest::TempDir tmp;
+  const std::string dir = tmp.path;
   rm::PaletteFolders folders;
   rm::ConversionSession session;
   ScriptedUi ui;

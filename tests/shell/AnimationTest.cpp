@@ -25,7 +25,8 @@ std::vector<Bitmap> MovingDot(int count) {
 
 struct Sequence {
   TestProgram p;
-  std::string dir = rmtest::MakeTempDir();
+  rmtest::TempDir tmp;
+  const std::string dir = tmp.path;
   explicit Sequence(std::vector<std::string> answers = {}) {
     p.Setup(1, Bitmap(32, 8), true);
     p.app.session.OutputFolder = dir;
@@ -33,7 +34,6 @@ struct Sequence {
     p.app.session.CoordinatesDescriptors = true;
     p.ui.answers.assign(answers.begin(), answers.end());
   }
-  ~Sequence() { fs::remove_all(dir); }
   std::string File(const std::string& name) const { return rmtest::ReadFile(dir + "/" + name); }
 };
 

@@ -16,7 +16,7 @@ using rmtest::ReadFile;
 using rmtest::TestProgram;
 using Hl = rm::TExploForm2::Highlighter;
 
-void Write(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
+using rmtest::WriteText;
 
 void SetTime(const std::string& path, std::time_t t) {
   fs::last_write_time(path, std::chrono::file_clock::from_sys(std::chrono::system_clock::from_time_t(t)));
@@ -25,12 +25,6 @@ void SetTime(const std::string& path, std::time_t t) {
 bool Logged(const rm::Application& app, const std::string& line) {
   const auto& lines = app.logWindow.Lines.Lines();
   return std::find(lines.begin(), lines.end(), line) != lines.end();
-}
-
-std::vector<std::string> Said(const rmtest::ScriptedUi& ui) {
-  std::vector<std::string> said;
-  for (const auto& m : ui.messages) said.push_back(m.title + ": " + m.text);
-  return said;
 }
 
 class Explorer : public rmtest::HomeTest {
@@ -106,10 +100,10 @@ TEST(ExplorerTypes, HighlighterByExtension) {
 TEST_F(Explorer, ListingPutsFoldersFirstAndCountsWhatTheFilterLets) {
   fs::create_directories(dir_ + "zeta");
   fs::create_directories(dir_ + "Alpha");
-  Write(dir_ + "b.c", "int b;\n");
-  Write(dir_ + "A.BMP", std::string(2048, 'x'));
-  Write(dir_ + "pic.jpeg", "");
-  Write(dir_ + ".hidden", "");
+  WriteText(dir_ + "b.c", "int b;\n");
+  WriteText(dir_ + "A.BMP", std::string(2048, 'x'));
+  WriteText(dir_ + "pic.jpeg", "");
+  WriteText(dir_ + ".hidden", "");
   auto& explorer = p.app.exploForm;
 
   auto names = [](const TExploForm::FileListing& l) {
@@ -191,12 +185,12 @@ TEST_F(Explorer, FolderRolesAndTheAutomaticFilterOfTheFolderEntered) {
   EXPECT_EQ(g.ExplorerFilter, "FONTS");
 
   EXPECT_FALSE(p.app.exploForm.EnterFolder(g.BatchRole));
-  EXPECT_EQ(Said(p.ui).back(), "Error: This Disk or Folder no longer exists !");
+  EXPECT_EQ(ShownMessages(p.ui).back(), "Error: This Disk or Folder no longer exists !");
   EXPECT_EQ(g.ExplorerFolder, dir_);
 }
 
 TEST_F(Explorer, SourceFilesGoToTheMainTextWithTheirHighlighter) {
-  Write(dir_ + "font.c", "const char a[] = {\r\n0x00};\r\n");
+  WriteText(dir_ + "font.c", "const char a[] = {\r\n0x00};\r\n");
   auto& g = p.app.globals;
   g.EditorsPage = TExploForm2::kHexTab;
   ASSERT_TRUE(p.app.exploForm.Loadfile(dir_ + "font.c"));
@@ -210,8 +204,8 @@ TEST_F(Explorer, SourceFilesGoToTheMainTextWithTheirHighlighter) {
   EXPECT_TRUE(p.ui.messages.empty());
 
   // Without extension, and the library extension of the settings.
-  Write(dir_ + "README", "x\n");
-  Write(dir_ + "out.lib", "y\n");
+  WriteText(dir_ + "README", "x\n");
+  WriteText(dir_ + "out.lib", "y\n");
   ASSERT_TRUE(p.app.exploForm.Loadfile(dir_ + "README"));
   EXPECT_EQ(p.app.exploForm2.MainHighlighter, Hl::None);
   ASSERT_TRUE(p.app.exploForm.Loadfile(dir_ + "out.lib"));
@@ -219,8 +213,8 @@ TEST_F(Explorer, SourceFilesGoToTheMainTextWithTheirHighlighter) {
 }
 
 TEST_F(Explorer, UnsavedTextIsOfferedForSavingBeforeItIsReplaced) {
-  Write(dir_ + "a.c", "old\n");
-  Write(dir_ + "b.h", "new\n");
+  WriteText(dir_ + "a.c", "old\n");
+  WriteText(dir_ + "b.h", "new\n");
   auto& g = p.app.globals;
   ASSERT_TRUE(p.app.exploForm.Loadfile(dir_ + "a.c"));
   p.app.exploForm2.MainTextEdited("edited");
@@ -229,7 +223,7 @@ TEST_F(Explorer, UnsavedTextIsOfferedForSavingBeforeItIsReplaced) {
   // No: the edit is dropped.
   p.ui.answers = {"No"};
   ASSERT_TRUE(p.app.exploForm.Loadfile(dir_ + "b.h"));
-  EXPECT_EQ(Said(p.ui), (std::vector<std::string>{"Confirm: Previous editor content not saved ! Save ? "}));
+  EXPECT_EQ(ShownMessages(p.ui), (std::vector<std::string>{"Confirm: Previous editor content not saved ! Save ? "}));
   EXPECT_EQ(ReadFile(dir_ + "a.c"), "old\n");
   EXPECT_EQ(p.app.mainText.Text(), "new\n");
 
@@ -251,7 +245,7 @@ TEST_F(Explorer, UnsavedTextIsOfferedForSavingBeforeItIsReplaced) {
 }
 
 TEST_F(Explorer, ConvertedTableIsNoLongerTheLoadedFile) {
-  Write(dir_ + "a.c", "old\n");
+  WriteText(dir_ + "a.c", "old\n");
   ASSERT_TRUE(p.app.exploForm.Loadfile(dir_ + "a.c"));
   p.Setup(1, rmtest::PatternPicture(8, 8, {rm::kBlack, rm::kWhite}));
   ASSERT_TRUE(p.Convert());
@@ -259,7 +253,7 @@ TEST_F(Explorer, ConvertedTableIsNoLongerTheLoadedFile) {
   EXPECT_TRUE(p.app.globals.EditorUnsaved);
   // Saying yes now saves the table as an output (here: no output folder, so it is refused and
   // the table stays), never into a.c.
-  Write(dir_ + "b.c", "b\n");
+  WriteText(dir_ + "b.c", "b\n");
   p.ui.answers = {"Yes"};
   EXPECT_FALSE(p.app.exploForm.Loadfile(dir_ + "b.c"));
   EXPECT_EQ(ReadFile(dir_ + "a.c"), "old\n");
@@ -269,7 +263,7 @@ TEST_F(Explorer, ConvertedTableIsNoLongerTheLoadedFile) {
 TEST_F(Explorer, BinariesDocumentsAndProjectsGoWhereTheyBelong) {
   auto& g = p.app.globals;
   const std::string bytes("\x00\x01\xFF:10", 6);
-  Write(dir_ + "data.bin", bytes);
+  WriteText(dir_ + "data.bin", bytes);
   ASSERT_TRUE(p.app.exploForm.Loadfile(dir_ + "data.bin"));
   EXPECT_EQ(std::string(p.app.hex.Bytes().begin(), p.app.hex.Bytes().end()), bytes);
   EXPECT_EQ(g.EditorsPage, TExploForm2::kHexTab);
@@ -277,13 +271,13 @@ TEST_F(Explorer, BinariesDocumentsAndProjectsGoWhereTheyBelong) {
   EXPECT_TRUE(Logged(p.app, "Load Hex Editor with " + dir_ + "data.bin"));
 
   p.app.mainText.Add("table");
-  Write(dir_ + "doc.rtf", "{\\rtf1 Parameters}\n");
+  WriteText(dir_ + "doc.rtf", "{\\rtf1 Parameters}\n");
   ASSERT_TRUE(p.app.exploForm.Loadfile(dir_ + "doc.rtf"));
   EXPECT_EQ(p.app.infoText.Text(), "{\\rtf1 Parameters}\n");
   EXPECT_EQ(g.EditorsPage, TExploForm2::kDocumentTab);
   EXPECT_EQ(p.app.mainText.Text(), "table\n");
 
-  Write(dir_ + "other.LCD", "[S]\n");
+  WriteText(dir_ + "other.LCD", "[S]\n");
   EXPECT_FALSE(p.app.exploForm.Loadfile(dir_ + "other.LCD"));
   EXPECT_TRUE(p.ui.messages.empty());
 
@@ -295,7 +289,7 @@ TEST_F(Explorer, BinariesDocumentsAndProjectsGoWhereTheyBelong) {
 TEST_F(Explorer, KindsWithoutTheirFeatureSaySoAndOpenNothing) {
   p.app.mainText.Add("table");
   for (const char* name : {"s.fsc", "s.TSC", "e.eff", "b.spp", "v.rmv", "clip.avi", "clip.WMV", "clip.mpg"}) {
-    Write(dir_ + name, "x\n");
+    WriteText(dir_ + name, "x\n");
     p.ui.messages.clear();
     EXPECT_FALSE(p.app.exploForm.Loadfile(dir_ + name)) << name;
     ASSERT_EQ(p.ui.messages.size(), 1u) << name;
@@ -307,11 +301,11 @@ TEST_F(Explorer, KindsWithoutTheirFeatureSaySoAndOpenNothing) {
 }
 
 TEST_F(Explorer, PicturesAreCheckedThenImported) {
-  Write(dir_ + "bad.bmp", "not a bitmap");
-  Write(dir_ + "bad.jpeg", "not a jpeg");
+  WriteText(dir_ + "bad.bmp", "not a bitmap");
+  WriteText(dir_ + "bad.jpeg", "not a jpeg");
   EXPECT_FALSE(p.app.exploForm.Loadfile(dir_ + "bad.bmp"));
   EXPECT_FALSE(p.app.exploForm.Loadfile(dir_ + "bad.jpeg"));
-  EXPECT_EQ(Said(p.ui), (std::vector<std::string>{
+  EXPECT_EQ(ShownMessages(p.ui), (std::vector<std::string>{
                             "Error: This is not a valid bitmap file !\r" + dir_ + "bad.bmp\rBitmap file format check failed",
                             "Error: This is not a valid Jpeg file !\r" + dir_ + "bad.jpeg\rJPG file format check failed"}));
   EXPECT_FALSE(p.app.pixelForm.FloatingSelection);
@@ -326,16 +320,16 @@ TEST_F(Explorer, PicturesAreCheckedThenImported) {
 
 TEST_F(Explorer, BatchWaitChoosesTheActiveBatchInsteadOfOpening) {
   auto& g = p.app.globals;
-  Write(dir_ + "fix.SPP", "x\n");
-  Write(dir_ + "a.c", "x\n");
+  WriteText(dir_ + "fix.SPP", "x\n");
+  WriteText(dir_ + "a.c", "x\n");
   g.BatchSelectWait = true;
   EXPECT_FALSE(p.app.exploForm.Loadfile(dir_ + "a.c"));
-  EXPECT_EQ(Said(p.ui).back(), "Warning: Processing batch file was not selected correctly ! ");
+  EXPECT_EQ(ShownMessages(p.ui).back(), "Warning: Processing batch file was not selected correctly ! ");
   EXPECT_TRUE(p.app.mainText.Empty());
   g.BatchSelectWait = true;
   ASSERT_TRUE(p.app.exploForm.Loadfile(dir_ + "fix.SPP"));
   EXPECT_EQ(g.ActiveBatch, "fix.SPP");
-  EXPECT_EQ(Said(p.ui).back(), "Information: Processing batch file has been activated ! ");
+  EXPECT_EQ(ShownMessages(p.ui).back(), "Information: Processing batch file has been activated ! ");
   EXPECT_FALSE(g.BatchSelectWait);
 }
 
@@ -343,14 +337,14 @@ TEST_F(Explorer, EditorLoadKeepsTheProgramsOwnFilesOutOfTheLogAndTheModesTab) {
   auto& g = p.app.globals;
   const std::string inits = dir_ + "Rastermill inits 1/";
   fs::create_directories(inits);
-  Write(inits + "default.txt", "template\n");
+  WriteText(inits + "default.txt", "template\n");
   ASSERT_TRUE(p.app.exploForm.LoadSyneditor(inits + "default.txt"));
   EXPECT_EQ(p.app.mainText.Text(), "template\n");
   EXPECT_TRUE(p.app.logWindow.Lines.Empty());
 
   g.FontScriptMode = true;
   g.EditorsPage = TExploForm2::kScriptTab;
-  Write(dir_ + "x.txt", "x\n");
+  WriteText(dir_ + "x.txt", "x\n");
   ASSERT_TRUE(p.app.exploForm.LoadSyneditor(dir_ + "x.txt"));
   EXPECT_EQ(g.EditorsPage, TExploForm2::kScriptTab);
   EXPECT_TRUE(Logged(p.app, "Load Editor with " + dir_ + "x.txt"));
@@ -366,14 +360,14 @@ TEST_F(Explorer, SavingTheTextTabChecksTheNameAndKeepsABackup) {
   for (const char* bad : {"out.cpp", "out.bin", "out"}) {
     p.ui.messages.clear();
     EXPECT_FALSE(explorer.SaveEditor(dir_ + bad));
-    EXPECT_EQ(Said(p.ui), (std::vector<std::string>{"Error: File Ext can only be one of these : H,C,BAS,ASM,TXT or RTF ! "}));
+    EXPECT_EQ(ShownMessages(p.ui), (std::vector<std::string>{"Error: File Ext can only be one of these : H,C,BAS,ASM,TXT or RTF ! "}));
   }
   EXPECT_TRUE(g.EditorUnsaved);
 
   p.ui.messages.clear();
   ASSERT_TRUE(explorer.SaveEditor(dir_ + "out.h"));
   EXPECT_EQ(ReadFile(dir_ + "out.h"), "line 1\nline 2\n");
-  EXPECT_EQ(Said(p.ui), (std::vector<std::string>{"Information: File in editor saved to disk ! \r" + dir_ + "out.h"}));
+  EXPECT_EQ(ShownMessages(p.ui), (std::vector<std::string>{"Information: File in editor saved to disk ! \r" + dir_ + "out.h"}));
   EXPECT_FALSE(fs::exists(dir_ + "out.h.bak"));
   EXPECT_FALSE(g.EditorUnsaved);
   EXPECT_EQ(g.EditorFileName, dir_ + "out.h");
@@ -382,7 +376,7 @@ TEST_F(Explorer, SavingTheTextTabChecksTheNameAndKeepsABackup) {
   p.ui.messages.clear();
   p.ui.answers = {"No"};
   EXPECT_FALSE(explorer.SaveEditor(dir_ + "out.h"));
-  EXPECT_EQ(Said(p.ui), (std::vector<std::string>{"Confirm:  File Exists,  Overwrite ?"}));
+  EXPECT_EQ(ShownMessages(p.ui), (std::vector<std::string>{"Confirm:  File Exists,  Overwrite ?"}));
   EXPECT_EQ(ReadFile(dir_ + "out.h"), "line 1\nline 2\n");
   EXPECT_TRUE(g.EditorUnsaved);
   p.ui.answers = {"Yes"};
@@ -393,7 +387,7 @@ TEST_F(Explorer, SavingTheTextTabChecksTheNameAndKeepsABackup) {
   // A folder that does not exist.
   p.ui.messages.clear();
   EXPECT_FALSE(explorer.SaveEditor(dir_ + "none/out.c"));
-  EXPECT_EQ(Said(p.ui), (std::vector<std::string>{"Error: Access to this file denied ! Check for read only status"}));
+  EXPECT_EQ(ShownMessages(p.ui), (std::vector<std::string>{"Error: Access to this file denied ! Check for read only status"}));
 }
 
 TEST_F(Explorer, SavingTheHexTabWritesTheBytesAndOtherTabsRefuse) {
@@ -402,10 +396,10 @@ TEST_F(Explorer, SavingTheHexTabWritesTheBytesAndOtherTabsRefuse) {
   for (int b : {0x00, 0x7F, 0xFF}) p.app.hex.AddByte(static_cast<std::uint8_t>(b));
   g.EditorsPage = TExploForm2::kHexTab;
   EXPECT_FALSE(explorer.SaveEditor(dir_ + "out.c"));
-  EXPECT_EQ(Said(p.ui).back(), "Error: File Ext can only be one of these : BIN or HEX ! ");
+  EXPECT_EQ(ShownMessages(p.ui).back(), "Error: File Ext can only be one of these : BIN or HEX ! ");
   ASSERT_TRUE(explorer.SaveEditor(dir_ + "out.BIN"));
   EXPECT_EQ(ReadFile(dir_ + "out.BIN"), std::string("\x00\x7F\xFF", 3));
-  EXPECT_EQ(Said(p.ui).back(), "Information: Hex file : " + dir_ + "out.BIN");
+  EXPECT_EQ(ShownMessages(p.ui).back(), "Information: Hex file : " + dir_ + "out.BIN");
 
   p.ui.messages.clear();
   g.EditorsPage = TExploForm2::kDocumentTab;
@@ -413,7 +407,7 @@ TEST_F(Explorer, SavingTheHexTabWritesTheBytesAndOtherTabsRefuse) {
   g.EditorsPage = TExploForm2::kMainTab;
   g.HeaderEditMode = true;
   EXPECT_FALSE(explorer.SaveEditor(dir_ + "x.c"));
-  EXPECT_EQ(Said(p.ui), (std::vector<std::string>{
+  EXPECT_EQ(ShownMessages(p.ui), (std::vector<std::string>{
                             "Warning: The Document Editor Tab is Active \rSelect Script Editor or Text Editor !",
                             "Warning: Please save/close Header Editor with Header Editor Button !"}));
   EXPECT_FALSE(fs::exists(dir_ + "doc.rtf"));

@@ -16,12 +16,6 @@ constexpr rm::Colour kRed = 0x0000FF;
 
 const std::string kResizeQuestionStart = " Image size larger than Work Canvas   \r";
 
-Lines Said(const rmtest::ScriptedUi& ui) {
-  Lines said;
-  for (const auto& m : ui.messages) said.push_back(m.title + ": " + m.text);
-  return said;
-}
-
 // A picture with a coloured frame and a gray inside, so that every resize shows.
 Bitmap Framed(int w, int h) {
   Bitmap b(w, h, kGray);
@@ -42,12 +36,7 @@ class Import : public rmtest::HomeTest {
  protected:
   void SetUp() override {
     HomeTest::SetUp();
-    dir_ = rmtest::MakeTempDir();
     SetCanvas(32, 16);
-  }
-  void TearDown() override {
-    std::filesystem::remove_all(dir_);
-    HomeTest::TearDown();
   }
   void SetCanvas(int w, int h) {
     p.app.globals.MatrixWidth = w;
@@ -62,14 +51,14 @@ class Import : public rmtest::HomeTest {
     return path;
   }
   std::string Raw(const std::string& name, const std::string& bytes) {
-    const std::string path = dir_ + "/" + name;
-    std::ofstream(path, std::ios::binary) << bytes;
-    return path;
+    rmtest::WriteText(dir_ + "/" + name, bytes);
+    return dir_ + "/" + name;
   }
   const Bitmap& Floating() const { return p.app.pixelForm.SelectionBitmap; }
 
   TestProgram p;
-  std::string dir_;
+  rmtest::TempDir tmp_;
+  const std::string dir_ = tmp_.path;
 };
 
 TEST_F(Import, RefusedFilesSayWhyAndLeaveTheCanvas) {
@@ -95,7 +84,7 @@ TEST_F(Import, RefusedFilesSayWhyAndLeaveTheCanvas) {
     EXPECT_FALSE(p.app.mainForm.OpenPic(c.file)) << c.file;
     ASSERT_EQ(p.ui.messages.size(), 1u) << c.file;
     if (!c.said.empty()) {
-      EXPECT_EQ(Said(p.ui)[0], c.said);
+      EXPECT_EQ(ShownMessages(p.ui)[0], c.said);
     }
     EXPECT_FALSE(p.app.pixelForm.FloatingSelection) << c.file;
     EXPECT_EQ(p.app.pixelForm.WorkBitmap, before) << c.file;
@@ -106,7 +95,7 @@ TEST_F(Import, RefusedFilesSayWhyAndLeaveTheCanvas) {
 
   p.ui.messages.clear();
   EXPECT_FALSE(p.app.mainForm.ImportImageMDIChild(""));
-  EXPECT_EQ(Said(p.ui), Lines{"Graphic loading Error:  Please select file to import in the File List ! "});
+  EXPECT_EQ(ShownMessages(p.ui), Lines{"Graphic loading Error:  Please select file to import in the File List ! "});
 }
 
 TEST_F(Import, GoodSignaturesPass) {
@@ -229,7 +218,7 @@ TEST_F(Import, RotationSizeLimit) {
   g.ImportFileName = "x.png";
   g.ImportedBitmap = Bitmap(3001, 10, kGray);
   p.app.mainForm.RotateImport();
-  EXPECT_EQ(Said(p.ui), Lines{"Warning:  Picture too large for rotation \r "});
+  EXPECT_EQ(ShownMessages(p.ui), Lines{"Warning:  Picture too large for rotation \r "});
   EXPECT_EQ(g.ImportedBitmap.Width(), 3001);
 
   p.ui.messages.clear();

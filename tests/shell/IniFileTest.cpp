@@ -19,10 +19,6 @@ IniFile FromText(const std::string& text) {
   return ini;
 }
 
-void WriteRaw(const std::string& path, const std::string& data) {
-  std::ofstream(path, std::ios::binary) << data;
-}
-
 constexpr const char* kMissing = "<missing>";
 
 TEST(IniFile, ReadStringRules) {
@@ -199,7 +195,8 @@ TEST(IniFile, ListsSectionsAndKeysInFileOrderOnce) {
 }
 
 TEST(IniFile, ManyKeysRoundTripThroughTheDisk) {
-  const std::string dir = rmtest::MakeTempDir();
+  const rmtest::TempDir tmp;
+  const std::string& dir = tmp.path;
   const std::string path = dir + "/project.LCD";
   const std::string values[] = {"",   " ",        "plain", "two  words", "\"",   "\"quoted\"", "'x'",
                                 "=",  "a=b",      ";",     "[x]",        "\t t", "trail ",     "#include ",
@@ -239,7 +236,6 @@ TEST(IniFile, ManyKeysRoundTripThroughTheDisk) {
     }
   }
   EXPECT_EQ(in.Text(), out.Text());
-  fs::remove_all(dir);
 }
 
 TEST(IniFile, GarbageNeverBreaksReading) {
@@ -279,7 +275,8 @@ TEST(IniFile, GarbageNeverBreaksReading) {
 }
 
 TEST(IniFile, LoadAndSaveFailures) {
-  const std::string dir = rmtest::MakeTempDir();
+  const rmtest::TempDir tmp;
+  const std::string& dir = tmp.path;
   std::string error;
 
   // A folder that does not exist: loads as empty, cannot be saved.
@@ -307,7 +304,7 @@ TEST(IniFile, LoadAndSaveFailures) {
   // A write that fails midway leaves the old file whole. Here the temporary name beside the
   // file is taken by a folder, so the temporary file cannot be made.
   const std::string path = dir + "/p.LCD";
-  WriteRaw(path, "[S]\nA=old\n");
+  rmtest::WriteText(path, "[S]\nA=old\n");
   fs::create_directory(path + ".tmp" + std::to_string(::getpid()));
   IniFile ini;
   ASSERT_TRUE(ini.Load(path));
@@ -323,7 +320,6 @@ TEST(IniFile, LoadAndSaveFailures) {
   for (const auto& e : fs::directory_iterator(dir)) names.push_back(e.path().filename().string());
   std::sort(names.begin(), names.end());
   EXPECT_EQ(names, (std::vector<std::string>{"d.LCD", "p.LCD"}));
-  fs::remove_all(dir);
 }
 
 }  // namespace

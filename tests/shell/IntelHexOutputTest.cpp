@@ -95,8 +95,8 @@ TEST(IntelHexOutput, GoldenRecordsForEachAddressWidth) {
 TEST(IntelHexOutput, ObjcopyReadsBackTheBinaryOutput) {
   if (std::system("command -v objcopy >/dev/null 2>&1") != 0)
     GTEST_SKIP() << "objcopy (binutils) is not installed, so there is no independent Intel HEX reader to check with";
-  const std::string dir = rmtest::MakeTempDir();
-  ASSERT_FALSE(dir.empty());
+  const rmtest::TempDir tmp;
+  const std::string& dir = tmp.path;
   struct Case {
     const char* name;
     int w, h;
@@ -122,7 +122,6 @@ TEST(IntelHexOutput, ObjcopyReadsBackTheBinaryOutput) {
     EXPECT_TRUE(std::equal(binary.begin(), binary.end(), read.begin(),
                            [](std::uint8_t a, char b) { return a == static_cast<std::uint8_t>(b); }));
   }
-  fs::remove_all(dir);
 }
 
 TEST(IntelHexOutput, ExportDialogCarriesTheRecordSettings) {
@@ -197,8 +196,8 @@ TEST(IntelHexOutput, ExportToBinaryKeepsTheUsersOutputSettings) {
 }
 
 TEST(IntelHexOutput, BinaryFileIsSavedOnlyWithAlwaysOverwrite) {
-  const std::string dir = rmtest::MakeTempDir();
-  ASSERT_FALSE(dir.empty());
+  const rmtest::TempDir tmp;
+  const std::string& dir = tmp.path;
   const std::string target = dir + "/NewBitmap.bin";
   auto convert = [&](OutputKind kind, bool always, const std::string& folder) {
     TestProgram p;
@@ -232,7 +231,6 @@ TEST(IntelHexOutput, BinaryFileIsSavedOnlyWithAlwaysOverwrite) {
   EXPECT_EQ(messages[0].text, " RTF file was opened by another application ! ");
   EXPECT_EQ(messages[1].title, "Error");
   EXPECT_EQ(messages[1].text.rfind(" File could not be saved to disk, access denied ! \r", 0), 0u);
-  fs::remove_all(dir);
 }
 
 }  // namespace

@@ -16,12 +16,6 @@ using rmtest::TestProgram;
 using Lines = std::vector<std::string>;
 
 Lines LogLines(const rm::Application& app) { return app.logWindow.Lines.Lines(); }
-// Every message shown, as "title: text".
-Lines Said(const rmtest::ScriptedUi& ui) {
-  Lines said;
-  for (const auto& m : ui.messages) said.push_back(m.title + ": " + m.text);
-  return said;
-}
 
 // ---- status and log -------------------------------------------------------------------------
 
@@ -97,7 +91,7 @@ TEST(MessageDlgA, ButtonMaskKindAndResultCodesAnsweredClosedOrInAConsole) {
       EXPECT_EQ(p.app.mainForm.MessageDlgA(" Overwrite file ? ", "Confirm", 0, c.buttons, c.kind),
                 answer.empty() ? c.safe : c.result)
           << label;
-      EXPECT_EQ(Said(p.ui), Lines{"Confirm:  Overwrite file ? "});
+      EXPECT_EQ(ShownMessages(p.ui), Lines{"Confirm:  Overwrite file ? "});
       EXPECT_EQ(p.ui.messages.at(0).buttons, c.captions) << label;
       EXPECT_EQ(p.ui.messages[0].type, c.type) << label;
       EXPECT_EQ(LogLines(p.app), Lines{"Message : Overwrite file ? "});
@@ -184,7 +178,7 @@ TEST(MyMessageDialog, CaptionsReturnOneTwoFourAndLogTheSelectionAnswers) {
     const int r =
         p.app.mainForm.MyMessageDialog(" Quit rastermill ? ", rm::DlgType::Confirmation, 1, c.captions, c.buttons);
     EXPECT_EQ(r, c.result) << c.answer;
-    EXPECT_EQ(Said(p.ui), Lines{"Confirm:  Quit rastermill ? "});
+    EXPECT_EQ(ShownMessages(p.ui), Lines{"Confirm:  Quit rastermill ? "});
     EXPECT_EQ(p.ui.messages.at(0).buttons, c.shown) << c.answer;
     Lines log{"Message Dialog : Quit rastermill ? "};
     if (c.buttonLine) log.push_back(c.buttonLine);
@@ -263,7 +257,7 @@ TEST(ExceptionHandler, SortsFaultsIntoTheKnownCases) {
       EXPECT_EQ(p.app.logWindow.LastLine(), c.text) << c.name;
       continue;
     }
-    EXPECT_EQ(Said(p.ui), Lines{"Error: " + c.text}) << c.name;
+    EXPECT_EQ(ShownMessages(p.ui), Lines{"Error: " + c.text}) << c.name;
     EXPECT_EQ(p.ui.messages.at(0).buttons, Lines{"OK"});
     EXPECT_EQ(LogLines(p.app), (Lines{">> " + c.text + where, "Message :" + c.text})) << c.name;
   }
@@ -301,9 +295,8 @@ TEST(ExceptionHandler, NeverThrowsAndStillCounts) {
 
 class SaveLog : public ::testing::Test {
  protected:
-  void SetUp() override { dir_ = rmtest::MakeTempDir(); }
-  void TearDown() override { fs::remove_all(dir_); }
-  std::string dir_;
+  rmtest::TempDir tmp_;
+  const std::string dir_ = tmp_.path;
 };
 
 TEST_F(SaveLog, AtQuitReplacesLLogInTheInitsFolder) {
@@ -346,7 +339,7 @@ TEST_F(SaveLog, SaveLogToFileGivesTheExtensionWhenMissing) {
     p.app.mainForm.StatusBarAndLog("Step one");
     EXPECT_TRUE(p.app.mainForm.SaveLogtoFile1Click(c.chosen)) << c.chosen;
     EXPECT_EQ(rmtest::ReadFile(c.written), "Step one\n") << c.chosen;
-    EXPECT_EQ(Said(p.ui), Lines{"Log file saved!:  Log data saved to " + c.written});
+    EXPECT_EQ(ShownMessages(p.ui), Lines{"Log file saved!:  Log data saved to " + c.written});
   }
 
   TestProgram p;

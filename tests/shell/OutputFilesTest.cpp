@@ -174,15 +174,6 @@ struct Held {
 // A fresh output folder, removed with the test.
 class OutputFolder : public ::testing::Test {
  public:
-  void SetUp() override {
-    dir_ = rmtest::MakeTempDir();
-    ASSERT_FALSE(dir_.empty());
-  }
-  void TearDown() override {
-    std::error_code ec;
-    fs::permissions(dir_, fs::perms::owner_all, fs::perm_options::add, ec);
-    fs::remove_all(dir_, ec);
-  }
   // Empties the folder; prepares a program with a monochrome canvas whose results go into it.
   void Prepare(TestProgram& p, const Bitmap& picture = Bitmap(128, 64), bool wholeFile = false) {
     for (const auto& e : fs::directory_iterator(dir_)) fs::remove_all(e.path());
@@ -190,7 +181,8 @@ class OutputFolder : public ::testing::Test {
     p.app.session.OutputFolder = dir_;
   }
 
-  std::string dir_;
+  rmtest::TempDir tmp_;
+  const std::string dir_ = tmp_.path;
 };
 
 TEST_F(OutputFolder, GoldenParameterFiles) {

@@ -27,13 +27,6 @@ std::string Joined(const Lines& lines) {
   for (const auto& l : lines) s += l + "\n";
   return s;
 }
-// Every message shown, as "title: text".
-Lines Said(const rmtest::ScriptedUi& ui) {
-  Lines said;
-  for (const auto& m : ui.messages) said.push_back(m.title + ": " + m.text);
-  return said;
-}
-
 // A home of its own for each test, and programs started in it the way the desktop starts.
 class Projects : public rmtest::HomeTest {
  protected:
@@ -114,7 +107,8 @@ TEST_F(Projects, FirstStartWritesTheFiveFactoryTemplatesAndKeepsEditedOnes) {
 
 TEST_F(Projects, NoTemplatesWithoutTheProgramsFolders) {
   // A program that never looked for its folders must not write into whatever the working folder is.
-  const std::string cwd = rmtest::MakeTempDir();
+  const rmtest::TempDir tmp;
+  const std::string& cwd = tmp.path;
   const fs::path before = fs::current_path();
   fs::current_path(cwd);
   {
@@ -124,7 +118,6 @@ TEST_F(Projects, NoTemplatesWithoutTheProgramsFolders) {
   }
   fs::current_path(before);
   EXPECT_TRUE(fs::is_empty(cwd));
-  fs::remove_all(cwd);
 }
 
 TEST_F(Projects, DefaultTemplateOnDiskGivesTheSameFileAsTheBuiltInOne) {
@@ -168,7 +161,7 @@ TEST_F(Projects, SaveAsNewProjectNamesMessagesAndCopies) {
   for (const auto& e : expected) {
     p->ui.messages.clear();
     EXPECT_EQ(p->app.exploForm.SaveAsNewProject(), e.file);
-    EXPECT_EQ(Said(p->ui), Lines{std::string("Warning: ") + e.message});
+    EXPECT_EQ(ShownMessages(p->ui), Lines{std::string("Warning: ") + e.message});
     EXPECT_EQ(p->app.globals.StatusText, std::string(" PROJECT: ") + e.file);
     EXPECT_EQ(Pointer(), Inits() + e.file + "\n");
   }
@@ -208,7 +201,7 @@ TEST_F(Projects, RenameRefusesThenTakesTheGraphicsTemplateAndTheActiveProjectAlo
     p->ui.messages.clear();
     EXPECT_FALSE(p->app.exploForm.ProjectViewEdited(c.oldName, c.newName));
     Release();
-    EXPECT_EQ(Said(p->ui), c.said ? Lines{c.said} : Lines{});
+    EXPECT_EQ(ShownMessages(p->ui), c.said ? Lines{c.said} : Lines{});
   }
   EXPECT_EQ(p->app.exploForm.ListAllProjects(), (Lines{"a.LCD", "b.LCD", "default.LCD", "New Project.LCD"}));
 
@@ -220,7 +213,7 @@ TEST_F(Projects, RenameRefusesThenTakesTheGraphicsTemplateAndTheActiveProjectAlo
 
   p->ui.messages.clear();
   EXPECT_TRUE(p->app.exploForm.ProjectViewEdited("board.LCD", "panel"));
-  EXPECT_EQ(Said(p->ui), Lines{"Information: Project has been renamed"});
+  EXPECT_EQ(ShownMessages(p->ui), Lines{"Information: Project has been renamed"});
   EXPECT_EQ(ReadFile(Inits() + "panel.LCD"), "[S]\nFXHB=D\n");
   EXPECT_EQ(ReadFile(Inits() + "panel.txt"), "// board template\n");
   EXPECT_FALSE(Exists("board.LCD") || Exists("board.txt"));
@@ -261,7 +254,7 @@ TEST_F(Projects, DeleteRefusesFirstThenAsksAndRemovesTheTemplateAndPalettes) {
     p->ui.messages.clear();
     EXPECT_FALSE(p->app.exploForm.MenuItem6Click(r.name)) << r.name;
     Release();
-    EXPECT_EQ(Said(p->ui), Lines{r.said}) << "refused before any question: " << r.name;
+    EXPECT_EQ(ShownMessages(p->ui), Lines{r.said}) << "refused before any question: " << r.name;
   }
 
   const char* gone[] = {"old.txt", "old_256.pal", "old_4096.pal", "old_65536.pal", "old_262144.pal"};
@@ -273,7 +266,7 @@ TEST_F(Projects, DeleteRefusesFirstThenAsksAndRemovesTheTemplateAndPalettes) {
   EXPECT_FALSE(p->app.exploForm.MenuItem6Click("old.LCD"));
   EXPECT_TRUE(Exists("old.LCD"));
   EXPECT_TRUE(p->app.exploForm.MenuItem6Click("old.LCD"));
-  EXPECT_EQ(Said(p->ui), (Lines{"Confirm: Please confirm to delete this project  !",
+  EXPECT_EQ(ShownMessages(p->ui), (Lines{"Confirm: Please confirm to delete this project  !",
                                 "Confirm: Please confirm to delete this project  !",
                                 "Project Deleted: Project has been deleted !"}));
   EXPECT_EQ(p->ui.messages.at(2).type, rm::DlgType::Information);
@@ -335,7 +328,7 @@ TEST_F(Projects, ActivationSavesTheProjectLeftReadsTheOtherAndClearsTheEditors) 
   // Without a name nothing is activated.
   p->ui.messages.clear();
   EXPECT_FALSE(p->app.exploForm.ActivateProject(""));
-  EXPECT_EQ(Said(p->ui), Lines{"Warning: Please select a project first "});
+  EXPECT_EQ(ShownMessages(p->ui), Lines{"Warning: Please select a project first "});
   EXPECT_EQ(p->app.globals.ActiveProject, Inits() + "default.LCD");
 }
 

@@ -273,7 +273,8 @@ TEST(ReductionDithering, NoSelectionAsksThenTakesTheCanvasInMonochrome) {
 
 TEST(ReductionPreview, DitheredPreviewKeepsBothPicturesInDocuments) {
   TestProgram p;
-  const std::string docs = rmtest::MakeTempDir();
+  const rmtest::TempDir tmp;
+  const std::string& docs = tmp.path;
   p.app.globals.MyDocuments = docs;
   Bitmap preview(13, 5);  // odd width: rows of the file are padded
   for (int y = 0; y < 5; ++y)
@@ -295,7 +296,6 @@ TEST(ReductionPreview, DitheredPreviewKeepsBothPicturesInDocuments) {
   Bitmap imported = original;
   p.app.exploForm2.DitherBitmap(imported);
   EXPECT_EQ(imported, expected);
-  std::filesystem::remove_all(docs);
 }
 
 }  // namespace

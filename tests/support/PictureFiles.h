@@ -28,11 +28,6 @@ inline void Put32(Bytes& b, std::uint32_t v) {
   Put16(b, v >> 16);
 }
 
-struct TempDir {
-  std::string path = MakeTempDir();
-  ~TempDir() { std::filesystem::remove_all(path); }
-};
-
 // A folder for the whole test program, removed at its end.
 inline const std::string& SharedTemp() {
   static const TempDir dir;

@@ -61,4 +61,18 @@ std::string MakeTempDir() {
   return p ? std::string(p) : std::string();
 }
 
+TempDir::~TempDir() {
+  std::error_code ec;
+  std::filesystem::permissions(path, std::filesystem::perms::owner_all, std::filesystem::perm_options::add, ec);
+  std::filesystem::remove_all(path, ec);
+}
+
+std::vector<std::string> ShownMessages(const ScriptedUi& ui) {
+  std::vector<std::string> said;
+  for (const auto& m : ui.messages) said.push_back(m.title + ": " + m.text);
+  return said;
+}
+
+void WriteText(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
+
 }  // namespace rmtest

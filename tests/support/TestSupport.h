@@ -49,5 +49,17 @@ std::string ReadFile(const std::string& path);
 std::string CompareGolden(const std::string& name, const std::string& actual);
 // A fresh empty folder under the system temp folder.
 std::string MakeTempDir();
+// A fresh folder for the life of the object, removed with it even when a test stops early.
+struct TempDir {
+  std::string path = MakeTempDir();
+  TempDir() = default;
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+  ~TempDir();
+};
+// Every message shown, as "title: text".
+std::vector<std::string> ShownMessages(const ScriptedUi& ui);
+// Writes `text` to `path` byte for byte.
+void WriteText(const std::string& path, const std::string& text);
 
 }  // namespace rmtest
