@@ -64,15 +64,6 @@ constexpr std::pair<std::string_view, std::string_view> kColourSwitches[] = {
     {"I8/Wpixels", "records the canvas width and is never read: set GWI"},
 };
 
-// Radio groups whose choice the program holds as one value.
-constexpr std::pair<std::string_view, std::string_view> kRadioGroups[] = {
-    {"S/CCOM S/STCOM S/VBACOM S/PSCOM S/BSCOM", "the comment form"},
-    {"S/Eoln S/Eolcom S/EolStr S/EolSem", "the end of line form"},
-    {"B1/D8bc B1/D16bc B1/D32bc B1/DHec B1/DIHec", "the output kind"},
-    {"B2/CORN1 B2/CORN2 B2/CORN3 B2/CORN4", "the origin corner"},
-    {"B3/tla B3/tra B3/tl B3/tr B3/td B3/tu B3/tua B3/tda", "the Paging Scheme"},
-};
-
 bool SameKey(const SettingDef& d, std::string_view sectionKey) {
   const std::size_t slash = sectionKey.find('/');
   const std::string_view s = sectionKey.substr(0, slash), k = sectionKey.substr(slash + 1);
@@ -119,14 +110,6 @@ void AddSettingRules(std::vector<SettingDef>& table) {
       if (SameKey(d, key)) d.maxLength = length;
     for (const auto& [key, why] : kColourSwitches)
       if (SameKey(d, key)) d.refusal = why;
-    for (const auto& [members, name] : kRadioGroups) {
-      std::string_view rest = members;
-      while (!rest.empty()) {
-        const std::size_t blank = rest.find(' ');
-        if (SameKey(d, rest.substr(0, blank))) d.radioGroup = name;
-        rest = blank == std::string_view::npos ? std::string_view() : rest.substr(blank + 1);
-      }
-    }
     if (SameKey(d, "S/FXHB")) d.words = {"X", "H", "B", "0B", "+H+", "+B+", "+D+"};
   }
 }
@@ -182,7 +165,7 @@ bool ApplySetting(Application& app, std::string_view key, const std::string& val
     error = name + " is the choice in force of " + std::string(def->radioGroup) + ": set the choice wanted to 1";
     return false;
   }
-  if (use == SettingUse::Run && !def->set) {
+  if (use == SettingUse::Run && !def->Bound()) {
     error = name + " has no effect on a run; it is only kept in the project file (rastermill settings set " + name +
             " VALUE)";
     return false;

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <charconv>
 #include <memory>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
 
@@ -16,23 +17,6 @@ namespace {
 std::string B(bool v) { return v ? "1" : "0"; }
 bool ToBool(const std::string& v) { return std::stol(v) != 0; }
 int ToInt(const std::string& v) { return std::stoi(v); }
-
-// Radio groups stored as one boolean per choice: true selects the choice; false on the selected
-// one falls back to the factory choice.
-template <typename E>
-void Radio(E& field, E choice, E factory, const std::string& v) {
-  if (ToBool(v))
-    field = choice;
-  else if (field == choice)
-    field = factory;
-}
-
-void SetDirectionKey(Application& a, PagingDirection d, const std::string& v) {
-  if (ToBool(v)) {
-    a.session.Direction = d;
-    a.session.Horizontal = IsHorizontal(d);
-  }
-}
 
 // Every key of the project file in reading order, with its factory default: 's' text, 'b'
 // boolean, 'i' whole number, '?' text whose default is the value in force before reading.
@@ -269,12 +253,58 @@ constexpr CatalogueKey kCatalogue[] = {
 };
 // clang-format on
 
+template <typename E>
+std::pair<std::string_view, int> C(std::string_view key, E value) {
+  return {key, static_cast<int>(value)};
+}
+
+const std::vector<RadioGroup>& RadioGroups() {
+  using A = Application;
+  using CA = const Application;
+  using CF = CommentForm;
+  using EL = EndOfLine;
+  using PD = PagingDirection;
+  using OC = OriginCorner;
+  using OK = OutputKind;
+  static const std::vector<RadioGroup> groups = {
+      {"the comment form", "S", [](CA& a) { return static_cast<int>(a.session.Syntax.Comment); },
+       [](A& a, int v) { a.session.Syntax.Comment = static_cast<CF>(v); }, static_cast<int>(CF::C),
+       {C("CCOM", CF::C), C("STCOM", CF::Custom), C("VBACOM", CF::Quote), C("PSCOM", CF::Slashes),
+        C("BSCOM", CF::Semicolon)}},
+      {"the end of line form", "S", [](CA& a) { return static_cast<int>(a.session.Syntax.Eol); },
+       [](A& a, int v) { a.session.Syntax.Eol = static_cast<EL>(v); }, static_cast<int>(EL::Comma),
+       {C("Eoln", EL::None), C("Eolcom", EL::Comma), C("EolStr", EL::Custom), C("EolSem", EL::Semicolon)}},
+      {"the Paging Scheme", "B3", [](CA& a) { return static_cast<int>(a.session.Direction); },
+       [](A& a, int v) {
+         a.session.Direction = static_cast<PD>(v);
+         a.session.Horizontal = IsHorizontal(a.session.Direction);
+       },
+       -1,
+       {C("tla", PD::ToLeft), C("tra", PD::ToRight), C("tl", PD::ToLeftAll), C("tr", PD::ToRightAll),
+        C("td", PD::Down), C("tu", PD::Up), C("tua", PD::UpAll), C("tda", PD::DownAll)}},
+      {"the origin corner", "B2", [](CA& a) { return static_cast<int>(a.session.Origin); },
+       [](A& a, int v) { a.session.Origin = static_cast<OC>(v); }, static_cast<int>(OC::TL),
+       {C("CORN1", OC::TL), C("CORN2", OC::TR), C("CORN3", OC::BR), C("CORN4", OC::BL)}},
+      {"the output kind", "B1", [](CA& a) { return static_cast<int>(a.session.Output); },
+       [](A& a, int v) { a.session.Output = static_cast<OK>(v); }, static_cast<int>(OK::Bits8),
+       {C("D8bc", OK::Bits8), C("D16bc", OK::Bits16), C("D32bc", OK::Bits32), C("DHec", OK::BinaryFile),
+        C("DIHec", OK::IntelHex)}},
+  };
+  return groups;
+}
+
 // The variables behind the keys that the program's features use. A key not listed here is held.
 struct Binding {
   std::string_view section;
   std::string_view key;
-  std::string (*get)(const Application&);
-  void (*set)(Application&, const std::string&);
+  std::string (*get)(const Application&) = nullptr;
+  void (*set)(Application&, const std::string&) = nullptr;
+  SettingField field;
+  Binding(std::string_view s, std::string_view k, std::string (*g)(const Application&),
+          void (*st)(Application&, const std::string&))
+      : section(s), key(k), get(g), set(st) {}
+  template <typename M>
+  Binding(std::string_view s, std::string_view k, M member) : section(s), key(k), field(member) {}
 };
 
 #define S_ (a.session)
@@ -309,8 +339,7 @@ std::vector<Binding> Bindings() {
   using CA = const Application;
   std::vector<Binding> b = {
       // The picture "Reload Last Work Canvas Bitmap" opens.
-      {"S", "RELOI", [](CA& a) { return a.globals.LastArtworkPath; },
-       [](A& a, const std::string& v) { a.globals.LastArtworkPath = v; }},
+      {"S", "RELOI", &Globals::LastArtworkPath},
       {"S", "OFP", [](CA& a) { return a.session.OutputFolder; },
        [](A& a, const std::string& v) {
          S_.OutputFolder = v;
@@ -318,198 +347,79 @@ std::vector<Binding> Bindings() {
        }},
       {"S", "EODS", [](CA& a) { return a.session.DescriptorsEol; },
        [](A& a, const std::string& v) { a.session.DescriptorsEol = v; }},
-      {"B2", "WORIG", [](CA& a) { return B(a.session.GraphicPositionInData); },
-       [](A& a, const std::string& v) { a.session.GraphicPositionInData = ToBool(v); }},
-      {"B2", "WSIZE", [](CA& a) { return B(a.session.GraphicSizeInData); },
-       [](A& a, const std::string& v) { a.session.GraphicSizeInData = ToBool(v); }},
-      {"B17", "BSD", [](CA& a) { return B(a.session.SizeDescriptors); },
-       [](A& a, const std::string& v) { a.session.SizeDescriptors = ToBool(v); }},
-      {"B17", "BCD", [](CA& a) { return B(a.session.CoordinatesDescriptors); },
-       [](A& a, const std::string& v) { a.session.CoordinatesDescriptors = ToBool(v); }},
-      {"S3", "INCSYN", [](CA& a) { return a.globals.Clip.include; },
-       [](A& a, const std::string& v) { a.globals.Clip.include = v; }},
-      {"S3", "INCSSYN", [](CA& a) { return a.globals.Clip.includeStart; },
-       [](A& a, const std::string& v) { a.globals.Clip.includeStart = v; }},
-      {"S3", "INCESYN", [](CA& a) { return a.globals.Clip.includeEnd; },
-       [](A& a, const std::string& v) { a.globals.Clip.includeEnd = v; }},
-      {"S3", "FPREF", [](CA& a) { return a.globals.Clip.functionPrefix; },
-       [](A& a, const std::string& v) { a.globals.Clip.functionPrefix = v; }},
-      {"S3", "FSUFF", [](CA& a) { return a.globals.Clip.functionSuffix; },
-       [](A& a, const std::string& v) { a.globals.Clip.functionSuffix = v; }},
-      {"S3", "LCDBS", [](CA& a) { return a.globals.Clip.begin; },
-       [](A& a, const std::string& v) { a.globals.Clip.begin = v; }},
-      {"S3", "ENDSYN", [](CA& a) { return a.globals.Clip.end; },
-       [](A& a, const std::string& v) { a.globals.Clip.end = v; }},
-      {"S3", "SEPASY", [](CA& a) { return a.globals.Clip.separator; },
-       [](A& a, const std::string& v) { a.globals.Clip.separator = v; }},
-      {"S3", "DELSYN", [](CA& a) { return a.globals.Clip.delay; },
-       [](A& a, const std::string& v) { a.globals.Clip.delay = v; }},
-      {"S3", "DELSTA", [](CA& a) { return a.globals.Clip.delayStart; },
-       [](A& a, const std::string& v) { a.globals.Clip.delayStart = v; }},
-      {"S3", "DELEND", [](CA& a) { return a.globals.Clip.delayEnd; },
-       [](A& a, const std::string& v) { a.globals.Clip.delayEnd = v; }},
-      {"S3", "LCOMPS", [](CA& a) { return a.globals.Clip.compressedCall; },
-       [](A& a, const std::string& v) { a.globals.Clip.compressedCall = v; }},
-      {"S4", "lcdUncomp", [](CA& a) { return a.globals.Clip.call; },
-       [](A& a, const std::string& v) { a.globals.Clip.call = v; }},
-      {"S3", "LSTAS", [](CA& a) { return a.globals.Clip.callStart; },
-       [](A& a, const std::string& v) { a.globals.Clip.callStart = v; }},
-      {"S3", "LENDS", [](CA& a) { return a.globals.Clip.callEnd; },
-       [](A& a, const std::string& v) { a.globals.Clip.callEnd = v; }},
-      {"B2", "Ecli", [](CA& a) { return B(a.globals.Clip.enabled); },
-       [](A& a, const std::string& v) { a.globals.Clip.enabled = ToBool(v); }},
-      {"B2", "LCDSI", [](CA& a) { return B(a.globals.Clip.withPositionAndSize); },
-       [](A& a, const std::string& v) { a.globals.Clip.withPositionAndSize = ToBool(v); }},
-      {"B2", "DELAY", [](CA& a) { return B(a.globals.Clip.withDelay); },
-       [](A& a, const std::string& v) { a.globals.Clip.withDelay = ToBool(v); }},
-      {"B2", "DElas", [](CA& a) { return B(a.globals.Clip.delayAfterLastFrame); },
-       [](A& a, const std::string& v) { a.globals.Clip.delayAfterLastFrame = ToBool(v); }},
-      {"S12", "usco", [](CA& a) { return a.session.Underscore; },
-       [](A& a, const std::string& v) { a.session.Underscore = v; }},
-      {"S", "CPRE", [](CA& a) { return a.session.Syntax.LinePrefix; },
-       [](A& a, const std::string& v) { SYN.LinePrefix = v; }},
-      {"S", "FXHB", [](CA& a) { return a.session.Syntax.DataFormatKind; },
-       [](A& a, const std::string& v) { SYN.DataFormatKind = v; }},
-      {"S", "COMAS", [](CA& a) { return B(a.session.Syntax.SeparatorCustom); },
-       [](A& a, const std::string& v) { SYN.SeparatorCustom = ToBool(v); }},
-      {"S", "COMAh", [](CA& a) { return B(a.session.Syntax.SeparatorOn); },
-       [](A& a, const std::string& v) { SYN.SeparatorOn = ToBool(v); }},
-      {"S", "COMAv", [](CA& a) { return B(a.session.Syntax.SeparatorComma); },
-       [](A& a, const std::string& v) { SYN.SeparatorComma = ToBool(v); }},
-      {"S", "CCOM", [](CA& a) { return B(a.session.Syntax.Comment == CommentForm::C); },
-       [](A& a, const std::string& v) { Radio(SYN.Comment, CommentForm::C, CommentForm::C, v); }},
-      {"S", "STCOM", [](CA& a) { return B(a.session.Syntax.Comment == CommentForm::Custom); },
-       [](A& a, const std::string& v) { Radio(SYN.Comment, CommentForm::Custom, CommentForm::C, v); }},
-      {"S", "VBACOM", [](CA& a) { return B(a.session.Syntax.Comment == CommentForm::Quote); },
-       [](A& a, const std::string& v) { Radio(SYN.Comment, CommentForm::Quote, CommentForm::C, v); }},
-      {"S", "PSCOM", [](CA& a) { return B(a.session.Syntax.Comment == CommentForm::Slashes); },
-       [](A& a, const std::string& v) { Radio(SYN.Comment, CommentForm::Slashes, CommentForm::C, v); }},
-      {"S", "BSCOM", [](CA& a) { return B(a.session.Syntax.Comment == CommentForm::Semicolon); },
-       [](A& a, const std::string& v) { Radio(SYN.Comment, CommentForm::Semicolon, CommentForm::C, v); }},
-      {"S", "Eoln", [](CA& a) { return B(a.session.Syntax.Eol == EndOfLine::None); },
-       [](A& a, const std::string& v) { Radio(SYN.Eol, EndOfLine::None, EndOfLine::Comma, v); }},
-      {"S", "Eolcom", [](CA& a) { return B(a.session.Syntax.Eol == EndOfLine::Comma); },
-       [](A& a, const std::string& v) { Radio(SYN.Eol, EndOfLine::Comma, EndOfLine::Comma, v); }},
-      {"S", "EolStr", [](CA& a) { return B(a.session.Syntax.Eol == EndOfLine::Custom); },
-       [](A& a, const std::string& v) { Radio(SYN.Eol, EndOfLine::Custom, EndOfLine::Comma, v); }},
-      {"S", "EolSem", [](CA& a) { return B(a.session.Syntax.Eol == EndOfLine::Semicolon); },
-       [](A& a, const std::string& v) { Radio(SYN.Eol, EndOfLine::Semicolon, EndOfLine::Comma, v); }},
-      {"S", "Asmf", [](CA& a) { return B(a.session.AsmFile); },
-       [](A& a, const std::string& v) { S_.AsmFile = ToBool(v); }},
-      {"S", "libf", [](CA& a) { return B(a.session.LibraryFile); },
-       [](A& a, const std::string& v) { S_.LibraryFile = ToBool(v); }},
-      {"S", "basf", [](CA& a) { return B(a.session.BasicFile); },
-       [](A& a, const std::string& v) { S_.BasicFile = ToBool(v); }},
-      {"S", "cfil", [](CA& a) { return B(a.session.CFile); },
-       [](A& a, const std::string& v) { S_.CFile = ToBool(v); }},
-      {"B17", "CU8", [](CA& a) { return B(a.session.Syntax.ConvertUint8); },
-       [](A& a, const std::string& v) { SYN.ConvertUint8 = ToBool(v); }},
-      {"B7", "rgb2", [](CA& a) { return B(a.session.SwapFirstLast); },
-       [](A& a, const std::string& v) { S_.SwapFirstLast = ToBool(v); }},
-      {"B3", "tla", [](CA& a) { return B(a.session.Direction == PagingDirection::ToLeft); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::ToLeft, v); }},
-      {"B3", "tra", [](CA& a) { return B(a.session.Direction == PagingDirection::ToRight); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::ToRight, v); }},
-      {"B3", "tl", [](CA& a) { return B(a.session.Direction == PagingDirection::ToLeftAll); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::ToLeftAll, v); }},
-      {"B3", "tr", [](CA& a) { return B(a.session.Direction == PagingDirection::ToRightAll); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::ToRightAll, v); }},
-      {"B3", "td", [](CA& a) { return B(a.session.Direction == PagingDirection::Down); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::Down, v); }},
-      {"B3", "tu", [](CA& a) { return B(a.session.Direction == PagingDirection::Up); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::Up, v); }},
-      {"B3", "tua", [](CA& a) { return B(a.session.Direction == PagingDirection::UpAll); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::UpAll, v); }},
-      {"B3", "tda", [](CA& a) { return B(a.session.Direction == PagingDirection::DownAll); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::DownAll, v); }},
-      {"B2", "MSBF", [](CA& a) { return B(a.session.BigEndian); },
-       [](A& a, const std::string& v) { S_.BigEndian = ToBool(v); }},
-      {"B2", "CORN1", [](CA& a) { return B(a.session.Origin == OriginCorner::TL); },
-       [](A& a, const std::string& v) { Radio(S_.Origin, OriginCorner::TL, OriginCorner::TL, v); }},
-      {"B2", "CORN2", [](CA& a) { return B(a.session.Origin == OriginCorner::TR); },
-       [](A& a, const std::string& v) { Radio(S_.Origin, OriginCorner::TR, OriginCorner::TL, v); }},
-      {"B2", "CORN3", [](CA& a) { return B(a.session.Origin == OriginCorner::BR); },
-       [](A& a, const std::string& v) { Radio(S_.Origin, OriginCorner::BR, OriginCorner::TL, v); }},
-      {"B2", "CORN4", [](CA& a) { return B(a.session.Origin == OriginCorner::BL); },
-       [](A& a, const std::string& v) { Radio(S_.Origin, OriginCorner::BL, OriginCorner::TL, v); }},
-      {"I11", "ORGC", [](CA& a) { return std::to_string(a.session.Syntax.DataPerLine); },
-       [](A& a, const std::string& v) { SYN.DataPerLine = ToInt(v); }},
-      {"S13", "cstrt", [](CA& a) { return a.session.Syntax.CustomComment; },
-       [](A& a, const std::string& v) { SYN.CustomComment = v; }},
-      {"S13", "eolst", [](CA& a) { return a.session.Syntax.EolString; },
-       [](A& a, const std::string& v) { SYN.EolString = v; }},
-      {"S13", "sepst", [](CA& a) { return a.session.Syntax.SeparatorString; },
-       [](A& a, const std::string& v) { SYN.SeparatorString = v; }},
-      {"S13", "cpfr", [](CA& a) { return a.session.Syntax.LinePrefix2; },
-       [](A& a, const std::string& v) { SYN.LinePrefix2 = v; }},
-      {"S2", "VALSUF", [](CA& a) { return a.session.Syntax.DataSuffix; },
-       [](A& a, const std::string& v) { SYN.DataSuffix = v; }},
-      {"S2", "VALpref", [](CA& a) { return a.session.Syntax.DataPrefix; },
-       [](A& a, const std::string& v) { SYN.DataPrefix = v; }},
-      {"B11", "PPB", [](CA& a) { return std::to_string(a.session.PixelsPerByteSetting); },
-       [](A& a, const std::string& v) { S_.PixelsPerByteSetting = ToInt(v); }},
-      {"B1", "bw8", [](CA& a) { return B(a.session.Not6bit); },
-       [](A& a, const std::string& v) { S_.Not6bit = ToBool(v); }},
+      {"B2", "WORIG", &ConversionSession::GraphicPositionInData},
+      {"B2", "WSIZE", &ConversionSession::GraphicSizeInData},
+      {"B17", "BSD", &ConversionSession::SizeDescriptors},
+      {"B17", "BCD", &ConversionSession::CoordinatesDescriptors},
+      {"S3", "INCSYN", &ClipSyntax::include},
+      {"S3", "INCSSYN", &ClipSyntax::includeStart},
+      {"S3", "INCESYN", &ClipSyntax::includeEnd},
+      {"S3", "FPREF", &ClipSyntax::functionPrefix},
+      {"S3", "FSUFF", &ClipSyntax::functionSuffix},
+      {"S3", "LCDBS", &ClipSyntax::begin},
+      {"S3", "ENDSYN", &ClipSyntax::end},
+      {"S3", "SEPASY", &ClipSyntax::separator},
+      {"S3", "DELSYN", &ClipSyntax::delay},
+      {"S3", "DELSTA", &ClipSyntax::delayStart},
+      {"S3", "DELEND", &ClipSyntax::delayEnd},
+      {"S3", "LCOMPS", &ClipSyntax::compressedCall},
+      {"S4", "lcdUncomp", &ClipSyntax::call},
+      {"S3", "LSTAS", &ClipSyntax::callStart},
+      {"S3", "LENDS", &ClipSyntax::callEnd},
+      {"B2", "Ecli", &ClipSyntax::enabled},
+      {"B2", "LCDSI", &ClipSyntax::withPositionAndSize},
+      {"B2", "DELAY", &ClipSyntax::withDelay},
+      {"B2", "DElas", &ClipSyntax::delayAfterLastFrame},
+      {"S12", "usco", &ConversionSession::Underscore},
+      {"S", "CPRE", &DataSyntax::LinePrefix},
+      {"S", "FXHB", &DataSyntax::DataFormatKind},
+      {"S", "COMAS", &DataSyntax::SeparatorCustom},
+      {"S", "COMAh", &DataSyntax::SeparatorOn},
+      {"S", "COMAv", &DataSyntax::SeparatorComma},
+      {"S", "Asmf", &ConversionSession::AsmFile},
+      {"S", "libf", &ConversionSession::LibraryFile},
+      {"S", "basf", &ConversionSession::BasicFile},
+      {"S", "cfil", &ConversionSession::CFile},
+      {"B17", "CU8", &DataSyntax::ConvertUint8},
+      {"B7", "rgb2", &ConversionSession::SwapFirstLast},
+      {"B2", "MSBF", &ConversionSession::BigEndian},
+      {"I11", "ORGC", &DataSyntax::DataPerLine},
+      {"S13", "cstrt", &DataSyntax::CustomComment},
+      {"S13", "eolst", &DataSyntax::EolString},
+      {"S13", "sepst", &DataSyntax::SeparatorString},
+      {"S13", "cpfr", &DataSyntax::LinePrefix2},
+      {"S2", "VALSUF", &DataSyntax::DataSuffix},
+      {"S2", "VALpref", &DataSyntax::DataPrefix},
+      {"B11", "PPB", &ConversionSession::PixelsPerByteSetting},
+      {"B1", "bw8", &ConversionSession::Not6bit},
       {"B1", "Neg", [](CA& a) { return B(a.session.NegativeOutput); },
        [](A& a, const std::string& v) {
          // In monochrome the inverted output is the inverted mode, as the menu's toggle makes it.
          S_.NegativeOutput = ToBool(v) && a.session.Monochrome;
          if (a.session.Monochrome) S_.ModeNumber = a.session.NegativeOutput ? 2 : 1;
        }},
-      {"B1", "D8bc", [](CA& a) { return B(a.session.Output == OutputKind::Bits8); },
-       [](A& a, const std::string& v) { Radio(S_.Output, OutputKind::Bits8, OutputKind::Bits8, v); }},
-      {"B1", "D16bc", [](CA& a) { return B(a.session.Output == OutputKind::Bits16); },
-       [](A& a, const std::string& v) { Radio(S_.Output, OutputKind::Bits16, OutputKind::Bits8, v); }},
-      {"B1", "D32bc", [](CA& a) { return B(a.session.Output == OutputKind::Bits32); },
-       [](A& a, const std::string& v) { Radio(S_.Output, OutputKind::Bits32, OutputKind::Bits8, v); }},
-      {"B1", "DHec", [](CA& a) { return B(a.session.Output == OutputKind::BinaryFile); },
-       [](A& a, const std::string& v) { Radio(S_.Output, OutputKind::BinaryFile, OutputKind::Bits8, v); }},
-      {"B1", "DIHec", [](CA& a) { return B(a.session.Output == OutputKind::IntelHex); },
-       [](A& a, const std::string& v) { Radio(S_.Output, OutputKind::IntelHex, OutputKind::Bits8, v); }},
-      {"B1", "Addof", [](CA& a) { return B(a.session.Syntax.LeadingZero); },
-       [](A& a, const std::string& v) { SYN.LeadingZero = ToBool(v); }},
-      {"B1", "snib", [](CA& a) { return B(a.session.SwapNibble); },
-       [](A& a, const std::string& v) { S_.SwapNibble = ToBool(v); }},
-      {"B1", "ColRx", [](CA& a) { return B(a.session.Syntax.Groups); },
-       [](A& a, const std::string& v) { SYN.Groups = ToBool(v); }},
-      {"B1", "Noonts", [](CA& a) { return B(a.session.Syntax.NoComments); },
-       [](A& a, const std::string& v) { SYN.NoComments = ToBool(v); }},
-      {"B1", "Noh", [](CA& a) { return B(a.session.Syntax.NoHeader); },
-       [](A& a, const std::string& v) { SYN.NoHeader = ToBool(v); }},
-      {"B1", "Nodcom", [](CA& a) { return B(a.session.Syntax.NoDataComments); },
-       [](A& a, const std::string& v) { SYN.NoDataComments = ToBool(v); }},
-      {"B1", "dellas", [](CA& a) { return B(a.session.Syntax.DeleteVeryLastOne); },
-       [](A& a, const std::string& v) { SYN.DeleteVeryLastOne = ToBool(v); }},
-      {"B1", "delallas", [](CA& a) { return B(a.session.Syntax.DeleteAllLastOnes); },
-       [](A& a, const std::string& v) { SYN.DeleteAllLastOnes = ToBool(v); }},
-      {"B1", "LineN", [](CA& a) { return B(a.session.Syntax.LineNumbers); },
-       [](A& a, const std::string& v) { SYN.LineNumbers = ToBool(v); }},
-      {"B1", "WithSp", [](CA& a) { return B(a.session.Syntax.SpaceBetweenData); },
-       [](A& a, const std::string& v) { SYN.SpaceBetweenData = ToBool(v); }},
-      {"B1", "Dnask", [](CA& a) { return B(a.globals.AlwaysOverwrite); },
-       [](A& a, const std::string& v) { a.globals.AlwaysOverwrite = ToBool(v); }},
-      {"B1", "dore", [](CA& a) { return B(a.session.ReorderOn); },
-       [](A& a, const std::string& v) { S_.ReorderOn = ToBool(v); }},
-      {"S4", "RGBA", [](CA& a) { return B(a.session.Rgba); },
-       [](A& a, const std::string& v) { S_.Rgba = ToBool(v); }},
-      {"S8", "nbmfn", [](CA& a) { return a.session.LastBitmapName; },
-       [](A& a, const std::string& v) { S_.LastBitmapName = v; }},
-      {"S8", "Endst", [](CA& a) { return a.session.Syntax.EndOfData; },
-       [](A& a, const std::string& v) { SYN.EndOfData = v; }},
-      {"S8", "begds", [](CA& a) { return a.session.Syntax.BeginOfData; },
-       [](A& a, const std::string& v) { SYN.BeginOfData = v; }},
-      {"S12", "fpar11", [](CA& a) { return a.session.Syntax.ColRowPrefix; },
-       [](A& a, const std::string& v) { SYN.ColRowPrefix = v; }},
-      {"S12", "fpar12", [](CA& a) { return a.session.Syntax.ColRowSuffix; },
-       [](A& a, const std::string& v) { SYN.ColRowSuffix = v; }},
-      {"S12", "fpar13", [](CA& a) { return a.session.Syntax.ArrayPrefix; },
-       [](A& a, const std::string& v) { SYN.ArrayPrefix = v; }},
-      {"S12", "fpar14", [](CA& a) { return a.session.Syntax.ArraySuffix; },
-       [](A& a, const std::string& v) { SYN.ArraySuffix = v; }},
-      {"S12", "fexts", [](CA& a) { return a.session.LibraryExtension; },
-       [](A& a, const std::string& v) { S_.LibraryExtension = v; }},
-      {"S14", "cprx", [](CA& a) { return a.session.Syntax.PointerPrefix; },
-       [](A& a, const std::string& v) { SYN.PointerPrefix = v; }},
+      {"B1", "Addof", &DataSyntax::LeadingZero},
+      {"B1", "snib", &ConversionSession::SwapNibble},
+      {"B1", "ColRx", &DataSyntax::Groups},
+      {"B1", "Noonts", &DataSyntax::NoComments},
+      {"B1", "Noh", &DataSyntax::NoHeader},
+      {"B1", "Nodcom", &DataSyntax::NoDataComments},
+      {"B1", "dellas", &DataSyntax::DeleteVeryLastOne},
+      {"B1", "delallas", &DataSyntax::DeleteAllLastOnes},
+      {"B1", "LineN", &DataSyntax::LineNumbers},
+      {"B1", "WithSp", &DataSyntax::SpaceBetweenData},
+      {"B1", "Dnask", &Globals::AlwaysOverwrite},
+      {"B1", "dore", &ConversionSession::ReorderOn},
+      {"S4", "RGBA", &ConversionSession::Rgba},
+      {"S8", "nbmfn", &ConversionSession::LastBitmapName},
+      {"S8", "Endst", &DataSyntax::EndOfData},
+      {"S8", "begds", &DataSyntax::BeginOfData},
+      {"S12", "fpar11", &DataSyntax::ColRowPrefix},
+      {"S12", "fpar12", &DataSyntax::ColRowSuffix},
+      {"S12", "fpar13", &DataSyntax::ArrayPrefix},
+      {"S12", "fpar14", &DataSyntax::ArraySuffix},
+      {"S12", "fexts", &ConversionSession::LibraryExtension},
+      {"S14", "cprx", &DataSyntax::PointerPrefix},
       // The colour mode is written from the mode in force; what is read is held until the
       // whole file is read, and then selects the mode (ColourModeFromSwitches).
       {"S4", "Monc", [](CA& a) { return B(a.session.ModeNumber == 1); }, nullptr},
@@ -536,32 +446,20 @@ std::vector<Binding> Bindings() {
       {"B1", "ST7", [](CA& a) { return B(a.session.Gray16Slices); }, nullptr},
       {"B1", "Capp", [](CA& a) { return B(a.globals.ConsoleMode); },
        [](A& a, const std::string& v) { a.globals.ConsoleMode = ToBool(v); }},
-      {"B2", "GWI", [](CA& a) { return std::to_string(a.globals.MatrixWidth); },
-       [](A& a, const std::string& v) { a.globals.MatrixWidth = ToInt(v); }},
-      {"B2", "GHI", [](CA& a) { return std::to_string(a.globals.MatrixHeight); },
-       [](A& a, const std::string& v) { a.globals.MatrixHeight = ToInt(v); }},
-      {"B2", "NOMAT", [](CA& a) { return B(a.globals.NoMatrixMode); },
-       [](A& a, const std::string& v) { a.globals.NoMatrixMode = ToBool(v); }},
+      {"B2", "GWI", &Globals::MatrixWidth},
+      {"B2", "GHI", &Globals::MatrixHeight},
+      {"B2", "NOMAT", &Globals::NoMatrixMode},
       // Two keys for one switch; the later read wins.
-      {"B2", "UMATB", [](CA& a) { return B(a.globals.UserMatrix); },
-       [](A& a, const std::string& v) { a.globals.UserMatrix = ToBool(v); }},
-      {"B2", "USmat", [](CA& a) { return B(a.globals.UserMatrix); },
-       [](A& a, const std::string& v) { a.globals.UserMatrix = ToBool(v); }},
-      {"S5", "tfp14", [](CA& a) { return a.globals.FillerText; },
-       [](A& a, const std::string& v) { a.globals.FillerText = v; }},
-      {"S7", "pprof", [](CA& a) { return a.globals.ActiveBatch; },
-       [](A& a, const std::string& v) { a.globals.ActiveBatch = v; }},
+      {"B2", "UMATB", &Globals::UserMatrix},
+      {"B2", "USmat", &Globals::UserMatrix},
+      {"S5", "tfp14", &Globals::FillerText},
+      {"S7", "pprof", &Globals::ActiveBatch},
       // Folder roles.
-      {"S", "PFP", [](CA& a) { return a.globals.DocumentsRole; },
-       [](A& a, const std::string& v) { a.globals.DocumentsRole = v; }},
-      {"S", "BFP", [](CA& a) { return a.globals.GraphicsRole; },
-       [](A& a, const std::string& v) { a.globals.GraphicsRole = v; }},
-      {"S4", "FontFP", [](CA& a) { return a.globals.FontsRole; },
-       [](A& a, const std::string& v) { a.globals.FontsRole = v; }},
-      {"S5", "tfp1", [](CA& a) { return a.globals.TouchRole; },
-       [](A& a, const std::string& v) { a.globals.TouchRole = v; }},
-      {"S16", "bfpa", [](CA& a) { return a.globals.BatchRole; },
-       [](A& a, const std::string& v) { a.globals.BatchRole = v; }},
+      {"S", "PFP", &Globals::DocumentsRole},
+      {"S", "BFP", &Globals::GraphicsRole},
+      {"S4", "FontFP", &Globals::FontsRole},
+      {"S5", "tfp1", &Globals::TouchRole},
+      {"S16", "bfpa", &Globals::BatchRole},
       // The canvas size, written for the record.
       {"I8", "Hpixels", [](CA& a) { return std::to_string(a.pixelForm.WorkBitmap.Height()); }, nullptr},
       {"I8", "Wpixels", [](CA& a) { return std::to_string(a.pixelForm.WorkBitmap.Width()); }, nullptr},
@@ -668,7 +566,16 @@ std::vector<SettingDef> BuildTable() {
       if (EqualNoCase(d.section, b.section) && EqualNoCase(d.key, b.key)) {
         d.get = b.get;
         d.set = b.set;
+        d.field = b.field;
       }
+  for (const RadioGroup& g : RadioGroups())
+    for (const auto& [key, value] : g.choices)
+      for (SettingDef& d : t)
+        if (EqualNoCase(d.section, g.section) && EqualNoCase(d.key, key)) {
+          d.radio = &g;
+          d.choice = value;
+          d.radioGroup = g.name;
+        }
   AddSettingRules(t);
   return t;
 }
@@ -690,7 +597,7 @@ bool SwitchOn(const Application& app, std::string_view sectionKey) {
   // A switch with a variable of its own reads from it; the colour switches, written from the
   // mode in force, read from what the file said.
   const SettingDef* d = FindSetting(sectionKey);
-  const std::string v = d->set ? GetSetting(app, *d) : app.globals.HeldSettings[d->held];
+  const std::string v = d->Bound() ? GetSetting(app, *d) : app.globals.HeldSettings[d->held];
   return IsWholeNumber(v) && std::stol(v) != 0;
 }
 
@@ -733,15 +640,72 @@ const SettingDef* FindSetting(std::string_view key) {
   return it == index.end() ? nullptr : &SettingsTable()[it->second];
 }
 
+namespace {
+
+template <typename>
+struct MemberOf;
+template <typename C, typename T>
+struct MemberOf<T C::*> {
+  using Class = C;
+};
+
+template <typename C, typename A>
+auto& Owner(A& a) {
+  if constexpr (std::is_same_v<C, ConversionSession>) return a.session;
+  else if constexpr (std::is_same_v<C, DataSyntax>) return a.session.Syntax;
+  else if constexpr (std::is_same_v<C, Globals>) return a.globals;
+  else return a.globals.Clip;
+}
+
+std::string FieldValue(const Application& app, const SettingField& field) {
+  return std::visit(
+      [&app](auto m) -> std::string {
+        if constexpr (std::is_same_v<decltype(m), std::monostate>) {
+          return {};
+        } else {
+          const auto& v = Owner<typename MemberOf<decltype(m)>::Class>(app).*m;
+          if constexpr (std::is_same_v<std::decay_t<decltype(v)>, bool>) return B(v);
+          else if constexpr (std::is_same_v<std::decay_t<decltype(v)>, int>) return std::to_string(v);
+          else return v;
+        }
+      },
+      field);
+}
+
+void SetFieldValue(Application& app, const SettingField& field, const std::string& value) {
+  std::visit(
+      [&app, &value](auto m) {
+        if constexpr (!std::is_same_v<decltype(m), std::monostate>) {
+          auto& v = Owner<typename MemberOf<decltype(m)>::Class>(app).*m;
+          if constexpr (std::is_same_v<std::decay_t<decltype(v)>, bool>) v = ToBool(value);
+          else if constexpr (std::is_same_v<std::decay_t<decltype(v)>, int>) v = ToInt(value);
+          else v = value;
+        }
+      },
+      field);
+}
+
+}  // namespace
+
 std::string GetSetting(const Application& app, const SettingDef& def) {
-  return def.get ? def.get(app) : app.globals.HeldSettings[def.held];
+  if (def.radio) return B(def.radio->get(app) == def.choice);
+  if (def.get) return def.get(app);
+  if (def.field.index() != 0) return FieldValue(app, def.field);
+  return app.globals.HeldSettings[def.held];
 }
 
 void SetSetting(Application& app, const SettingDef& def, const std::string& value) {
   // A text field holds no more than its length.
   const std::string v = def.maxLength > 0 && value.size() > def.maxLength ? value.substr(0, def.maxLength) : value;
-  if (def.set)
+  if (def.radio) {
+    if (ToBool(v))
+      def.radio->set(app, def.choice);
+    else if (def.radio->factory >= 0 && def.radio->get(app) == def.choice)
+      def.radio->set(app, def.radio->factory);
+  } else if (def.set)
     def.set(app, v);
+  else if (def.field.index() != 0)
+    SetFieldValue(app, def.field, v);
   else
     app.globals.HeldSettings[def.held] = v;
 }

@@ -191,7 +191,7 @@ TEST(ProjectStore, EveryBoundVariableHasItsKey) {
   // A binding whose section or key is misspelt would leave its variable unsaved, held instead.
   for (const char* k : {"FXHB", "ORGC", "MSBF", "OFP", "Neg", "Monc", "PFP", "usco", "tfp1", "bfpa", "FontFP",
                         "lcdUncomp", "Ecli", "WSIZE", "BSD", "D16bc", "CORN3", "tda", "fpar14", "cprx"})
-    EXPECT_NE(rm::FindSetting(k)->get, nullptr) << k;
+    EXPECT_TRUE(rm::FindSetting(k)->Readable()) << k;
   EXPECT_EQ(rm::FindSetting("B10/HCO")->type, rm::SettingType::Integer);
   EXPECT_EQ(rm::FindSetting("HCO")->type, rm::SettingType::Boolean);  // [B2] comes first when read
 }
