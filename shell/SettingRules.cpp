@@ -82,7 +82,8 @@ std::string NotKept(const SettingDef& d) {
   if (!d.read) return key + " is written for the record and never read back";
   if (d.writeKey.empty()) return key + " is read but never saved: it takes its default at each start";
   if (d.writeKey != d.key)
-    return key + " is saved as " + std::string(d.writeKey) + ", which is not read back: it takes its default at each start";
+    return key + " is saved as " + std::string(d.writeKey) +
+           ", which is not read back: it takes its default at each start";
   // Another key saved under the same name after it (the font's end string over the graphic one).
   bool after = false;
   for (const SettingDef* w : SettingsWriteOrder()) {

@@ -36,7 +36,7 @@ constexpr CatalogueKey kCatalogue[] = {
     {"S", "YOFSRK", 's', "7"}, {"S", "SARK", 's', "3"}, {"S", "CHARSBRK", 's', "5"}, {"S", "CSBRK", 's', "4"},
     {"S", "CSPBRK", 's', "9"}, {"S", "DPR", 's', "Microsoft Print To PDF"},
     {"S", "PFP", '?', "", &Globals::DocumentsRole}, {"S", "BFP", '?', "", &Globals::GraphicsRole},
-    {"S", "OFP", '?', ""}, {"S", "EODS", 's', ";"}, {"S", "PHP", 's', "$"},
+    {"S", "OFP", '?', ""}, {"S", "EODS", 's', ";", &ConversionSession::DescriptorsEol}, {"S", "PHP", 's', "$"},
     {"S", "CPRE", '?', "", &DataSyntax::LinePrefix}, {"S", "RELOI", '?', "", &Globals::LastArtworkPath},
     {"S", "FHE1", 's', ""}, {"S", "FHE2", 's', "Font Size (2)"}, {"S", "FHE3", 's', "Chars Width"},
     {"S", "FHE4", 's', "Chars Height"}, {"S", "FHE5", 's', "First Char"}, {"S", "FHE6", 's', "n Chars"},
@@ -180,7 +180,8 @@ constexpr CatalogueKey kCatalogue[] = {
     {"B1", "VecFCn", 'b', "1"}, {"B1", "VecGotoXYOn", 'b', "0"}, {"B1", "VecCSn", 'b', "0"},
     {"B1", "VecIFFC", 'b', "0"}, {"B1", "VecIFC", 'b', "0"}, {"B1", "VecIFFR", 'b', "0"}, {"B1", "VecIFR", 'b', "0"},
     {"B1", "VecIFRR", 'b', "0"}, {"B1", "VecIFFRR", 'b', "0"}, {"B1", "VecColn", 'b', "0"}, {"B1", "explom2", 'b', "0"},
-    {"B1", "GSile", 'b', "0"}, {"B1", "Capp", 'b', "0"}, {"B1", "Cendes", 'b', "0"}, {"B1", "CendeM", 'b', "0"},
+    {"B1", "GSile", 'b', "0"}, {"B1", "Capp", 'b', "0", &Globals::ConsoleMode}, {"B1", "Cendes", 'b', "0"},
+    {"B1", "CendeM", 'b', "0"},
     {"B1", "Invcp", 'b', "0"}, {"B1", "ShwAdre", 'b', "1"}, {"B1", "ShwT", 'b', "1"}, {"B1", "ShowSe", 'b', "1"},
     {"B1", "dore", 'b', "0", &ConversionSession::ReorderOn}, {"B1", "HexRo", 'b', "1"},
     // [S4] colour mode switches
@@ -342,14 +343,12 @@ std::vector<Binding> Bindings() {
   using A = Application;
   using CA = const Application;
   std::vector<Binding> b = {
-      // The picture "Reload Last Work Canvas Bitmap" opens.
+      // The output folder is also the Output files folder role.
       {"S", "OFP", [](CA& a) { return a.session.OutputFolder; },
        [](A& a, const std::string& v) {
          S_.OutputFolder = v;
          a.globals.OutputRole = v;
        }},
-      {"S", "EODS", [](CA& a) { return a.session.DescriptorsEol; },
-       [](A& a, const std::string& v) { a.session.DescriptorsEol = v; }},
       {"B1", "Neg", [](CA& a) { return B(a.session.NegativeOutput); },
        [](A& a, const std::string& v) {
          // In monochrome the inverted output is the inverted mode, as the menu's toggle makes it.
@@ -380,10 +379,6 @@ std::vector<Binding> Bindings() {
       {"S4", "C16M", [](CA& a) { return B(a.session.Colours16M); }, nullptr},
       {"S4", "PM", [](CA& a) { return B(a.session.Packed); }, nullptr},
       {"B1", "ST7", [](CA& a) { return B(a.session.Gray16Slices); }, nullptr},
-      {"B1", "Capp", [](CA& a) { return B(a.globals.ConsoleMode); },
-       [](A& a, const std::string& v) { a.globals.ConsoleMode = ToBool(v); }},
-      // Two keys for one switch; the later read wins.
-      // Folder roles.
       // The canvas size, written for the record.
       {"I8", "Hpixels", [](CA& a) { return std::to_string(a.pixelForm.WorkBitmap.Height()); }, nullptr},
       {"I8", "Wpixels", [](CA& a) { return std::to_string(a.pixelForm.WorkBitmap.Width()); }, nullptr},

@@ -11,7 +11,8 @@ using rmtest::TestProgram;
 
 std::vector<std::string> AllValues(const rm::Application& app) {
   std::vector<std::string> v;
-  for (const auto& def : rm::SettingsTable()) v.push_back(std::string(def.section) + "/" + std::string(def.key) + "=" + rm::GetSetting(app, def));
+  for (const auto& def : rm::SettingsTable())
+    v.push_back(std::string(def.section) + "/" + std::string(def.key) + "=" + rm::GetSetting(app, def));
   return v;
 }
 
