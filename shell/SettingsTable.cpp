@@ -27,7 +27,44 @@ struct CatalogueKey {
   char type;
   const char* def;
   SettingField field = {};  // the variable it fills; none: a binding below, or held
+  // What it takes and how the file treats it, blank-separated: "range:MIN:MAX" (a number),
+  // "len:N" (a text field's length), "words:A,B" (the only words it takes), "unwritten" (read,
+  // never written), "writeas:KEY" (written under another name), "writes:N" (written N times),
+  // "places:N" (one key read into N places, the last written wins).
+  const char* takes = nullptr;
 };
+
+void ApplyTakes(SettingDef& d, std::string_view takes, int& places) {
+  while (!takes.empty()) {
+    const std::size_t blank = takes.find(' ');
+    const std::string_view token = takes.substr(0, blank);
+    takes = blank == std::string_view::npos ? std::string_view() : takes.substr(blank + 1);
+    const std::size_t colon = token.find(':');
+    const std::string_view name = token.substr(0, colon);
+    const std::string arg = colon == std::string_view::npos ? std::string() : std::string(token.substr(colon + 1));
+    if (name == "range") {
+      d.min = std::stoi(arg);
+      d.max = std::stoi(arg.substr(arg.find(':', 1) + 1));
+    } else if (name == "len") {
+      d.maxLength = static_cast<std::size_t>(std::stoul(arg));
+    } else if (name == "words") {
+      std::string_view rest = token.substr(colon + 1);
+      while (!rest.empty()) {
+        const std::size_t comma = rest.find(',');
+        d.words.push_back(rest.substr(0, comma));
+        rest = comma == std::string_view::npos ? std::string_view() : rest.substr(comma + 1);
+      }
+    } else if (name == "unwritten") {
+      d.writeKey = {};
+    } else if (name == "writeas") {
+      d.writeKey = token.substr(colon + 1);
+    } else if (name == "writes") {
+      d.writes = std::stoi(arg);
+    } else if (name == "places") {
+      places = std::stoi(arg);
+    }
+  }
+}
 
 // clang-format off
 constexpr CatalogueKey kCatalogue[] = {
@@ -37,10 +74,10 @@ constexpr CatalogueKey kCatalogue[] = {
     {"S", "CSPBRK", 's', "9"}, {"S", "DPR", 's', "Microsoft Print To PDF"},
     {"S", "PFP", '?', "", &Globals::DocumentsRole}, {"S", "BFP", '?', "", &Globals::GraphicsRole},
     {"S", "OFP", '?', ""}, {"S", "EODS", 's', ";", &ConversionSession::DescriptorsEol}, {"S", "PHP", 's', "$"},
-    {"S", "CPRE", '?', "", &DataSyntax::LinePrefix}, {"S", "RELOI", '?', "", &Globals::LastArtworkPath},
+    {"S", "CPRE", '?', "", &DataSyntax::LinePrefix, "len:15"}, {"S", "RELOI", '?', "", &Globals::LastArtworkPath},
     {"S", "FHE1", 's', ""}, {"S", "FHE2", 's', "Font Size (2)"}, {"S", "FHE3", 's', "Chars Width"},
     {"S", "FHE4", 's', "Chars Height"}, {"S", "FHE5", 's', "First Char"}, {"S", "FHE6", 's', "n Chars"},
-    {"S", "PAOE", '?', ""}, {"S", "FXHB", 's', "X", &DataSyntax::DataFormatKind},
+    {"S", "PAOE", '?', ""}, {"S", "FXHB", 's', "X", &DataSyntax::DataFormatKind, "words:X,H,B,0B,+H+,+B+,+D+"},
     {"S", "COMAS", 'b', "0", &DataSyntax::SeparatorCustom}, {"S", "COMAh", 'b', "1", &DataSyntax::SeparatorOn},
     {"S", "COMAv", 'b', "1", &DataSyntax::SeparatorComma}, {"S", "CCOM", 'b', "1"}, {"S", "STCOM", 'b', "0"},
     {"S", "VBACOM", 'b', "0"}, {"S", "PSCOM", 'b', "0"}, {"S", "BSCOM", 'b', "0"}, {"S", "Eoln", 'b', "0"},
@@ -87,18 +124,21 @@ constexpr CatalogueKey kCatalogue[] = {
     {"B13", "exsot", 'b', "0"}, {"B13", "ex2sot", 'b', "0"}, {"B13", "imsot", 'b', "0"}, {"B13", "lcdsot", 'b', "0"},
     {"B13", "brsot", 'b', "0"}, {"B13", "assot", 'b', "0"}, {"B13", "cosot", 'b', "0"}, {"B13", "adjsot", 'b', "0"},
     {"B13", "pixsot", 'b', "0"}, {"B13", "ESOT", 'b', "0"}, {"B13", "E2SOT", 'b', "0"}, {"B13", "ASOT", 'b', "0"},
-    {"B13", "ISOT", 'b', "0"}, {"B13", "PSOT", 'b', "0"}, {"B13", "crlf", 'b', "1"}, {"B13", "rs48", 'b', "0"},
+    {"B13", "ISOT", 'b', "0"}, {"B13", "PSOT", 'b', "0"}, {"B13", "crlf", 'b', "1"},
+    {"B13", "rs48", 'b', "0", {}, "unwritten"},
     // [B3] paging scheme switches
     {"B3", "tla", 'b', "0"}, {"B3", "tra", 'b', "0"}, {"B3", "tl", 'b', "0"}, {"B3", "tr", 'b', "1"},
     {"B3", "td", 'b', "0"}, {"B3", "tu", 'b', "0"}, {"B3", "tua", 'b', "0"}, {"B3", "tda", 'b', "0"},
     // [B2] canvas, matrix and header switches
     {"B2", "MSBF", 'b', "1", &ConversionSession::BigEndian}, {"B2", "NOMAT", 'b', "0", &Globals::NoMatrixMode},
-    {"B2", "CCBM", 'b', "0"}, {"B2", "UMATB", 'b', "0", &Globals::UserMatrix}, {"B2", "FSM", 'b', "1"},
-    {"B2", "RSHAP", 'b', "1"}, {"B2", "EX2H", 'b', "0"}, {"B2", "EXH", 'b', "0"}, {"B2", "SWRG", 'b', "0"},
+    {"B2", "CCBM", 'b', "0"}, {"B2", "UMATB", 'b', "0", &Globals::UserMatrix}, {"B2", "FSM", 'b', "1", {}, "writes:2"},
+    {"B2", "RSHAP", 'b', "1", {}, "writes:2"}, {"B2", "EX2H", 'b', "0"}, {"B2", "EXH", 'b', "0"},
+    {"B2", "SWRG", 'b', "0"},
     {"B2", "HCO", 'b', "0"}, {"B2", "CORN1", 'b', "1"}, {"B2", "CORN2", 'b', "0"}, {"B2", "CORN3", 'b', "0"},
     {"B2", "CORN4", 'b', "0"}, {"B2", "DESC", 'b', "0"}, {"B2", "USELS", 'b', "0"},
-    {"B2", "USmat", 'b', "0", &Globals::UserMatrix}, {"B2", "GWI", 'i', "128", &Globals::MatrixWidth},
-    {"B2", "GHI", 'i', "64", &Globals::MatrixHeight}, {"B2", "BTODOC", 'b', "1"}, {"B2", "RTLFO", 'b', "0"},
+    {"B2", "USmat", 'b', "0", &Globals::UserMatrix}, {"B2", "GWI", 'i', "128", &Globals::MatrixWidth, "range:1:1024"},
+    {"B2", "GHI", 'i', "64", &Globals::MatrixHeight, "range:1:768"}, {"B2", "BTODOC", 'b', "1"},
+    {"B2", "RTLFO", 'b', "0"},
     {"B2", "OUTLF", 'b', "0"}, {"B2", "LOOP", 'b', "1"},
     {"B2", "WORIG", 'b', "0", &ConversionSession::GraphicPositionInData},
     {"B2", "WSIZE", 'b', "0", &ConversionSession::GraphicSizeInData},
@@ -109,7 +149,8 @@ constexpr CatalogueKey kCatalogue[] = {
     {"B2", "SHANI", 'b', "0"}, {"B2", "SHBAT", 'b', "0"}, {"B2", "SHTOU", 'b', "0"}, {"B2", "SHVECT", 'b', "0"},
     {"B2", "SHCPAL", 'b', "0"},
     // [B10] tool and panel numbers
-    {"B10", "DEA", 'i', "0"}, {"B10", "SCOL", 'i', "-1"}, {"B10", "HCO", 'i', "0"}, {"B10", "A1X", 'i', "0"},
+    {"B10", "DEA", 'i', "0"}, {"B10", "SCOL", 'i', "-1", {}, "range:-1:16777215"}, {"B10", "HCO", 'i', "0"},
+    {"B10", "A1X", 'i', "0"},
     {"B10", "A1Y", 'i', "0"}, {"B10", "TMA", 'i', "99"}, {"B10", "TMI", 'i', "0"}, {"B10", "AOF", 'i', "0"},
     {"B10", "TBI", 'i', "3"}, {"B10", "COPDN", 'i', "0"}, {"B10", "IMD", 'i', "0"}, {"B10", "ASD", 'i', "0"},
     {"B10", "ADD", 'i', "0"}, {"B10", "PFD", 'i', "0"}, {"B10", "EFD", 'i', "0"}, {"B10", "E2D", 'i', "0"},
@@ -118,25 +159,30 @@ constexpr CatalogueKey kCatalogue[] = {
     {"SX", "COMP", '?', ""}, {"SX", "COMB", 's', "9600"}, {"SX", "COMS", 's', "1"}, {"SX", "COMPA", 's', ""},
     {"SX", "COMD", 's', "8"}, {"SX", "FCTR", 's', ""}, {"SX", "TERMI", '?', ""},
     // [I11] canvas numbers
-    {"I11", "OINT", 'i', "16"}, {"I11", "ORGC", 'i', "16", &DataSyntax::DataPerLine},
+    {"I11", "OINT", 'i', "16"}, {"I11", "ORGC", 'i', "16", &DataSyntax::DataPerLine, "range:1:150"},
     // [S13] output syntax and window placement strings
     {"S13", "feolst", 's', ","}, {"S13", "prpopr", 's', "ConvertMultipleGraphicFiles.SPP"},
-    {"S13", "cstrt", '?', "", &DataSyntax::CustomComment}, {"S13", "eolst", '?', "", &DataSyntax::EolString},
+    {"S13", "cstrt", '?', "", &DataSyntax::CustomComment, "len:5"},
+    {"S13", "eolst", '?', "", &DataSyntax::EolString, "len:5"},
     {"S13", "eofbl", '?', ""}, {"S13", "sepst", 's', ",", &DataSyntax::SeparatorString}, {"S13", "ppfpf", '?', ""},
-    {"S13", "cpfr", '?', "", &DataSyntax::LinePrefix2}, {"S13", "dperl", '?', ""}, {"S13", "et2", 's', "600"},
-    {"S13", "etl2", 's', "60"}, {"S13", "ew2", 's', "1000"}, {"S13", "ew1", 's', "1100"}, {"S13", "vew1", 's', "900"},
+    {"S13", "cpfr", '?', "", &DataSyntax::LinePrefix2, "len:8"}, {"S13", "dperl", '?', ""}, {"S13", "et2", 's', "600"},
+    {"S13", "etl2", 's', "60"}, {"S13", "ew2", 's', "1000"}, {"S13", "ew1", 's', "1100"},
+    {"S13", "vew1", 's', "900", {}, "writeas:wew1"},
     {"S13", "eh2", 's', "759"}, {"S13", "eta2", 's', "1"},
     // [S2] value and kerning syntax
     {"S2", "LCDW", 's', "100"}, {"S2", "SFONT", 's', "Arial"}, {"S2", "SFSTY", '?', ""}, {"S2", "KERLEND", 's', "},"},
     {"S2", "KERLBEG", 's', "{"}, {"S2", "KERTBEG", 's', "{"}, {"S2", "KERTEND", 's', "};"},
     {"S2", "KERSUF", 's', "[120][3]= "}, {"S2", "KERPREF", 's', "int "},
-    {"S2", "VALSUF", '?', "", &DataSyntax::DataSuffix}, {"S2", "VALpref", '?', "", &DataSyntax::DataPrefix},
+    {"S2", "VALSUF", '?', "", &DataSyntax::DataSuffix, "len:10"},
+    {"S2", "VALpref", '?', "", &DataSyntax::DataPrefix, "len:10"},
     // [I2] colours and sizes
-    {"I2", "BGCO", 'i', "16777215"}, {"I2", "DOCOL", 'i', "0"}, {"I2", "FSELH", 'i', "0"}, {"I2", "FSELW", 'i', "0"},
-    {"I2", "MATH", 'i', "0"}, {"I2", "MATW", 'i', "0"}, {"I2", "PSHCOL", 'i', "255"}, {"I2", "CRHCOL", 'i', "8421376"},
+    {"I2", "BGCO", 'i', "16777215", {}, "range:0:16777215"}, {"I2", "DOCOL", 'i', "0", {}, "range:0:16777215"},
+    {"I2", "FSELH", 'i', "0"}, {"I2", "FSELW", 'i', "0"},
+    {"I2", "MATH", 'i', "0"}, {"I2", "MATW", 'i', "0"}, {"I2", "PSHCOL", 'i', "255", {}, "range:0:16777215"},
+    {"I2", "CRHCOL", 'i', "8421376", {}, "range:0:16777215"},
     {"I2", "SFONS", 'i', "10"}, {"I2", "ASPEE", 'i', "150"},
     // [B11] pixels per byte
-    {"B11", "PPB", 'i', "8", &ConversionSession::PixelsPerByteSetting},
+    {"B11", "PPB", 'i', "8", &ConversionSession::PixelsPerByteSetting, "range:1:8"},
     // [S3] include, function and delay syntax
     {"S3", "INCSYN", 's', "#include ", &ClipSyntax::include}, {"S3", "INCSSYN", 's', "<", &ClipSyntax::includeStart},
     {"S3", "INCESYN", 's', ">", &ClipSyntax::includeEnd}, {"S3", "FPREF", 's', "void", &ClipSyntax::functionPrefix},
@@ -199,30 +245,36 @@ constexpr CatalogueKey kCatalogue[] = {
     {"S5", "tfp12", 's', "return "}, {"S5", "tfp14", 's', "0AA", &Globals::FillerText},
     {"S5", "tfp13", 's', "vsReport"},
     // [I5] touch numbers
-    {"I5", "tfp2", 'i', "0"}, {"I5", "tfp3", 'i', "8"}, {"I5", "splex", 'i', "270"}, {"I5", "trco", 'i', "8388736"},
+    {"I5", "tfp2", 'i', "0"}, {"I5", "tfp3", 'i', "8"}, {"I5", "splex", 'i', "270", {}, "writes:2"},
+    {"I5", "trco", 'i', "8388736", {}, "range:0:16777215"},
     // [S6] panel sizes
     {"S6", "mfw", 'i', "900"}, {"S6", "mfh", 'i', "50"}, {"S6", "mft", 'i', "0"}, {"S6", "mfl", 'i', "0"},
     // [S7] batch names and window placement
     {"S7", "pprof", 's', "< No batch file selected >", &Globals::ActiveBatch}, {"S7", "fonpr", '?', ""},
     {"S7", "fonsu", '?', ""}, {"S7", "vformp1", '?', ""}, {"S7", "vformp2", '?', ""}, {"S7", "formp1", '?', ""},
     {"S7", "formp2", '?', ""}, {"S7", "formp3", '?', ""}, {"S7", "formp4", '?', ""}, {"S7", "formW3", 's', "920"},
-    {"S7", "formW4", 's', "570"}, {"S7", "formp5", '?', ""}, {"S7", "formp6", '?', ""}, {"S7", "formp7", '?', ""},
+    {"S7", "formW4", 's', "570"}, {"S7", "formp5", '?', ""}, {"S7", "formp6", '?', ""},
+    {"S7", "formp7", '?', "", {}, "places:4"},
     // [S8] names and end strings
     {"S8", "nbmfn", 's', "NewBitmap.bmp", &ConversionSession::LastBitmapName},
-    {"S8", "Endst", 's', "};", &DataSyntax::EndOfData}, {"S8", "EndstF", 's', "};"},
-    {"S8", "begds", '?', "", &DataSyntax::BeginOfData},
+    {"S8", "Endst", 's', "};", &DataSyntax::EndOfData, "len:3"}, {"S8", "EndstF", 's', "};", {}, "writeas:Endst"},
+    {"S8", "begds", '?', "", &DataSyntax::BeginOfData, "len:3"},
     // [I8] colours of overlays
-    {"I8", "col1", 'i', "32768"}, {"I8", "col2", 'i', "32896"}, {"I8", "scol2", 'i', "8421376"},
-    {"I8", "col3", 'i', "8388608"}, {"I8", "col4", 'i', "8388736"}, {"I8", "col5", 'i', "16711935"},
-    {"I8", "col6", 'i', "128"}, {"I8", "bsiz", 'i', "0"}, {"I8", "saco", 'i', "16711680"}, {"I8", "itsec", 'i', "255"},
-    {"I8", "ghco", 'i', "12639424"}, {"I8", "zfac", 'i', "0"}, {"I8", "engi", 'i', "0"},
+    {"I8", "col1", 'i', "32768", {}, "range:0:16777215"}, {"I8", "col2", 'i', "32896", {}, "range:0:16777215"},
+    {"I8", "scol2", 'i', "8421376", {}, "range:0:16777215"},
+    {"I8", "col3", 'i', "8388608", {}, "range:0:16777215"}, {"I8", "col4", 'i', "8388736", {}, "range:0:16777215"},
+    {"I8", "col5", 'i', "16711935", {}, "range:0:16777215"},
+    {"I8", "col6", 'i', "128", {}, "range:0:16777215"}, {"I8", "bsiz", 'i', "0"},
+    {"I8", "saco", 'i', "16711680", {}, "range:0:16777215"}, {"I8", "itsec", 'i', "255", {}, "range:0:16777215"},
+    {"I8", "ghco", 'i', "12639424", {}, "range:0:16777215"}, {"I8", "zfac", 'i', "0"}, {"I8", "engi", 'i', "0"},
     // [S12] font parameter strings
     {"S12", "usco", 's', "_", &ConversionSession::Underscore}, {"S12", "fpar1", '?', ""}, {"S12", "fpar2", '?', ""},
     {"S12", "fpar3", '?', ""}, {"S12", "fpar3L", '?', ""}, {"S12", "fpar4", '?', ""}, {"S12", "fpar5", '?', ""},
     {"S12", "fpar6", '?', ""}, {"S12", "fpar7", '?', ""}, {"S12", "fpar8", 's', "400"}, {"S12", "fpar9", '?', ""},
-    {"S12", "fpar10", '?', ""}, {"S12", "fpar11", '?', "", &DataSyntax::ColRowPrefix},
-    {"S12", "fpar12", '?', "", &DataSyntax::ColRowSuffix}, {"S12", "fpar13", '?', "", &DataSyntax::ArrayPrefix},
-    {"S12", "fpar14", '?', "", &DataSyntax::ArraySuffix},
+    {"S12", "fpar10", '?', ""}, {"S12", "fpar11", '?', "", &DataSyntax::ColRowPrefix, "len:5"},
+    {"S12", "fpar12", '?', "", &DataSyntax::ColRowSuffix, "len:5"},
+    {"S12", "fpar13", '?', "", &DataSyntax::ArrayPrefix, "len:5"},
+    {"S12", "fpar14", '?', "", &DataSyntax::ArraySuffix, "len:5"},
     {"S12", "fexts", 's', "lib", &ConversionSession::LibraryExtension},
     // [I13] filter numbers and panel sizes
     {"I13", "ifpa", 'i', "0"}, {"I13", "asfp", 'i', "0"}, {"I13", "adfp", 'i', "0"}, {"I13", "mfw", 'i', "0"},
@@ -232,11 +284,13 @@ constexpr CatalogueKey kCatalogue[] = {
     {"B9", "ffp2", 'b', "0"}, {"B9", "ffp3", 'b', "0"}, {"B9", "dowi", 'b', "0"},
     // [S14] vector library syntax
     {"S14", "mpfo", '?', ""}, {"S14", "mext", 's', ".txt"}, {"S14", "grxt", 's', ".BMP"},
-    {"S14", "cprx", '?', "", &DataSyntax::PointerPrefix}, {"S14", "ippfn", '?', ""}, {"S14", "vecp1", 's', "GCLD.Bar"},
+    {"S14", "cprx", '?', "", &DataSyntax::PointerPrefix, "len:6"}, {"S14", "ippfn", '?', ""},
+    {"S14", "vecp1", 's', "GCLD.Bar"},
     {"S14", "vecp2", 's', "GCLD.Line"}, {"S14", "vecp3", 's', "GCLD.Circle"}, {"S14", "vecbmp", 's', "GCLD.DrawBitmap"},
     {"S14", "vecir", 's', "GCLD.InvertRect"}, {"S14", "vecn", 's', "GCLD.PrintNumber"},
     {"S14", "vecc", 's', "GCLD.PutChar"}, {"S14", "vecfu", 's', "GCLD.Function"},
-    {"S14", "vecfo", 's', "GCLD.SelectFont"}, {"S14", "vecin", 's', "GCLD.Init"}, {"S14", "vecp4", 's', "GCLD.Rect"},
+    {"S14", "vecfo", 's', "GCLD.SelectFont"}, {"S14", "vecin", 's', "GCLD.Init", {}, "writeas:vecini"},
+    {"S14", "vecp4", 's', "GCLD.Rect"},
     {"S14", "vecp5", 's', "GCLD.RoundRect"}, {"S14", "vecp3f", 's', "GCLD.FillCircle"},
     {"S14", "vecp4f", 's', "GCLD.FillRect"}, {"S14", "vecp5f", 's', "GCLD.FillRoundRect"},
     {"S14", "vecp6", 's', "GCLD.Dot"}, {"S14", "vecp7", 's', "GCLD.Puts"}, {"S14", "vecp8", 's', ","},
@@ -446,26 +500,30 @@ std::vector<SettingDef> BuildTable() {
       AddCounted(t, "FS0", "ext", 20, "", SettingType::String, "");
       AddCounted(t, "S18", "mru", 20, "", SettingType::String, "_");
       AddCounted(t, "S19", "fmru", 10, "", SettingType::String, "");
+      // The sixteen custom display sizes: 0 for a size not yet given.
       for (int i = 0; i <= 15; ++i) {
-        t.push_back(Entry("I2", CountedName("cs" + std::to_string(i) + "w"), SettingType::Integer, "0"));
-        t.push_back(Entry("I2", CountedName("cs" + std::to_string(i) + "h"), SettingType::Integer, "0"));
+        SettingDef w = Entry("I2", CountedName("cs" + std::to_string(i) + "w"), SettingType::Integer, "0");
+        SettingDef h = Entry("I2", CountedName("cs" + std::to_string(i) + "h"), SettingType::Integer, "0");
+        w.min = h.min = 0;
+        w.max = kMaxCustomWidth;
+        h.max = kMaxCustomHeight;
+        t.push_back(w);
+        t.push_back(h);
       }
     }
     SettingDef d = Entry(section, key, TypeOf(k.type), k.def);
     d.field = k.field;
     d.computed = k.type == '?';
-    // Where the written file does not read back as the program had it. These are kept on
-    // purpose: projects written by this program and by earlier ones must read the same.
-    if (key == "rs48") d.writeKey = {};         // the RS-485 option falls back to off at each start
-    if (key == "vew1") d.writeKey = "wew1";     // the vector window's width never comes back
-    if (key == "vecin") d.writeKey = "vecini";  // nor does the vector library's initialise call
-    if (key == "EndstF") d.writeKey = "Endst";  // the font's end string is written over the graphic one
-    if (key == "FSM" || key == "RSHAP" || key == "splex") d.writes = 2;
-    if (key == "formp7") {
-      // One key for four places: the adjustments window's top and left, then the main window's
-      // top and left. Each is written in turn, so the last wins, and all four read it back.
-      for (int i = 0; i < 3; ++i) t.push_back(d);
-    }
+    // Where the written file does not read back as the program had it (the "takes" flags). These
+    // are kept on purpose: projects written by this program and by earlier ones must read the
+    // same. The RS-485 option falls back to off at each start; the vector window's width and the
+    // vector library's initialise call never come back; the font's end string is written over
+    // the graphic one. formp7 is one key for four places: the adjustments window's top and left,
+    // then the main window's top and left; each is written in turn, so the last wins, and all
+    // four read it back.
+    int places = 1;
+    if (k.takes) ApplyTakes(d, k.takes, places);
+    for (int i = 1; i < places; ++i) t.push_back(d);
     t.push_back(d);
     // Keys written for the record and never read.
     SettingDef w;

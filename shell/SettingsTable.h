@@ -108,7 +108,7 @@ std::string CheckSettingValue(const SettingDef& def, const std::string& value);
 // Every key read from the project file, once, as "[SECTION] KEY=VALUE", in reading order: what
 // `settings list` shows.
 std::vector<std::string> ListSettings(const Application& app);
-// Fills in what each key takes and which keys a user may not set (SettingRules.cpp).
+// Marks the keys a user may not set by name: the colour mode's switches (SettingRules.cpp).
 void AddSettingRules(std::vector<SettingDef>& table);
 std::string GetSetting(const Application& app, const SettingDef& def);
 void SetSetting(Application& app, const SettingDef& def, const std::string& value);
