@@ -12,31 +12,6 @@ namespace rm {
 
 namespace {
 
-struct RangeRule {
-  std::string_view key;  // SECTION/KEY
-  int min, max;
-};
-
-constexpr int kLastColour = 0xFFFFFF;
-
-// The display is at most 1024 x 768; a colour is 0x00BBGGRR.
-constexpr RangeRule kRanges[] = {
-    {"B2/GWI", 1, kMaxCustomWidth}, {"B2/GHI", 1, kMaxCustomHeight}, {"I11/ORGC", 1, 150}, {"B11/PPB", 1, 8},
-    {"I2/BGCO", 0, kLastColour},    {"I2/DOCOL", 0, kLastColour},    {"I2/PSHCOL", 0, kLastColour},
-    {"I2/CRHCOL", 0, kLastColour},  {"B10/SCOL", -1, kLastColour},   {"I5/trco", 0, kLastColour},
-    {"I8/col1", 0, kLastColour},    {"I8/col2", 0, kLastColour},     {"I8/scol2", 0, kLastColour},
-    {"I8/col3", 0, kLastColour},    {"I8/col4", 0, kLastColour},     {"I8/col5", 0, kLastColour},
-    {"I8/col6", 0, kLastColour},    {"I8/saco", 0, kLastColour},     {"I8/itsec", 0, kLastColour},
-    {"I8/ghco", 0, kLastColour},
-};
-
-// The length of the field each string fills; a longer value read from a file is cut to it.
-constexpr std::pair<std::string_view, std::size_t> kLengths[] = {
-    {"S/CPRE", 15},    {"S13/cstrt", 5},  {"S13/eolst", 5},  {"S13/cpfr", 8},    {"S2/VALSUF", 10},
-    {"S2/VALpref", 10}, {"S8/Endst", 3},  {"S8/begds", 3},   {"S12/fpar11", 5},  {"S12/fpar12", 5},
-    {"S12/fpar13", 5}, {"S12/fpar14", 5}, {"S14/cprx", 6},
-};
-
 // The colour mode is chosen as a whole; its switches are written from the mode in force.
 constexpr std::pair<std::string_view, std::string_view> kColourSwitches[] = {
     {"S4/Monc", "is the colour mode: use --mode mono"},
@@ -64,15 +39,6 @@ constexpr std::pair<std::string_view, std::string_view> kColourSwitches[] = {
     {"I8/Wpixels", "records the canvas width and is never read: set GWI"},
 };
 
-// Radio groups whose choice the program holds as one value.
-constexpr std::pair<std::string_view, std::string_view> kRadioGroups[] = {
-    {"S/CCOM S/STCOM S/VBACOM S/PSCOM S/BSCOM", "the comment form"},
-    {"S/Eoln S/Eolcom S/EolStr S/EolSem", "the end of line form"},
-    {"B1/D8bc B1/D16bc B1/D32bc B1/DHec B1/DIHec", "the output kind"},
-    {"B2/CORN1 B2/CORN2 B2/CORN3 B2/CORN4", "the origin corner"},
-    {"B3/tla B3/tra B3/tl B3/tr B3/td B3/tu B3/tua B3/tda", "the Paging Scheme"},
-};
-
 bool SameKey(const SettingDef& d, std::string_view sectionKey) {
   const std::size_t slash = sectionKey.find('/');
   const std::string_view s = sectionKey.substr(0, slash), k = sectionKey.substr(slash + 1);
@@ -91,7 +57,8 @@ std::string NotKept(const SettingDef& d) {
   if (!d.read) return key + " is written for the record and never read back";
   if (d.writeKey.empty()) return key + " is read but never saved: it takes its default at each start";
   if (d.writeKey != d.key)
-    return key + " is saved as " + std::string(d.writeKey) + ", which is not read back: it takes its default at each start";
+    return key + " is saved as " + std::string(d.writeKey) +
+           ", which is not read back: it takes its default at each start";
   // Another key saved under the same name after it (the font's end string over the graphic one).
   bool after = false;
   for (const SettingDef* w : SettingsWriteOrder()) {
@@ -107,27 +74,8 @@ std::string NotKept(const SettingDef& d) {
 
 void AddSettingRules(std::vector<SettingDef>& table) {
   for (SettingDef& d : table) {
-    for (const RangeRule& r : kRanges)
-      if (SameKey(d, r.key)) d.min = r.min, d.max = r.max;
-    // The sixteen custom display sizes: 0 for a size not yet given.
-    if (IniFile::SameName(d.section, "I2") && d.key.size() >= 4 && d.key.substr(0, 2) == "cs" &&
-        (d.key.back() == 'w' || d.key.back() == 'h')) {
-      d.min = 0;
-      d.max = d.key.back() == 'w' ? kMaxCustomWidth : kMaxCustomHeight;
-    }
-    for (const auto& [key, length] : kLengths)
-      if (SameKey(d, key)) d.maxLength = length;
     for (const auto& [key, why] : kColourSwitches)
       if (SameKey(d, key)) d.refusal = why;
-    for (const auto& [members, name] : kRadioGroups) {
-      std::string_view rest = members;
-      while (!rest.empty()) {
-        const std::size_t blank = rest.find(' ');
-        if (SameKey(d, rest.substr(0, blank))) d.radioGroup = name;
-        rest = blank == std::string_view::npos ? std::string_view() : rest.substr(blank + 1);
-      }
-    }
-    if (SameKey(d, "S/FXHB")) d.words = {"X", "H", "B", "0B", "+H+", "+B+", "+D+"};
   }
 }
 
@@ -182,7 +130,7 @@ bool ApplySetting(Application& app, std::string_view key, const std::string& val
     error = name + " is the choice in force of " + std::string(def->radioGroup) + ": set the choice wanted to 1";
     return false;
   }
-  if (use == SettingUse::Run && !def->set) {
+  if (use == SettingUse::Run && !def->Bound()) {
     error = name + " has no effect on a run; it is only kept in the project file (rastermill settings set " + name +
             " VALUE)";
     return false;

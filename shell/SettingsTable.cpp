@@ -4,6 +4,7 @@
 #include <cctype>
 #include <charconv>
 #include <memory>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
 
@@ -17,217 +18,264 @@ std::string B(bool v) { return v ? "1" : "0"; }
 bool ToBool(const std::string& v) { return std::stol(v) != 0; }
 int ToInt(const std::string& v) { return std::stoi(v); }
 
-// Radio groups stored as one boolean per choice: true selects the choice; false on the selected
-// one falls back to the factory choice.
-template <typename E>
-void Radio(E& field, E choice, E factory, const std::string& v) {
-  if (ToBool(v))
-    field = choice;
-  else if (field == choice)
-    field = factory;
-}
-
-void SetDirectionKey(Application& a, PagingDirection d, const std::string& v) {
-  if (ToBool(v)) {
-    a.session.Direction = d;
-    a.session.Horizontal = IsHorizontal(d);
-  }
-}
-
-// Every key of the project file in reading order, with its factory default: 's' text, 'b'
-// boolean, 'i' whole number, '?' text whose default is the value in force before reading.
+// Every key of the project file in reading order, one row each: section, key, type ('s' text,
+// 'b' boolean, 'i' whole number, '?' text whose default is the value in force before reading),
+// factory default and the variable it fills.
 struct CatalogueKey {
   const char* section;
   const char* key;
   char type;
   const char* def;
+  SettingField field = {};  // the variable it fills; none: a binding below, or held
+  // What it takes and how the file treats it, blank-separated: "range:MIN:MAX" (a number),
+  // "len:N" (a text field's length), "words:A,B" (the only words it takes), "unwritten" (read,
+  // never written), "writeas:KEY" (written under another name), "writes:N" (written N times),
+  // "places:N" (one key read into N places, the last written wins).
+  const char* takes = nullptr;
 };
+
+void ApplyTakes(SettingDef& d, std::string_view takes, int& places) {
+  while (!takes.empty()) {
+    const std::size_t blank = takes.find(' ');
+    const std::string_view token = takes.substr(0, blank);
+    takes = blank == std::string_view::npos ? std::string_view() : takes.substr(blank + 1);
+    const std::size_t colon = token.find(':');
+    const std::string_view name = token.substr(0, colon);
+    const std::string arg = colon == std::string_view::npos ? std::string() : std::string(token.substr(colon + 1));
+    if (name == "range") {
+      d.min = std::stoi(arg);
+      d.max = std::stoi(arg.substr(arg.find(':', 1) + 1));
+    } else if (name == "len") {
+      d.maxLength = static_cast<std::size_t>(std::stoul(arg));
+    } else if (name == "words") {
+      std::string_view rest = token.substr(colon + 1);
+      while (!rest.empty()) {
+        const std::size_t comma = rest.find(',');
+        d.words.push_back(rest.substr(0, comma));
+        rest = comma == std::string_view::npos ? std::string_view() : rest.substr(comma + 1);
+      }
+    } else if (name == "unwritten") {
+      d.writeKey = {};
+    } else if (name == "writeas") {
+      d.writeKey = token.substr(colon + 1);
+    } else if (name == "writes") {
+      d.writes = std::stoi(arg);
+    } else if (name == "places") {
+      places = std::stoi(arg);
+    }
+  }
+}
 
 // clang-format off
 constexpr CatalogueKey kCatalogue[] = {
     // [S] general strings and file-type switches
     {"S", "CARK", 's', "1"}, {"S", "CWBRK", 's', "2"}, {"S", "CHBRK", 's', "8"}, {"S", "XOFSRK", 's', "6"},
     {"S", "YOFSRK", 's', "7"}, {"S", "SARK", 's', "3"}, {"S", "CHARSBRK", 's', "5"}, {"S", "CSBRK", 's', "4"},
-    {"S", "CSPBRK", 's', "9"}, {"S", "DPR", 's', "Microsoft Print To PDF"}, {"S", "PFP", '?', ""},
-    {"S", "BFP", '?', ""}, {"S", "OFP", '?', ""}, {"S", "EODS", 's', ";"}, {"S", "PHP", 's', "$"},
-    {"S", "CPRE", '?', ""}, {"S", "RELOI", '?', ""}, {"S", "FHE1", 's', ""},
-    {"S", "FHE2", 's', "Font Size (2)"}, {"S", "FHE3", 's', "Chars Width"}, {"S", "FHE4", 's', "Chars Height"},
-    {"S", "FHE5", 's', "First Char"}, {"S", "FHE6", 's', "n Chars"}, {"S", "PAOE", '?', ""},
-    {"S", "FXHB", 's', "X"}, {"S", "COMAS", 'b', "0"}, {"S", "COMAh", 'b', "1"}, {"S", "COMAv", 'b', "1"},
-    {"S", "CCOM", 'b', "1"}, {"S", "STCOM", 'b', "0"}, {"S", "VBACOM", 'b', "0"}, {"S", "PSCOM", 'b', "0"},
-    {"S", "BSCOM", 'b', "0"}, {"S", "Eoln", 'b', "0"}, {"S", "Eolcom", 'b', "1"}, {"S", "EolStr", 'b', "0"},
-    {"S", "EolSem", 'b', "0"}, {"S", "FEoln", 'b', "0"}, {"S", "FEolcom", 'b', "0"}, {"S", "FEolStr", 'b', "1"},
-    {"S", "FEolSem", 'b', "0"}, {"S", "Asmf", 'b', "0"}, {"S", "libf", 'b', "0"}, {"S", "basf", 'b', "0"},
-    {"S", "cfil", 'b', "0"}, {"S", "CHBRK_r", 's', "4"}, {"S", "CHBRK_s", 's', "4"}, {"S", "CHBRK_b", 's', "4"},
-    {"S", "CHBRK_d", 's', "4"}, {"S", "CWBRK_r", 's', "3"}, {"S", "CWBRK_s", 's', "3"},
-    {"S", "CWBRK_b", 's', "3"}, {"S", "CWBRK_d", 's', "3"}, {"S", "CARK_r", 's', "1"},
-    {"S", "CARK_s", 's', "1"}, {"S", "CARK_b", 's', "1"}, {"S", "CARK_d", 's', "1"},
-    {"S", "XOFSRK_r", 's', "7"}, {"S", "XOFSRK_s", 's', "7"}, {"S", "XOFSRK_b", 's', "7"},
-    {"S", "XOFSRK_d", 's', "7"}, {"S", "YOFSRK_r", 's', "8"}, {"S", "YOFSRK_s", 's', "8"},
-    {"S", "YOFSRK_b", 's', "8"}, {"S", "YOFSRK_d", 's', "8"}, {"S", "SARK_r", 's', "2"},
-    {"S", "SARK_s", 's', "2"}, {"S", "SARK_b", 's', "2"}, {"S", "SARK_d", 's', "2"},
+    {"S", "CSPBRK", 's', "9"}, {"S", "DPR", 's', "Microsoft Print To PDF"},
+    {"S", "PFP", '?', "", &Globals::DocumentsRole}, {"S", "BFP", '?', "", &Globals::GraphicsRole},
+    {"S", "OFP", '?', ""}, {"S", "EODS", 's', ";", &ConversionSession::DescriptorsEol}, {"S", "PHP", 's', "$"},
+    {"S", "CPRE", '?', "", &DataSyntax::LinePrefix, "len:15"}, {"S", "RELOI", '?', "", &Globals::LastArtworkPath},
+    {"S", "FHE1", 's', ""}, {"S", "FHE2", 's', "Font Size (2)"}, {"S", "FHE3", 's', "Chars Width"},
+    {"S", "FHE4", 's', "Chars Height"}, {"S", "FHE5", 's', "First Char"}, {"S", "FHE6", 's', "n Chars"},
+    {"S", "PAOE", '?', ""}, {"S", "FXHB", 's', "X", &DataSyntax::DataFormatKind, "words:X,H,B,0B,+H+,+B+,+D+"},
+    {"S", "COMAS", 'b', "0", &DataSyntax::SeparatorCustom}, {"S", "COMAh", 'b', "1", &DataSyntax::SeparatorOn},
+    {"S", "COMAv", 'b', "1", &DataSyntax::SeparatorComma}, {"S", "CCOM", 'b', "1"}, {"S", "STCOM", 'b', "0"},
+    {"S", "VBACOM", 'b', "0"}, {"S", "PSCOM", 'b', "0"}, {"S", "BSCOM", 'b', "0"}, {"S", "Eoln", 'b', "0"},
+    {"S", "Eolcom", 'b', "1"}, {"S", "EolStr", 'b', "0"}, {"S", "EolSem", 'b', "0"}, {"S", "FEoln", 'b', "0"},
+    {"S", "FEolcom", 'b', "0"}, {"S", "FEolStr", 'b', "1"}, {"S", "FEolSem", 'b', "0"},
+    {"S", "Asmf", 'b', "0", &ConversionSession::AsmFile}, {"S", "libf", 'b', "0", &ConversionSession::LibraryFile},
+    {"S", "basf", 'b', "0", &ConversionSession::BasicFile}, {"S", "cfil", 'b', "0", &ConversionSession::CFile},
+    {"S", "CHBRK_r", 's', "4"}, {"S", "CHBRK_s", 's', "4"}, {"S", "CHBRK_b", 's', "4"}, {"S", "CHBRK_d", 's', "4"},
+    {"S", "CWBRK_r", 's', "3"}, {"S", "CWBRK_s", 's', "3"}, {"S", "CWBRK_b", 's', "3"}, {"S", "CWBRK_d", 's', "3"},
+    {"S", "CARK_r", 's', "1"}, {"S", "CARK_s", 's', "1"}, {"S", "CARK_b", 's', "1"}, {"S", "CARK_d", 's', "1"},
+    {"S", "XOFSRK_r", 's', "7"}, {"S", "XOFSRK_s", 's', "7"}, {"S", "XOFSRK_b", 's', "7"}, {"S", "XOFSRK_d", 's', "7"},
+    {"S", "YOFSRK_r", 's', "8"}, {"S", "YOFSRK_s", 's', "8"}, {"S", "YOFSRK_b", 's', "8"}, {"S", "YOFSRK_d", 's', "8"},
+    {"S", "SARK_r", 's', "2"}, {"S", "SARK_s", 's', "2"}, {"S", "SARK_b", 's', "2"}, {"S", "SARK_d", 's', "2"},
     {"S", "CHARSBRK_r", 's', "5"}, {"S", "CHARSBRK_s", 's', "5"}, {"S", "CHARSBRK_b", 's', "5"},
-    {"S", "CHARSBRK_d", 's', "5"}, {"S", "CSBRK_r", 's', "6"}, {"S", "CSBRK_s", 's', "6"},
-    {"S", "CSBRK_b", 's', "6"}, {"S", "CSBRK_d", 's', "6"}, {"S", "CSPBRK_r", 's', "9"},
-    {"S", "CSPBRK_s", 's', "9"}, {"S", "CSPBRK_b", 's', "9"}, {"S", "CSPBRK_d", 's', "9"},
+    {"S", "CHARSBRK_d", 's', "5"}, {"S", "CSBRK_r", 's', "6"}, {"S", "CSBRK_s", 's', "6"}, {"S", "CSBRK_b", 's', "6"},
+    {"S", "CSBRK_d", 's', "6"}, {"S", "CSPBRK_r", 's', "9"}, {"S", "CSPBRK_s", 's', "9"}, {"S", "CSPBRK_b", 's', "9"},
+    {"S", "CSPBRK_d", 's', "9"},
     // [B17] output switches
-    {"B17", "CU8", 'b', "1"}, {"B17", "ASW", 'b', "1"}, {"B17", "AFF", 'b', "0"}, {"B17", "BCD", 'b', "0"},
-    {"B17", "BSD", 'b', "1"},
+    {"B17", "CU8", 'b', "1", &DataSyntax::ConvertUint8}, {"B17", "ASW", 'b', "1"}, {"B17", "AFF", 'b', "0"},
+    {"B17", "BCD", 'b', "0", &ConversionSession::CoordinatesDescriptors},
+    {"B17", "BSD", 'b', "1", &ConversionSession::SizeDescriptors},
     // [B7] output and export switches, with the per-font-kind variants `_r`, `_s`, `_b`, `_d`
-    {"B7", "fbo", 'b', "1"}, {"B7", "rgb2", 'b', "0"}, {"B7", "limf", 'b', "0"}, {"B7", "nde", 'b', "0"},
-    {"B7", "ndcp", 'b', "1"}, {"B7", "vxma", 'b', "0"}, {"B7", "exm2", 'b', "0"}, {"B7", "exm3", 'b', "0"},
-    {"B7", "exm22", 'b', "0"}, {"B7", "exm32", 'b', "0"}, {"B7", "ncodehc", 'b', "0"},
+    {"B7", "fbo", 'b', "1"}, {"B7", "rgb2", 'b', "0", &ConversionSession::SwapFirstLast}, {"B7", "limf", 'b', "0"},
+    {"B7", "nde", 'b', "0"}, {"B7", "ndcp", 'b', "1"}, {"B7", "vxma", 'b', "0"}, {"B7", "exm2", 'b', "0"},
+    {"B7", "exm3", 'b', "0"}, {"B7", "exm22", 'b', "0"}, {"B7", "exm32", 'b', "0"}, {"B7", "ncodehc", 'b', "0"},
     {"B7", "ncodeh", 'b', "0"}, {"B7", "nodesch", 'b', "0"}, {"B7", "wxof", 'b', "1"}, {"B7", "wyof", 'b', "1"},
     {"B7", "uoffs", 'b', "1"}, {"B7", "wfhe", 'b', "1"}, {"B7", "slc", 'b', "0"}, {"B7", "rdcc", 'b', "1"},
     {"B7", "cbu", 'b', "1"}, {"B7", "wcsp_r", 'b', "1"}, {"B7", "wcsp_s", 'b', "1"}, {"B7", "wcsp_b", 'b', "1"},
-    {"B7", "wcsp_d", 'b', "0"}, {"B7", "wxof_r", 'b', "1"}, {"B7", "wxof_s", 'b', "1"},
-    {"B7", "wxof_b", 'b', "1"}, {"B7", "wxof_d", 'b', "0"}, {"B7", "wyof_r", 'b', "1"},
-    {"B7", "wyof_s", 'b', "1"}, {"B7", "wyof_b", 'b', "1"}, {"B7", "wyof_d", 'b', "0"},
-    {"B7", "wsta_r", 'b', "1"}, {"B7", "wsta_s", 'b', "1"}, {"B7", "wsta_b", 'b', "1"},
-    {"B7", "wsta_d", 'b', "0"}, {"B7", "wsta2_r", 'b', "1"}, {"B7", "wsta2_s", 'b', "1"},
-    {"B7", "wsta2_b", 'b', "1"}, {"B7", "wsta2_d", 'b', "0"}, {"B7", "descsz_r", 'b', "1"},
-    {"B7", "descsz_s", 'b', "1"}, {"B7", "descsz_b", 'b', "1"}, {"B7", "descsz_d", 'b', "0"},
-    {"B7", "descsz2_r", 'b', "1"}, {"B7", "descsz2_s", 'b', "1"}, {"B7", "descsz2_b", 'b', "1"},
-    {"B7", "descsz2_d", 'b', "0"}, {"B7", "csbits_r", 'b', "1"}, {"B7", "csbits_s", 'b', "1"},
-    {"B7", "csbits_b", 'b', "1"}, {"B7", "csbits_d", 'b', "0"}, {"B7", "csbits2_r", 'b', "1"},
-    {"B7", "csbits2_s", 'b', "1"}, {"B7", "csbits2_b", 'b', "1"}, {"B7", "csbits2_d", 'b', "0"},
-    {"B7", "wua_r", 'b', "1"}, {"B7", "wua_s", 'b', "1"}, {"B7", "wua_b", 'b', "1"}, {"B7", "wua_d", 'b', "0"},
-    {"B7", "wiw_r", 'b', "1"}, {"B7", "wiw_s", 'b', "1"}, {"B7", "wiw_b", 'b', "1"}, {"B7", "wiw_d", 'b', "1"},
-    {"B7", "wih_r", 'b', "1"}, {"B7", "wih_s", 'b', "1"}, {"B7", "wih_b", 'b', "1"}, {"B7", "wih_d", 'b', "0"},
-    {"B7", "wsta", 'b', "1"}, {"B7", "wsta2b", 'b', "0"}, {"B7", "wua", 'b', "1"}, {"B7", "wiw", 'b', "1"},
-    {"B7", "wih", 'b', "1"}, {"B7", "wcsp", 'b', "1"},
+    {"B7", "wcsp_d", 'b', "0"}, {"B7", "wxof_r", 'b', "1"}, {"B7", "wxof_s", 'b', "1"}, {"B7", "wxof_b", 'b', "1"},
+    {"B7", "wxof_d", 'b', "0"}, {"B7", "wyof_r", 'b', "1"}, {"B7", "wyof_s", 'b', "1"}, {"B7", "wyof_b", 'b', "1"},
+    {"B7", "wyof_d", 'b', "0"}, {"B7", "wsta_r", 'b', "1"}, {"B7", "wsta_s", 'b', "1"}, {"B7", "wsta_b", 'b', "1"},
+    {"B7", "wsta_d", 'b', "0"}, {"B7", "wsta2_r", 'b', "1"}, {"B7", "wsta2_s", 'b', "1"}, {"B7", "wsta2_b", 'b', "1"},
+    {"B7", "wsta2_d", 'b', "0"}, {"B7", "descsz_r", 'b', "1"}, {"B7", "descsz_s", 'b', "1"},
+    {"B7", "descsz_b", 'b', "1"}, {"B7", "descsz_d", 'b', "0"}, {"B7", "descsz2_r", 'b', "1"},
+    {"B7", "descsz2_s", 'b', "1"}, {"B7", "descsz2_b", 'b', "1"}, {"B7", "descsz2_d", 'b', "0"},
+    {"B7", "csbits_r", 'b', "1"}, {"B7", "csbits_s", 'b', "1"}, {"B7", "csbits_b", 'b', "1"},
+    {"B7", "csbits_d", 'b', "0"}, {"B7", "csbits2_r", 'b', "1"}, {"B7", "csbits2_s", 'b', "1"},
+    {"B7", "csbits2_b", 'b', "1"}, {"B7", "csbits2_d", 'b', "0"}, {"B7", "wua_r", 'b', "1"}, {"B7", "wua_s", 'b', "1"},
+    {"B7", "wua_b", 'b', "1"}, {"B7", "wua_d", 'b', "0"}, {"B7", "wiw_r", 'b', "1"}, {"B7", "wiw_s", 'b', "1"},
+    {"B7", "wiw_b", 'b', "1"}, {"B7", "wiw_d", 'b', "1"}, {"B7", "wih_r", 'b', "1"}, {"B7", "wih_s", 'b', "1"},
+    {"B7", "wih_b", 'b', "1"}, {"B7", "wih_d", 'b', "0"}, {"B7", "wsta", 'b', "1"}, {"B7", "wsta2b", 'b', "0"},
+    {"B7", "wua", 'b', "1"}, {"B7", "wiw", 'b', "1"}, {"B7", "wih", 'b', "1"}, {"B7", "wcsp", 'b', "1"},
     // [B13] stay-on-top switches and serial switches
-    {"B13", "exsot", 'b', "0"}, {"B13", "ex2sot", 'b', "0"}, {"B13", "imsot", 'b', "0"},
-    {"B13", "lcdsot", 'b', "0"}, {"B13", "brsot", 'b', "0"}, {"B13", "assot", 'b', "0"},
-    {"B13", "cosot", 'b', "0"}, {"B13", "adjsot", 'b', "0"}, {"B13", "pixsot", 'b', "0"},
-    {"B13", "ESOT", 'b', "0"}, {"B13", "E2SOT", 'b', "0"}, {"B13", "ASOT", 'b', "0"}, {"B13", "ISOT", 'b', "0"},
-    {"B13", "PSOT", 'b', "0"}, {"B13", "crlf", 'b', "1"}, {"B13", "rs48", 'b', "0"},
+    {"B13", "exsot", 'b', "0"}, {"B13", "ex2sot", 'b', "0"}, {"B13", "imsot", 'b', "0"}, {"B13", "lcdsot", 'b', "0"},
+    {"B13", "brsot", 'b', "0"}, {"B13", "assot", 'b', "0"}, {"B13", "cosot", 'b', "0"}, {"B13", "adjsot", 'b', "0"},
+    {"B13", "pixsot", 'b', "0"}, {"B13", "ESOT", 'b', "0"}, {"B13", "E2SOT", 'b', "0"}, {"B13", "ASOT", 'b', "0"},
+    {"B13", "ISOT", 'b', "0"}, {"B13", "PSOT", 'b', "0"}, {"B13", "crlf", 'b', "1"},
+    {"B13", "rs48", 'b', "0", {}, "unwritten"},
     // [B3] paging scheme switches
     {"B3", "tla", 'b', "0"}, {"B3", "tra", 'b', "0"}, {"B3", "tl", 'b', "0"}, {"B3", "tr", 'b', "1"},
     {"B3", "td", 'b', "0"}, {"B3", "tu", 'b', "0"}, {"B3", "tua", 'b', "0"}, {"B3", "tda", 'b', "0"},
     // [B2] canvas, matrix and header switches
-    {"B2", "MSBF", 'b', "1"}, {"B2", "NOMAT", 'b', "0"}, {"B2", "CCBM", 'b', "0"}, {"B2", "UMATB", 'b', "0"},
-    {"B2", "FSM", 'b', "1"}, {"B2", "RSHAP", 'b', "1"}, {"B2", "EX2H", 'b', "0"}, {"B2", "EXH", 'b', "0"},
-    {"B2", "SWRG", 'b', "0"}, {"B2", "HCO", 'b', "0"}, {"B2", "CORN1", 'b', "1"}, {"B2", "CORN2", 'b', "0"},
-    {"B2", "CORN3", 'b', "0"}, {"B2", "CORN4", 'b', "0"}, {"B2", "DESC", 'b', "0"}, {"B2", "USELS", 'b', "0"},
-    {"B2", "USmat", 'b', "0"}, {"B2", "GWI", 'i', "128"}, {"B2", "GHI", 'i', "64"}, {"B2", "BTODOC", 'b', "1"},
-    {"B2", "RTLFO", 'b', "0"}, {"B2", "OUTLF", 'b', "0"}, {"B2", "LOOP", 'b', "1"}, {"B2", "WORIG", 'b', "0"},
-    {"B2", "WSIZE", 'b', "0"}, {"B2", "LCDSI", 'b', "1"}, {"B2", "FISC", 'b', "0"}, {"B2", "LCDDEL", 'b', "0"},
-    {"B2", "DELAY", 'b', "0"}, {"B2", "DElas", 'b', "0"}, {"B2", "Ecli", 'b', "1"}, {"B2", "PLAYMS", 'b', "0"},
-    {"B2", "ccomp", 'b', "0"}, {"B2", "asrg", 'b', "0"}, {"B2", "SHBLU", 'b', "1"}, {"B2", "SHTUT", 'b', "1"},
-    {"B2", "SHSER", 'b', "0"}, {"B2", "SHANI", 'b', "0"}, {"B2", "SHBAT", 'b', "0"}, {"B2", "SHTOU", 'b', "0"},
-    {"B2", "SHVECT", 'b', "0"}, {"B2", "SHCPAL", 'b', "0"},
+    {"B2", "MSBF", 'b', "1", &ConversionSession::BigEndian}, {"B2", "NOMAT", 'b', "0", &Globals::NoMatrixMode},
+    {"B2", "CCBM", 'b', "0"}, {"B2", "UMATB", 'b', "0", &Globals::UserMatrix}, {"B2", "FSM", 'b', "1", {}, "writes:2"},
+    {"B2", "RSHAP", 'b', "1", {}, "writes:2"}, {"B2", "EX2H", 'b', "0"}, {"B2", "EXH", 'b', "0"},
+    {"B2", "SWRG", 'b', "0"},
+    {"B2", "HCO", 'b', "0"}, {"B2", "CORN1", 'b', "1"}, {"B2", "CORN2", 'b', "0"}, {"B2", "CORN3", 'b', "0"},
+    {"B2", "CORN4", 'b', "0"}, {"B2", "DESC", 'b', "0"}, {"B2", "USELS", 'b', "0"},
+    {"B2", "USmat", 'b', "0", &Globals::UserMatrix}, {"B2", "GWI", 'i', "128", &Globals::MatrixWidth, "range:1:1024"},
+    {"B2", "GHI", 'i', "64", &Globals::MatrixHeight, "range:1:768"}, {"B2", "BTODOC", 'b', "1"},
+    {"B2", "RTLFO", 'b', "0"},
+    {"B2", "OUTLF", 'b', "0"}, {"B2", "LOOP", 'b', "1"},
+    {"B2", "WORIG", 'b', "0", &ConversionSession::GraphicPositionInData},
+    {"B2", "WSIZE", 'b', "0", &ConversionSession::GraphicSizeInData},
+    {"B2", "LCDSI", 'b', "1", &ClipSyntax::withPositionAndSize}, {"B2", "FISC", 'b', "0"}, {"B2", "LCDDEL", 'b', "0"},
+    {"B2", "DELAY", 'b', "0", &ClipSyntax::withDelay}, {"B2", "DElas", 'b', "0", &ClipSyntax::delayAfterLastFrame},
+    {"B2", "Ecli", 'b', "1", &ClipSyntax::enabled}, {"B2", "PLAYMS", 'b', "0"}, {"B2", "ccomp", 'b', "0"},
+    {"B2", "asrg", 'b', "0"}, {"B2", "SHBLU", 'b', "1"}, {"B2", "SHTUT", 'b', "1"}, {"B2", "SHSER", 'b', "0"},
+    {"B2", "SHANI", 'b', "0"}, {"B2", "SHBAT", 'b', "0"}, {"B2", "SHTOU", 'b', "0"}, {"B2", "SHVECT", 'b', "0"},
+    {"B2", "SHCPAL", 'b', "0"},
     // [B10] tool and panel numbers
-    {"B10", "DEA", 'i', "0"}, {"B10", "SCOL", 'i', "-1"}, {"B10", "HCO", 'i', "0"}, {"B10", "A1X", 'i', "0"},
+    {"B10", "DEA", 'i', "0"}, {"B10", "SCOL", 'i', "-1", {}, "range:-1:16777215"}, {"B10", "HCO", 'i', "0"},
+    {"B10", "A1X", 'i', "0"},
     {"B10", "A1Y", 'i', "0"}, {"B10", "TMA", 'i', "99"}, {"B10", "TMI", 'i', "0"}, {"B10", "AOF", 'i', "0"},
     {"B10", "TBI", 'i', "3"}, {"B10", "COPDN", 'i', "0"}, {"B10", "IMD", 'i', "0"}, {"B10", "ASD", 'i', "0"},
     {"B10", "ADD", 'i', "0"}, {"B10", "PFD", 'i', "0"}, {"B10", "EFD", 'i', "0"}, {"B10", "E2D", 'i', "0"},
-    {"B10", "LFD", 'i', "0"}, {"B10", "EXLE", 'i', "120"}, {"B10", "EXTO", 'i', "60"},
-    {"B10", "WBITS", 'i', "0"},
+    {"B10", "LFD", 'i', "0"}, {"B10", "EXLE", 'i', "120"}, {"B10", "EXTO", 'i', "60"}, {"B10", "WBITS", 'i', "0"},
     // [SX] serial link
     {"SX", "COMP", '?', ""}, {"SX", "COMB", 's', "9600"}, {"SX", "COMS", 's', "1"}, {"SX", "COMPA", 's', ""},
     {"SX", "COMD", 's', "8"}, {"SX", "FCTR", 's', ""}, {"SX", "TERMI", '?', ""},
     // [I11] canvas numbers
-    {"I11", "OINT", 'i', "16"}, {"I11", "ORGC", 'i', "16"},
+    {"I11", "OINT", 'i', "16"}, {"I11", "ORGC", 'i', "16", &DataSyntax::DataPerLine, "range:1:150"},
     // [S13] output syntax and window placement strings
     {"S13", "feolst", 's', ","}, {"S13", "prpopr", 's', "ConvertMultipleGraphicFiles.SPP"},
-    {"S13", "cstrt", '?', ""}, {"S13", "eolst", '?', ""}, {"S13", "eofbl", '?', ""}, {"S13", "sepst", 's', ","},
-    {"S13", "ppfpf", '?', ""}, {"S13", "cpfr", '?', ""}, {"S13", "dperl", '?', ""}, {"S13", "et2", 's', "600"},
+    {"S13", "cstrt", '?', "", &DataSyntax::CustomComment, "len:5"},
+    {"S13", "eolst", '?', "", &DataSyntax::EolString, "len:5"},
+    {"S13", "eofbl", '?', ""}, {"S13", "sepst", 's', ",", &DataSyntax::SeparatorString}, {"S13", "ppfpf", '?', ""},
+    {"S13", "cpfr", '?', "", &DataSyntax::LinePrefix2, "len:8"}, {"S13", "dperl", '?', ""}, {"S13", "et2", 's', "600"},
     {"S13", "etl2", 's', "60"}, {"S13", "ew2", 's', "1000"}, {"S13", "ew1", 's', "1100"},
-    {"S13", "vew1", 's', "900"}, {"S13", "eh2", 's', "759"}, {"S13", "eta2", 's', "1"},
+    {"S13", "vew1", 's', "900", {}, "writeas:wew1"},
+    {"S13", "eh2", 's', "759"}, {"S13", "eta2", 's', "1"},
     // [S2] value and kerning syntax
-    {"S2", "LCDW", 's', "100"}, {"S2", "SFONT", 's', "Arial"}, {"S2", "SFSTY", '?', ""},
-    {"S2", "KERLEND", 's', "},"}, {"S2", "KERLBEG", 's', "{"}, {"S2", "KERTBEG", 's', "{"},
-    {"S2", "KERTEND", 's', "};"}, {"S2", "KERSUF", 's', "[120][3]= "}, {"S2", "KERPREF", 's', "int "},
-    {"S2", "VALSUF", '?', ""}, {"S2", "VALpref", '?', ""},
+    {"S2", "LCDW", 's', "100"}, {"S2", "SFONT", 's', "Arial"}, {"S2", "SFSTY", '?', ""}, {"S2", "KERLEND", 's', "},"},
+    {"S2", "KERLBEG", 's', "{"}, {"S2", "KERTBEG", 's', "{"}, {"S2", "KERTEND", 's', "};"},
+    {"S2", "KERSUF", 's', "[120][3]= "}, {"S2", "KERPREF", 's', "int "},
+    {"S2", "VALSUF", '?', "", &DataSyntax::DataSuffix, "len:10"},
+    {"S2", "VALpref", '?', "", &DataSyntax::DataPrefix, "len:10"},
     // [I2] colours and sizes
-    {"I2", "BGCO", 'i', "16777215"}, {"I2", "DOCOL", 'i', "0"}, {"I2", "FSELH", 'i', "0"},
-    {"I2", "FSELW", 'i', "0"}, {"I2", "MATH", 'i', "0"}, {"I2", "MATW", 'i', "0"}, {"I2", "PSHCOL", 'i', "255"},
-    {"I2", "CRHCOL", 'i', "8421376"}, {"I2", "SFONS", 'i', "10"}, {"I2", "ASPEE", 'i', "150"},
+    {"I2", "BGCO", 'i', "16777215", {}, "range:0:16777215"}, {"I2", "DOCOL", 'i', "0", {}, "range:0:16777215"},
+    {"I2", "FSELH", 'i', "0"}, {"I2", "FSELW", 'i', "0"},
+    {"I2", "MATH", 'i', "0"}, {"I2", "MATW", 'i', "0"}, {"I2", "PSHCOL", 'i', "255", {}, "range:0:16777215"},
+    {"I2", "CRHCOL", 'i', "8421376", {}, "range:0:16777215"},
+    {"I2", "SFONS", 'i', "10"}, {"I2", "ASPEE", 'i', "150"},
     // [B11] pixels per byte
-    {"B11", "PPB", 'i', "8"},
+    {"B11", "PPB", 'i', "8", &ConversionSession::PixelsPerByteSetting, "range:1:8"},
     // [S3] include, function and delay syntax
-    {"S3", "INCSYN", 's', "#include "}, {"S3", "INCSSYN", 's', "<"}, {"S3", "INCESYN", 's', ">"},
-    {"S3", "FPREF", 's', "void"}, {"S3", "FSUFF", 's', "(void)"}, {"S3", "LCDBS", 's', "{"},
-    {"S3", "ENDSYN", 's', "};"}, {"S3", "SEPASY", '?', ""}, {"S3", "DELSYN", 's', "delay"},
-    {"S3", "DELSTA", 's', "("}, {"S3", "DELEND", 's', ")"}, {"S3", "LCOMPS", 's', "GLCD_xBitmap"},
-    {"S3", "LSTAS", 's', "("}, {"S3", "LSTOEFF", '?', ""}, {"S3", "LSTOAN", '?', ""}, {"S3", "LSTOB2", '?', ""},
-    {"S3", "LSTNB2", '?', ""}, {"S3", "LENDS", 's', ")"},
+    {"S3", "INCSYN", 's', "#include ", &ClipSyntax::include}, {"S3", "INCSSYN", 's', "<", &ClipSyntax::includeStart},
+    {"S3", "INCESYN", 's', ">", &ClipSyntax::includeEnd}, {"S3", "FPREF", 's', "void", &ClipSyntax::functionPrefix},
+    {"S3", "FSUFF", 's', "(void)", &ClipSyntax::functionSuffix}, {"S3", "LCDBS", 's', "{", &ClipSyntax::begin},
+    {"S3", "ENDSYN", 's', "};", &ClipSyntax::end}, {"S3", "SEPASY", '?', "", &ClipSyntax::separator},
+    {"S3", "DELSYN", 's', "delay", &ClipSyntax::delay}, {"S3", "DELSTA", 's', "(", &ClipSyntax::delayStart},
+    {"S3", "DELEND", 's', ")", &ClipSyntax::delayEnd},
+    {"S3", "LCOMPS", 's', "GLCD_xBitmap", &ClipSyntax::compressedCall},
+    {"S3", "LSTAS", 's', "(", &ClipSyntax::callStart}, {"S3", "LSTOEFF", '?', ""}, {"S3", "LSTOAN", '?', ""},
+    {"S3", "LSTOB2", '?', ""}, {"S3", "LSTNB2", '?', ""}, {"S3", "LENDS", 's', ")", &ClipSyntax::callEnd},
     // [I1] corner and colour choices
     {"I1", "MCORN", 'i', "1"}, {"I1", "HSPE", 'i', "1"}, {"I1", "TRCOLOR", 'i', "1"},
     // [B1] main group of switches
     {"B1", "Trans16", 'b', "0"}, {"B1", "Trans256", 'b', "0"}, {"B1", "Chfren", 'b', "0"},
-    {"B1", "bw8", 'b', "1"}, {"B1", "lgon", 'b', "0"}, {"B1", "ckol", 'b', "1"}, {"B1", "wwrap", 'b', "0"},
-    {"B1", "Lnumb", 'b', "0"}, {"B1", "Neg", 'b', "0"}, {"B1", "Wrack", 'b', "1"}, {"B1", "D8bc", 'b', "1"},
-    {"B1", "D16bc", 'b', "0"}, {"B1", "D32bc", 'b', "0"}, {"B1", "DHec", 'b', "0"}, {"B1", "DIHec", 'b', "0"},
-    {"B1", "Autf", 'b', "0"}, {"B1", "Antia", 'b', "0"}, {"B1", "SaAf", 's', ".BMP"}, {"B1", "Usit", 'b', "1"},
-    {"B1", "Fomask", 'b', "0"}, {"B1", "Impfn", 'b', "1"}, {"B1", "Addof", 'b', "0"}, {"B1", "snib", 'b', "0"},
+    {"B1", "bw8", 'b', "1", &ConversionSession::Not6bit}, {"B1", "lgon", 'b', "0"}, {"B1", "ckol", 'b', "1"},
+    {"B1", "wwrap", 'b', "0"}, {"B1", "Lnumb", 'b', "0"}, {"B1", "Neg", 'b', "0"}, {"B1", "Wrack", 'b', "1"},
+    {"B1", "D8bc", 'b', "1"}, {"B1", "D16bc", 'b', "0"}, {"B1", "D32bc", 'b', "0"}, {"B1", "DHec", 'b', "0"},
+    {"B1", "DIHec", 'b', "0"}, {"B1", "Autf", 'b', "0"}, {"B1", "Antia", 'b', "0"}, {"B1", "SaAf", 's', ".BMP"},
+    {"B1", "Usit", 'b', "1"}, {"B1", "Fomask", 'b', "0"}, {"B1", "Impfn", 'b', "1"},
+    {"B1", "Addof", 'b', "0", &DataSyntax::LeadingZero}, {"B1", "snib", 'b', "0", &ConversionSession::SwapNibble},
     {"B1", "Pamovc", 'b', "1"}, {"B1", "Rawd", 'b', "0"}, {"B1", "Rawd2", 'b', "1"}, {"B1", "DMDs", 'b', "0"},
     {"B1", "gsch", 'b', "0"}, {"B1", "ST7", 'b', "0"}, {"B1", "Logws", 'b', "0"}, {"B1", "WelcomeWs", 'b', "0"},
-    {"B1", "Adjws", 'b', "0"}, {"B1", "LcdWs", 'b', "0"}, {"B1", "AsciiWs", 'b', "1"},
-    {"B1", "MainWs", 'b', "0"}, {"B1", "ConfWs", 'b', "0"}, {"B1", "PixelWs", 'b', "0"},
-    {"B1", "ImageWs", 'b', "1"}, {"B1", "ExploWs", 'b', "1"}, {"B1", "VectoWs", 'b', "1"},
-    {"B1", "HidD", 'b', "0"}, {"B1", "BarVi", 'b', "0"}, {"B1", "ColRx", 'b', "0"}, {"B1", "Noonts", 'b', "0"},
-    {"B1", "Noh", 'b', "0"}, {"B1", "Nodcom", 'b', "0"}, {"B1", "Autop", 'b', "0"}, {"B1", "dellas", 'b', "1"},
-    {"B1", "delallas", 'b', "0"}, {"B1", "descsz", 'b', "1"}, {"B1", "descsz2b", 'b', "0"},
-    {"B1", "csbits", 'b', "1"}, {"B1", "csbits2b", 'b', "0"}, {"B1", "Autpf", 'b', "0"},
-    {"B1", "LineN", 'b', "0"}, {"B1", "WithSp", 'b', "1"}, {"B1", "MDApp", 'b', "0"}, {"B1", "ExMD", 'b', "0"},
-    {"B1", "Wap", 'b', "0"}, {"B1", "Wap1", 'b', "0"}, {"B1", "Dnask", 'b', "1"}, {"B1", "Dnapo", 'b', "1"},
-    {"B1", "Ediins", 'b', "0"}, {"B1", "TRPNG", 'b', "0"}, {"B1", "Sile", 'b', "0"}, {"B1", "Touih", 'b', "0"},
-    {"B1", "BrOff", 'b', "1"}, {"B1", "Expws2", 'b', "1"}, {"B1", "VecBarO", 'b', "0"},
-    {"B1", "VecBl", 'b', "0"}, {"B1", "VecLiOn", 'b', "1"}, {"B1", "VecCiOn", 'b', "1"},
-    {"B1", "VecReOn", 'b', "1"}, {"B1", "VecRodOn", 'b', "1"}, {"B1", "VecPon", 'b', "0"},
-    {"B1", "VecTOn", 'b', "0"}, {"B1", "VecaOn", 'b', "0"}, {"B1", "VecVOn", 'b', "0"},
-    {"B1", "VecHli", 'b', "0"}, {"B1", "VecFi", 'b', "0"}, {"B1", "ecRleWOn", 'b', "0"},
-    {"B1", "VedReleWn", 'b', "0"}, {"B1", "VesweWed", 'b', "0"}, {"B1", "VesFRwe", 'b', "0"},
-    {"B1", "VesFRRwe", 'b', "0"}, {"B1", "VesFFCwe", 'b', "0"}, {"B1", "VecFn", 'b', "0"},
-    {"B1", "VecFRn", 'b', "1"}, {"B1", "VecFRRn", 'b', "1"}, {"B1", "VecFCn", 'b', "1"},
-    {"B1", "VecGotoXYOn", 'b', "0"}, {"B1", "VecCSn", 'b', "0"}, {"B1", "VecIFFC", 'b', "0"},
-    {"B1", "VecIFC", 'b', "0"}, {"B1", "VecIFFR", 'b', "0"}, {"B1", "VecIFR", 'b', "0"},
-    {"B1", "VecIFRR", 'b', "0"}, {"B1", "VecIFFRR", 'b', "0"}, {"B1", "VecColn", 'b', "0"},
-    {"B1", "explom2", 'b', "0"}, {"B1", "GSile", 'b', "0"}, {"B1", "Capp", 'b', "0"},
-    {"B1", "Cendes", 'b', "0"}, {"B1", "CendeM", 'b', "0"}, {"B1", "Invcp", 'b', "0"},
-    {"B1", "ShwAdre", 'b', "1"}, {"B1", "ShwT", 'b', "1"}, {"B1", "ShowSe", 'b', "1"}, {"B1", "dore", 'b', "0"},
-    {"B1", "HexRo", 'b', "1"},
+    {"B1", "Adjws", 'b', "0"}, {"B1", "LcdWs", 'b', "0"}, {"B1", "AsciiWs", 'b', "1"}, {"B1", "MainWs", 'b', "0"},
+    {"B1", "ConfWs", 'b', "0"}, {"B1", "PixelWs", 'b', "0"}, {"B1", "ImageWs", 'b', "1"}, {"B1", "ExploWs", 'b', "1"},
+    {"B1", "VectoWs", 'b', "1"}, {"B1", "HidD", 'b', "0"}, {"B1", "BarVi", 'b', "0"},
+    {"B1", "ColRx", 'b', "0", &DataSyntax::Groups}, {"B1", "Noonts", 'b', "0", &DataSyntax::NoComments},
+    {"B1", "Noh", 'b', "0", &DataSyntax::NoHeader}, {"B1", "Nodcom", 'b', "0", &DataSyntax::NoDataComments},
+    {"B1", "Autop", 'b', "0"}, {"B1", "dellas", 'b', "1", &DataSyntax::DeleteVeryLastOne},
+    {"B1", "delallas", 'b', "0", &DataSyntax::DeleteAllLastOnes}, {"B1", "descsz", 'b', "1"},
+    {"B1", "descsz2b", 'b', "0"}, {"B1", "csbits", 'b', "1"}, {"B1", "csbits2b", 'b', "0"}, {"B1", "Autpf", 'b', "0"},
+    {"B1", "LineN", 'b', "0", &DataSyntax::LineNumbers}, {"B1", "WithSp", 'b', "1", &DataSyntax::SpaceBetweenData},
+    {"B1", "MDApp", 'b', "0"}, {"B1", "ExMD", 'b', "0"}, {"B1", "Wap", 'b', "0"}, {"B1", "Wap1", 'b', "0"},
+    {"B1", "Dnask", 'b', "1", &Globals::AlwaysOverwrite}, {"B1", "Dnapo", 'b', "1"}, {"B1", "Ediins", 'b', "0"},
+    {"B1", "TRPNG", 'b', "0"}, {"B1", "Sile", 'b', "0"}, {"B1", "Touih", 'b', "0"}, {"B1", "BrOff", 'b', "1"},
+    {"B1", "Expws2", 'b', "1"}, {"B1", "VecBarO", 'b', "0"}, {"B1", "VecBl", 'b', "0"}, {"B1", "VecLiOn", 'b', "1"},
+    {"B1", "VecCiOn", 'b', "1"}, {"B1", "VecReOn", 'b', "1"}, {"B1", "VecRodOn", 'b', "1"}, {"B1", "VecPon", 'b', "0"},
+    {"B1", "VecTOn", 'b', "0"}, {"B1", "VecaOn", 'b', "0"}, {"B1", "VecVOn", 'b', "0"}, {"B1", "VecHli", 'b', "0"},
+    {"B1", "VecFi", 'b', "0"}, {"B1", "ecRleWOn", 'b', "0"}, {"B1", "VedReleWn", 'b', "0"},
+    {"B1", "VesweWed", 'b', "0"}, {"B1", "VesFRwe", 'b', "0"}, {"B1", "VesFRRwe", 'b', "0"},
+    {"B1", "VesFFCwe", 'b', "0"}, {"B1", "VecFn", 'b', "0"}, {"B1", "VecFRn", 'b', "1"}, {"B1", "VecFRRn", 'b', "1"},
+    {"B1", "VecFCn", 'b', "1"}, {"B1", "VecGotoXYOn", 'b', "0"}, {"B1", "VecCSn", 'b', "0"},
+    {"B1", "VecIFFC", 'b', "0"}, {"B1", "VecIFC", 'b', "0"}, {"B1", "VecIFFR", 'b', "0"}, {"B1", "VecIFR", 'b', "0"},
+    {"B1", "VecIFRR", 'b', "0"}, {"B1", "VecIFFRR", 'b', "0"}, {"B1", "VecColn", 'b', "0"}, {"B1", "explom2", 'b', "0"},
+    {"B1", "GSile", 'b', "0"}, {"B1", "Capp", 'b', "0", &Globals::ConsoleMode}, {"B1", "Cendes", 'b', "0"},
+    {"B1", "CendeM", 'b', "0"},
+    {"B1", "Invcp", 'b', "0"}, {"B1", "ShwAdre", 'b', "1"}, {"B1", "ShwT", 'b', "1"}, {"B1", "ShowSe", 'b', "1"},
+    {"B1", "dore", 'b', "0", &ConversionSession::ReorderOn}, {"B1", "HexRo", 'b', "1"},
     // [S4] colour mode switches
-    {"S4", "lcdUncomp", 's', "GLCD_Bitmap"}, {"S4", "FontFP", '?', ""}, {"S4", "Moni", 'b', "0"},
-    {"S4", "Monc", 'b', "1"}, {"S4", "C256", 'b', "0"}, {"S4", "G256", 'b', "0"}, {"S4", "G256F", 'b', "1"},
-    {"S4", "G256NG", 'b', "1"}, {"S4", "ANTALQ", 'b', "1"}, {"S4", "C256NP", 'b', "0"}, {"S4", "C16", 'b', "0"},
-    {"S4", "C8", 'b', "0"}, {"S4", "C4096", 'b', "0"}, {"S4", "C65535", 'b', "0"}, {"S4", "C18", 'b', "0"},
-    {"S4", "C18u", 'b', "0"}, {"S4", "G16", 'b', "0"}, {"S4", "G4", 'b', "0"}, {"S4", "G42", 'b', "0"},
-    {"S4", "G32", 'b', "0"}, {"S4", "RGRA", 'b', "0"}, {"S4", "GRL32", 'b', "0"}, {"S4", "C16M", 'b', "0"},
-    {"S4", "PM", 'b', "0"}, {"S4", "RGBA", 'b', "0"},
+    {"S4", "lcdUncomp", 's', "GLCD_Bitmap", &ClipSyntax::call}, {"S4", "FontFP", '?', "", &Globals::FontsRole},
+    {"S4", "Moni", 'b', "0"}, {"S4", "Monc", 'b', "1"}, {"S4", "C256", 'b', "0"}, {"S4", "G256", 'b', "0"},
+    {"S4", "G256F", 'b', "1"}, {"S4", "G256NG", 'b', "1"}, {"S4", "ANTALQ", 'b', "1"}, {"S4", "C256NP", 'b', "0"},
+    {"S4", "C16", 'b', "0"}, {"S4", "C8", 'b', "0"}, {"S4", "C4096", 'b', "0"}, {"S4", "C65535", 'b', "0"},
+    {"S4", "C18", 'b', "0"}, {"S4", "C18u", 'b', "0"}, {"S4", "G16", 'b', "0"}, {"S4", "G4", 'b', "0"},
+    {"S4", "G42", 'b', "0"}, {"S4", "G32", 'b', "0"}, {"S4", "RGRA", 'b', "0"}, {"S4", "GRL32", 'b', "0"},
+    {"S4", "C16M", 'b', "0"}, {"S4", "PM", 'b', "0"}, {"S4", "RGBA", 'b', "0", &ConversionSession::Rgba},
     // [S5] touch panel script syntax
-    {"S5", "tfp1", '?', ""}, {"S5", "tfp4", 's', "SetRegionX1"}, {"S5", "tfp5", 's', "SetRegionX2"},
-    {"S5", "tfp6", 's', "SetRegionY1"}, {"S5", "tfp7", 's', "SetRegionY2"}, {"S5", "tfp8", 's', "int "},
-    {"S5", "tfp9", 's', "(void)"}, {"S5", "tfp10", 's', "{"}, {"S5", "tfp11", 's', "};"},
-    {"S5", "tfp12", 's', "return "}, {"S5", "tfp14", 's', "0AA"}, {"S5", "tfp13", 's', "vsReport"},
+    {"S5", "tfp1", '?', "", &Globals::TouchRole}, {"S5", "tfp4", 's', "SetRegionX1"},
+    {"S5", "tfp5", 's', "SetRegionX2"}, {"S5", "tfp6", 's', "SetRegionY1"}, {"S5", "tfp7", 's', "SetRegionY2"},
+    {"S5", "tfp8", 's', "int "}, {"S5", "tfp9", 's', "(void)"}, {"S5", "tfp10", 's', "{"}, {"S5", "tfp11", 's', "};"},
+    {"S5", "tfp12", 's', "return "}, {"S5", "tfp14", 's', "0AA", &Globals::FillerText},
+    {"S5", "tfp13", 's', "vsReport"},
     // [I5] touch numbers
-    {"I5", "tfp2", 'i', "0"}, {"I5", "tfp3", 'i', "8"}, {"I5", "splex", 'i', "270"},
-    {"I5", "trco", 'i', "8388736"},
+    {"I5", "tfp2", 'i', "0"}, {"I5", "tfp3", 'i', "8"}, {"I5", "splex", 'i', "270", {}, "writes:2"},
+    {"I5", "trco", 'i', "8388736", {}, "range:0:16777215"},
     // [S6] panel sizes
     {"S6", "mfw", 'i', "900"}, {"S6", "mfh", 'i', "50"}, {"S6", "mft", 'i', "0"}, {"S6", "mfl", 'i', "0"},
     // [S7] batch names and window placement
-    {"S7", "pprof", 's', "< No batch file selected >"}, {"S7", "fonpr", '?', ""}, {"S7", "fonsu", '?', ""},
-    {"S7", "vformp1", '?', ""}, {"S7", "vformp2", '?', ""}, {"S7", "formp1", '?', ""},
-    {"S7", "formp2", '?', ""}, {"S7", "formp3", '?', ""}, {"S7", "formp4", '?', ""},
-    {"S7", "formW3", 's', "920"}, {"S7", "formW4", 's', "570"}, {"S7", "formp5", '?', ""},
-    {"S7", "formp6", '?', ""}, {"S7", "formp7", '?', ""},
+    {"S7", "pprof", 's', "< No batch file selected >", &Globals::ActiveBatch}, {"S7", "fonpr", '?', ""},
+    {"S7", "fonsu", '?', ""}, {"S7", "vformp1", '?', ""}, {"S7", "vformp2", '?', ""}, {"S7", "formp1", '?', ""},
+    {"S7", "formp2", '?', ""}, {"S7", "formp3", '?', ""}, {"S7", "formp4", '?', ""}, {"S7", "formW3", 's', "920"},
+    {"S7", "formW4", 's', "570"}, {"S7", "formp5", '?', ""}, {"S7", "formp6", '?', ""},
+    {"S7", "formp7", '?', "", {}, "places:4"},
     // [S8] names and end strings
-    {"S8", "nbmfn", 's', "NewBitmap.bmp"}, {"S8", "Endst", 's', "};"}, {"S8", "EndstF", 's', "};"},
-    {"S8", "begds", '?', ""},
+    {"S8", "nbmfn", 's', "NewBitmap.bmp", &ConversionSession::LastBitmapName},
+    {"S8", "Endst", 's', "};", &DataSyntax::EndOfData, "len:3"}, {"S8", "EndstF", 's', "};", {}, "writeas:Endst"},
+    {"S8", "begds", '?', "", &DataSyntax::BeginOfData, "len:3"},
     // [I8] colours of overlays
-    {"I8", "col1", 'i', "32768"}, {"I8", "col2", 'i', "32896"}, {"I8", "scol2", 'i', "8421376"},
-    {"I8", "col3", 'i', "8388608"}, {"I8", "col4", 'i', "8388736"}, {"I8", "col5", 'i', "16711935"},
-    {"I8", "col6", 'i', "128"}, {"I8", "bsiz", 'i', "0"}, {"I8", "saco", 'i', "16711680"},
-    {"I8", "itsec", 'i', "255"}, {"I8", "ghco", 'i', "12639424"}, {"I8", "zfac", 'i', "0"},
-    {"I8", "engi", 'i', "0"},
+    {"I8", "col1", 'i', "32768", {}, "range:0:16777215"}, {"I8", "col2", 'i', "32896", {}, "range:0:16777215"},
+    {"I8", "scol2", 'i', "8421376", {}, "range:0:16777215"},
+    {"I8", "col3", 'i', "8388608", {}, "range:0:16777215"}, {"I8", "col4", 'i', "8388736", {}, "range:0:16777215"},
+    {"I8", "col5", 'i', "16711935", {}, "range:0:16777215"},
+    {"I8", "col6", 'i', "128", {}, "range:0:16777215"}, {"I8", "bsiz", 'i', "0"},
+    {"I8", "saco", 'i', "16711680", {}, "range:0:16777215"}, {"I8", "itsec", 'i', "255", {}, "range:0:16777215"},
+    {"I8", "ghco", 'i', "12639424", {}, "range:0:16777215"}, {"I8", "zfac", 'i', "0"}, {"I8", "engi", 'i', "0"},
     // [S12] font parameter strings
-    {"S12", "usco", 's', "_"}, {"S12", "fpar1", '?', ""}, {"S12", "fpar2", '?', ""}, {"S12", "fpar3", '?', ""},
-    {"S12", "fpar3L", '?', ""}, {"S12", "fpar4", '?', ""}, {"S12", "fpar5", '?', ""}, {"S12", "fpar6", '?', ""},
-    {"S12", "fpar7", '?', ""}, {"S12", "fpar8", 's', "400"}, {"S12", "fpar9", '?', ""},
-    {"S12", "fpar10", '?', ""}, {"S12", "fpar11", '?', ""}, {"S12", "fpar12", '?', ""},
-    {"S12", "fpar13", '?', ""}, {"S12", "fpar14", '?', ""}, {"S12", "fexts", 's', "lib"},
+    {"S12", "usco", 's', "_", &ConversionSession::Underscore}, {"S12", "fpar1", '?', ""}, {"S12", "fpar2", '?', ""},
+    {"S12", "fpar3", '?', ""}, {"S12", "fpar3L", '?', ""}, {"S12", "fpar4", '?', ""}, {"S12", "fpar5", '?', ""},
+    {"S12", "fpar6", '?', ""}, {"S12", "fpar7", '?', ""}, {"S12", "fpar8", 's', "400"}, {"S12", "fpar9", '?', ""},
+    {"S12", "fpar10", '?', ""}, {"S12", "fpar11", '?', "", &DataSyntax::ColRowPrefix, "len:5"},
+    {"S12", "fpar12", '?', "", &DataSyntax::ColRowSuffix, "len:5"},
+    {"S12", "fpar13", '?', "", &DataSyntax::ArrayPrefix, "len:5"},
+    {"S12", "fpar14", '?', "", &DataSyntax::ArraySuffix, "len:5"},
+    {"S12", "fexts", 's', "lib", &ConversionSession::LibraryExtension},
     // [I13] filter numbers and panel sizes
     {"I13", "ifpa", 'i', "0"}, {"I13", "asfp", 'i', "0"}, {"I13", "adfp", 'i', "0"}, {"I13", "mfw", 'i', "0"},
     {"I13", "mfh", 'i', "0"}, {"I13", "mfc", 'i', "0"},
@@ -236,27 +284,27 @@ constexpr CatalogueKey kCatalogue[] = {
     {"B9", "ffp2", 'b', "0"}, {"B9", "ffp3", 'b', "0"}, {"B9", "dowi", 'b', "0"},
     // [S14] vector library syntax
     {"S14", "mpfo", '?', ""}, {"S14", "mext", 's', ".txt"}, {"S14", "grxt", 's', ".BMP"},
-    {"S14", "cprx", '?', ""}, {"S14", "ippfn", '?', ""}, {"S14", "vecp1", 's', "GCLD.Bar"},
-    {"S14", "vecp2", 's', "GCLD.Line"}, {"S14", "vecp3", 's', "GCLD.Circle"},
-    {"S14", "vecbmp", 's', "GCLD.DrawBitmap"}, {"S14", "vecir", 's', "GCLD.InvertRect"},
-    {"S14", "vecn", 's', "GCLD.PrintNumber"}, {"S14", "vecc", 's', "GCLD.PutChar"},
-    {"S14", "vecfu", 's', "GCLD.Function"}, {"S14", "vecfo", 's', "GCLD.SelectFont"},
-    {"S14", "vecin", 's', "GCLD.Init"}, {"S14", "vecp4", 's', "GCLD.Rect"},
+    {"S14", "cprx", '?', "", &DataSyntax::PointerPrefix, "len:6"}, {"S14", "ippfn", '?', ""},
+    {"S14", "vecp1", 's', "GCLD.Bar"},
+    {"S14", "vecp2", 's', "GCLD.Line"}, {"S14", "vecp3", 's', "GCLD.Circle"}, {"S14", "vecbmp", 's', "GCLD.DrawBitmap"},
+    {"S14", "vecir", 's', "GCLD.InvertRect"}, {"S14", "vecn", 's', "GCLD.PrintNumber"},
+    {"S14", "vecc", 's', "GCLD.PutChar"}, {"S14", "vecfu", 's', "GCLD.Function"},
+    {"S14", "vecfo", 's', "GCLD.SelectFont"}, {"S14", "vecin", 's', "GCLD.Init", {}, "writeas:vecini"},
+    {"S14", "vecp4", 's', "GCLD.Rect"},
     {"S14", "vecp5", 's', "GCLD.RoundRect"}, {"S14", "vecp3f", 's', "GCLD.FillCircle"},
     {"S14", "vecp4f", 's', "GCLD.FillRect"}, {"S14", "vecp5f", 's', "GCLD.FillRoundRect"},
     {"S14", "vecp6", 's', "GCLD.Dot"}, {"S14", "vecp7", 's', "GCLD.Puts"}, {"S14", "vecp8", 's', ","},
     {"S14", "vecp8T", 's', "\""}, {"S14", "vecp9", 's', "("}, {"S14", "vecp10", 's', ");"},
-    {"S14", "vecp11", 's', "GLCD.Arc"}, {"S14", "vecp11f", 's', "GLCD.Pie"},
-    {"S14", "vecp12", 's', "GLCD.Vline"}, {"S14", "vecp13", 's', "GLCD.Hline"},
-    {"S14", "vecp14", 's', "GLCD.FillScr"}, {"S14", "vecp14p", 's', "GLCD.ClearScr"},
-    {"S14", "vecgop", 's', "GLCD.GotoXY"},
+    {"S14", "vecp11", 's', "GLCD.Arc"}, {"S14", "vecp11f", 's', "GLCD.Pie"}, {"S14", "vecp12", 's', "GLCD.Vline"},
+    {"S14", "vecp13", 's', "GLCD.Hline"}, {"S14", "vecp14", 's', "GLCD.FillScr"},
+    {"S14", "vecp14p", 's', "GLCD.ClearScr"}, {"S14", "vecgop", 's', "GLCD.GotoXY"},
     // [S16] batch and prefix strings
     {"S16", "mgpf", 's', "- define your batch source folder here-"}, {"S16", "mgex", 's', ".bmp"},
-    {"S16", "gpfn", 's', "< No batch file selected >"}, {"S16", "pgppf", '?', ""}, {"S16", "bfpa", '?', ""},
-    {"S16", "impr", 's', "0x"}, {"S16", "adpr", 's', "0x"},
+    {"S16", "gpfn", 's', "< No batch file selected >"}, {"S16", "pgppf", '?', ""},
+    {"S16", "bfpa", '?', "", &Globals::BatchRole}, {"S16", "impr", 's', "0x"}, {"S16", "adpr", 's', "0x"},
     // [I16] graphic batch and list column numbers
-    {"I16", "grpi", 'i', "1"}, {"I16", "lv1", 'i', "180"}, {"I16", "lv2", 'i', "120"},
-    {"I16", "lv3", 'i', "80"}, {"I16", "lv4", 'i', "160"},
+    {"I16", "grpi", 'i', "1"}, {"I16", "lv1", 'i', "180"}, {"I16", "lv2", 'i', "120"}, {"I16", "lv3", 'i', "80"},
+    {"I16", "lv4", 'i', "160"},
     // [CB] combo box indexes
     {"CB", "CB0", 'i', "0"}, {"CB", "CB1", 'i', "0"}, {"CB", "CB2", 'i', "0"}, {"CB", "CB3", 'i', "0"},
     {"CB", "CB4", 'i', "12"}, {"CB", "CB5", 'i', "0"}, {"CB", "CB6", 'i', "3"}, {"CB", "CB7", 'i', "0"},
@@ -269,12 +317,53 @@ constexpr CatalogueKey kCatalogue[] = {
 };
 // clang-format on
 
-// The variables behind the keys that the program's features use. A key not listed here is held.
+template <typename E>
+std::pair<std::string_view, int> C(std::string_view key, E value) {
+  return {key, static_cast<int>(value)};
+}
+
+const std::vector<RadioGroup>& RadioGroups() {
+  using A = Application;
+  using CA = const Application;
+  using CF = CommentForm;
+  using EL = EndOfLine;
+  using PD = PagingDirection;
+  using OC = OriginCorner;
+  using OK = OutputKind;
+  static const std::vector<RadioGroup> groups = {
+      {"the comment form", "S", [](CA& a) { return static_cast<int>(a.session.Syntax.Comment); },
+       [](A& a, int v) { a.session.Syntax.Comment = static_cast<CF>(v); }, static_cast<int>(CF::C),
+       {C("CCOM", CF::C), C("STCOM", CF::Custom), C("VBACOM", CF::Quote), C("PSCOM", CF::Slashes),
+        C("BSCOM", CF::Semicolon)}},
+      {"the end of line form", "S", [](CA& a) { return static_cast<int>(a.session.Syntax.Eol); },
+       [](A& a, int v) { a.session.Syntax.Eol = static_cast<EL>(v); }, static_cast<int>(EL::Comma),
+       {C("Eoln", EL::None), C("Eolcom", EL::Comma), C("EolStr", EL::Custom), C("EolSem", EL::Semicolon)}},
+      {"the Paging Scheme", "B3", [](CA& a) { return static_cast<int>(a.session.Direction); },
+       [](A& a, int v) {
+         a.session.Direction = static_cast<PD>(v);
+         a.session.Horizontal = IsHorizontal(a.session.Direction);
+       },
+       -1,
+       {C("tla", PD::ToLeft), C("tra", PD::ToRight), C("tl", PD::ToLeftAll), C("tr", PD::ToRightAll),
+        C("td", PD::Down), C("tu", PD::Up), C("tua", PD::UpAll), C("tda", PD::DownAll)}},
+      {"the origin corner", "B2", [](CA& a) { return static_cast<int>(a.session.Origin); },
+       [](A& a, int v) { a.session.Origin = static_cast<OC>(v); }, static_cast<int>(OC::TL),
+       {C("CORN1", OC::TL), C("CORN2", OC::TR), C("CORN3", OC::BR), C("CORN4", OC::BL)}},
+      {"the output kind", "B1", [](CA& a) { return static_cast<int>(a.session.Output); },
+       [](A& a, int v) { a.session.Output = static_cast<OK>(v); }, static_cast<int>(OK::Bits8),
+       {C("D8bc", OK::Bits8), C("D16bc", OK::Bits16), C("D32bc", OK::Bits32), C("DHec", OK::BinaryFile),
+        C("DIHec", OK::IntelHex)}},
+  };
+  return groups;
+}
+
+// Keys whose value is more than one plain variable: a getter and setter of their own. A key with
+// neither a field in its row, a radio group nor an entry here is held.
 struct Binding {
   std::string_view section;
   std::string_view key;
-  std::string (*get)(const Application&);
-  void (*set)(Application&, const std::string&);
+  std::string (*get)(const Application&) = nullptr;
+  void (*set)(Application&, const std::string&) = nullptr;
 };
 
 #define S_ (a.session)
@@ -308,208 +397,18 @@ std::vector<Binding> Bindings() {
   using A = Application;
   using CA = const Application;
   std::vector<Binding> b = {
-      // The picture "Reload Last Work Canvas Bitmap" opens.
-      {"S", "RELOI", [](CA& a) { return a.globals.LastArtworkPath; },
-       [](A& a, const std::string& v) { a.globals.LastArtworkPath = v; }},
+      // The output folder is also the Output files folder role.
       {"S", "OFP", [](CA& a) { return a.session.OutputFolder; },
        [](A& a, const std::string& v) {
          S_.OutputFolder = v;
          a.globals.OutputRole = v;
        }},
-      {"S", "EODS", [](CA& a) { return a.session.DescriptorsEol; },
-       [](A& a, const std::string& v) { a.session.DescriptorsEol = v; }},
-      {"B2", "WORIG", [](CA& a) { return B(a.session.GraphicPositionInData); },
-       [](A& a, const std::string& v) { a.session.GraphicPositionInData = ToBool(v); }},
-      {"B2", "WSIZE", [](CA& a) { return B(a.session.GraphicSizeInData); },
-       [](A& a, const std::string& v) { a.session.GraphicSizeInData = ToBool(v); }},
-      {"B17", "BSD", [](CA& a) { return B(a.session.SizeDescriptors); },
-       [](A& a, const std::string& v) { a.session.SizeDescriptors = ToBool(v); }},
-      {"B17", "BCD", [](CA& a) { return B(a.session.CoordinatesDescriptors); },
-       [](A& a, const std::string& v) { a.session.CoordinatesDescriptors = ToBool(v); }},
-      {"S3", "INCSYN", [](CA& a) { return a.globals.Clip.include; },
-       [](A& a, const std::string& v) { a.globals.Clip.include = v; }},
-      {"S3", "INCSSYN", [](CA& a) { return a.globals.Clip.includeStart; },
-       [](A& a, const std::string& v) { a.globals.Clip.includeStart = v; }},
-      {"S3", "INCESYN", [](CA& a) { return a.globals.Clip.includeEnd; },
-       [](A& a, const std::string& v) { a.globals.Clip.includeEnd = v; }},
-      {"S3", "FPREF", [](CA& a) { return a.globals.Clip.functionPrefix; },
-       [](A& a, const std::string& v) { a.globals.Clip.functionPrefix = v; }},
-      {"S3", "FSUFF", [](CA& a) { return a.globals.Clip.functionSuffix; },
-       [](A& a, const std::string& v) { a.globals.Clip.functionSuffix = v; }},
-      {"S3", "LCDBS", [](CA& a) { return a.globals.Clip.begin; },
-       [](A& a, const std::string& v) { a.globals.Clip.begin = v; }},
-      {"S3", "ENDSYN", [](CA& a) { return a.globals.Clip.end; },
-       [](A& a, const std::string& v) { a.globals.Clip.end = v; }},
-      {"S3", "SEPASY", [](CA& a) { return a.globals.Clip.separator; },
-       [](A& a, const std::string& v) { a.globals.Clip.separator = v; }},
-      {"S3", "DELSYN", [](CA& a) { return a.globals.Clip.delay; },
-       [](A& a, const std::string& v) { a.globals.Clip.delay = v; }},
-      {"S3", "DELSTA", [](CA& a) { return a.globals.Clip.delayStart; },
-       [](A& a, const std::string& v) { a.globals.Clip.delayStart = v; }},
-      {"S3", "DELEND", [](CA& a) { return a.globals.Clip.delayEnd; },
-       [](A& a, const std::string& v) { a.globals.Clip.delayEnd = v; }},
-      {"S3", "LCOMPS", [](CA& a) { return a.globals.Clip.compressedCall; },
-       [](A& a, const std::string& v) { a.globals.Clip.compressedCall = v; }},
-      {"S4", "lcdUncomp", [](CA& a) { return a.globals.Clip.call; },
-       [](A& a, const std::string& v) { a.globals.Clip.call = v; }},
-      {"S3", "LSTAS", [](CA& a) { return a.globals.Clip.callStart; },
-       [](A& a, const std::string& v) { a.globals.Clip.callStart = v; }},
-      {"S3", "LENDS", [](CA& a) { return a.globals.Clip.callEnd; },
-       [](A& a, const std::string& v) { a.globals.Clip.callEnd = v; }},
-      {"B2", "Ecli", [](CA& a) { return B(a.globals.Clip.enabled); },
-       [](A& a, const std::string& v) { a.globals.Clip.enabled = ToBool(v); }},
-      {"B2", "LCDSI", [](CA& a) { return B(a.globals.Clip.withPositionAndSize); },
-       [](A& a, const std::string& v) { a.globals.Clip.withPositionAndSize = ToBool(v); }},
-      {"B2", "DELAY", [](CA& a) { return B(a.globals.Clip.withDelay); },
-       [](A& a, const std::string& v) { a.globals.Clip.withDelay = ToBool(v); }},
-      {"B2", "DElas", [](CA& a) { return B(a.globals.Clip.delayAfterLastFrame); },
-       [](A& a, const std::string& v) { a.globals.Clip.delayAfterLastFrame = ToBool(v); }},
-      {"S12", "usco", [](CA& a) { return a.session.Underscore; },
-       [](A& a, const std::string& v) { a.session.Underscore = v; }},
-      {"S", "CPRE", [](CA& a) { return a.session.Syntax.LinePrefix; },
-       [](A& a, const std::string& v) { SYN.LinePrefix = v; }},
-      {"S", "FXHB", [](CA& a) { return a.session.Syntax.DataFormatKind; },
-       [](A& a, const std::string& v) { SYN.DataFormatKind = v; }},
-      {"S", "COMAS", [](CA& a) { return B(a.session.Syntax.SeparatorCustom); },
-       [](A& a, const std::string& v) { SYN.SeparatorCustom = ToBool(v); }},
-      {"S", "COMAh", [](CA& a) { return B(a.session.Syntax.SeparatorOn); },
-       [](A& a, const std::string& v) { SYN.SeparatorOn = ToBool(v); }},
-      {"S", "COMAv", [](CA& a) { return B(a.session.Syntax.SeparatorComma); },
-       [](A& a, const std::string& v) { SYN.SeparatorComma = ToBool(v); }},
-      {"S", "CCOM", [](CA& a) { return B(a.session.Syntax.Comment == CommentForm::C); },
-       [](A& a, const std::string& v) { Radio(SYN.Comment, CommentForm::C, CommentForm::C, v); }},
-      {"S", "STCOM", [](CA& a) { return B(a.session.Syntax.Comment == CommentForm::Custom); },
-       [](A& a, const std::string& v) { Radio(SYN.Comment, CommentForm::Custom, CommentForm::C, v); }},
-      {"S", "VBACOM", [](CA& a) { return B(a.session.Syntax.Comment == CommentForm::Quote); },
-       [](A& a, const std::string& v) { Radio(SYN.Comment, CommentForm::Quote, CommentForm::C, v); }},
-      {"S", "PSCOM", [](CA& a) { return B(a.session.Syntax.Comment == CommentForm::Slashes); },
-       [](A& a, const std::string& v) { Radio(SYN.Comment, CommentForm::Slashes, CommentForm::C, v); }},
-      {"S", "BSCOM", [](CA& a) { return B(a.session.Syntax.Comment == CommentForm::Semicolon); },
-       [](A& a, const std::string& v) { Radio(SYN.Comment, CommentForm::Semicolon, CommentForm::C, v); }},
-      {"S", "Eoln", [](CA& a) { return B(a.session.Syntax.Eol == EndOfLine::None); },
-       [](A& a, const std::string& v) { Radio(SYN.Eol, EndOfLine::None, EndOfLine::Comma, v); }},
-      {"S", "Eolcom", [](CA& a) { return B(a.session.Syntax.Eol == EndOfLine::Comma); },
-       [](A& a, const std::string& v) { Radio(SYN.Eol, EndOfLine::Comma, EndOfLine::Comma, v); }},
-      {"S", "EolStr", [](CA& a) { return B(a.session.Syntax.Eol == EndOfLine::Custom); },
-       [](A& a, const std::string& v) { Radio(SYN.Eol, EndOfLine::Custom, EndOfLine::Comma, v); }},
-      {"S", "EolSem", [](CA& a) { return B(a.session.Syntax.Eol == EndOfLine::Semicolon); },
-       [](A& a, const std::string& v) { Radio(SYN.Eol, EndOfLine::Semicolon, EndOfLine::Comma, v); }},
-      {"S", "Asmf", [](CA& a) { return B(a.session.AsmFile); },
-       [](A& a, const std::string& v) { S_.AsmFile = ToBool(v); }},
-      {"S", "libf", [](CA& a) { return B(a.session.LibraryFile); },
-       [](A& a, const std::string& v) { S_.LibraryFile = ToBool(v); }},
-      {"S", "basf", [](CA& a) { return B(a.session.BasicFile); },
-       [](A& a, const std::string& v) { S_.BasicFile = ToBool(v); }},
-      {"S", "cfil", [](CA& a) { return B(a.session.CFile); },
-       [](A& a, const std::string& v) { S_.CFile = ToBool(v); }},
-      {"B17", "CU8", [](CA& a) { return B(a.session.Syntax.ConvertUint8); },
-       [](A& a, const std::string& v) { SYN.ConvertUint8 = ToBool(v); }},
-      {"B7", "rgb2", [](CA& a) { return B(a.session.SwapFirstLast); },
-       [](A& a, const std::string& v) { S_.SwapFirstLast = ToBool(v); }},
-      {"B3", "tla", [](CA& a) { return B(a.session.Direction == PagingDirection::ToLeft); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::ToLeft, v); }},
-      {"B3", "tra", [](CA& a) { return B(a.session.Direction == PagingDirection::ToRight); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::ToRight, v); }},
-      {"B3", "tl", [](CA& a) { return B(a.session.Direction == PagingDirection::ToLeftAll); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::ToLeftAll, v); }},
-      {"B3", "tr", [](CA& a) { return B(a.session.Direction == PagingDirection::ToRightAll); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::ToRightAll, v); }},
-      {"B3", "td", [](CA& a) { return B(a.session.Direction == PagingDirection::Down); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::Down, v); }},
-      {"B3", "tu", [](CA& a) { return B(a.session.Direction == PagingDirection::Up); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::Up, v); }},
-      {"B3", "tua", [](CA& a) { return B(a.session.Direction == PagingDirection::UpAll); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::UpAll, v); }},
-      {"B3", "tda", [](CA& a) { return B(a.session.Direction == PagingDirection::DownAll); },
-       [](A& a, const std::string& v) { SetDirectionKey(a, PagingDirection::DownAll, v); }},
-      {"B2", "MSBF", [](CA& a) { return B(a.session.BigEndian); },
-       [](A& a, const std::string& v) { S_.BigEndian = ToBool(v); }},
-      {"B2", "CORN1", [](CA& a) { return B(a.session.Origin == OriginCorner::TL); },
-       [](A& a, const std::string& v) { Radio(S_.Origin, OriginCorner::TL, OriginCorner::TL, v); }},
-      {"B2", "CORN2", [](CA& a) { return B(a.session.Origin == OriginCorner::TR); },
-       [](A& a, const std::string& v) { Radio(S_.Origin, OriginCorner::TR, OriginCorner::TL, v); }},
-      {"B2", "CORN3", [](CA& a) { return B(a.session.Origin == OriginCorner::BR); },
-       [](A& a, const std::string& v) { Radio(S_.Origin, OriginCorner::BR, OriginCorner::TL, v); }},
-      {"B2", "CORN4", [](CA& a) { return B(a.session.Origin == OriginCorner::BL); },
-       [](A& a, const std::string& v) { Radio(S_.Origin, OriginCorner::BL, OriginCorner::TL, v); }},
-      {"I11", "ORGC", [](CA& a) { return std::to_string(a.session.Syntax.DataPerLine); },
-       [](A& a, const std::string& v) { SYN.DataPerLine = ToInt(v); }},
-      {"S13", "cstrt", [](CA& a) { return a.session.Syntax.CustomComment; },
-       [](A& a, const std::string& v) { SYN.CustomComment = v; }},
-      {"S13", "eolst", [](CA& a) { return a.session.Syntax.EolString; },
-       [](A& a, const std::string& v) { SYN.EolString = v; }},
-      {"S13", "sepst", [](CA& a) { return a.session.Syntax.SeparatorString; },
-       [](A& a, const std::string& v) { SYN.SeparatorString = v; }},
-      {"S13", "cpfr", [](CA& a) { return a.session.Syntax.LinePrefix2; },
-       [](A& a, const std::string& v) { SYN.LinePrefix2 = v; }},
-      {"S2", "VALSUF", [](CA& a) { return a.session.Syntax.DataSuffix; },
-       [](A& a, const std::string& v) { SYN.DataSuffix = v; }},
-      {"S2", "VALpref", [](CA& a) { return a.session.Syntax.DataPrefix; },
-       [](A& a, const std::string& v) { SYN.DataPrefix = v; }},
-      {"B11", "PPB", [](CA& a) { return std::to_string(a.session.PixelsPerByteSetting); },
-       [](A& a, const std::string& v) { S_.PixelsPerByteSetting = ToInt(v); }},
-      {"B1", "bw8", [](CA& a) { return B(a.session.Not6bit); },
-       [](A& a, const std::string& v) { S_.Not6bit = ToBool(v); }},
       {"B1", "Neg", [](CA& a) { return B(a.session.NegativeOutput); },
        [](A& a, const std::string& v) {
          // In monochrome the inverted output is the inverted mode, as the menu's toggle makes it.
          S_.NegativeOutput = ToBool(v) && a.session.Monochrome;
          if (a.session.Monochrome) S_.ModeNumber = a.session.NegativeOutput ? 2 : 1;
        }},
-      {"B1", "D8bc", [](CA& a) { return B(a.session.Output == OutputKind::Bits8); },
-       [](A& a, const std::string& v) { Radio(S_.Output, OutputKind::Bits8, OutputKind::Bits8, v); }},
-      {"B1", "D16bc", [](CA& a) { return B(a.session.Output == OutputKind::Bits16); },
-       [](A& a, const std::string& v) { Radio(S_.Output, OutputKind::Bits16, OutputKind::Bits8, v); }},
-      {"B1", "D32bc", [](CA& a) { return B(a.session.Output == OutputKind::Bits32); },
-       [](A& a, const std::string& v) { Radio(S_.Output, OutputKind::Bits32, OutputKind::Bits8, v); }},
-      {"B1", "DHec", [](CA& a) { return B(a.session.Output == OutputKind::BinaryFile); },
-       [](A& a, const std::string& v) { Radio(S_.Output, OutputKind::BinaryFile, OutputKind::Bits8, v); }},
-      {"B1", "DIHec", [](CA& a) { return B(a.session.Output == OutputKind::IntelHex); },
-       [](A& a, const std::string& v) { Radio(S_.Output, OutputKind::IntelHex, OutputKind::Bits8, v); }},
-      {"B1", "Addof", [](CA& a) { return B(a.session.Syntax.LeadingZero); },
-       [](A& a, const std::string& v) { SYN.LeadingZero = ToBool(v); }},
-      {"B1", "snib", [](CA& a) { return B(a.session.SwapNibble); },
-       [](A& a, const std::string& v) { S_.SwapNibble = ToBool(v); }},
-      {"B1", "ColRx", [](CA& a) { return B(a.session.Syntax.Groups); },
-       [](A& a, const std::string& v) { SYN.Groups = ToBool(v); }},
-      {"B1", "Noonts", [](CA& a) { return B(a.session.Syntax.NoComments); },
-       [](A& a, const std::string& v) { SYN.NoComments = ToBool(v); }},
-      {"B1", "Noh", [](CA& a) { return B(a.session.Syntax.NoHeader); },
-       [](A& a, const std::string& v) { SYN.NoHeader = ToBool(v); }},
-      {"B1", "Nodcom", [](CA& a) { return B(a.session.Syntax.NoDataComments); },
-       [](A& a, const std::string& v) { SYN.NoDataComments = ToBool(v); }},
-      {"B1", "dellas", [](CA& a) { return B(a.session.Syntax.DeleteVeryLastOne); },
-       [](A& a, const std::string& v) { SYN.DeleteVeryLastOne = ToBool(v); }},
-      {"B1", "delallas", [](CA& a) { return B(a.session.Syntax.DeleteAllLastOnes); },
-       [](A& a, const std::string& v) { SYN.DeleteAllLastOnes = ToBool(v); }},
-      {"B1", "LineN", [](CA& a) { return B(a.session.Syntax.LineNumbers); },
-       [](A& a, const std::string& v) { SYN.LineNumbers = ToBool(v); }},
-      {"B1", "WithSp", [](CA& a) { return B(a.session.Syntax.SpaceBetweenData); },
-       [](A& a, const std::string& v) { SYN.SpaceBetweenData = ToBool(v); }},
-      {"B1", "Dnask", [](CA& a) { return B(a.globals.AlwaysOverwrite); },
-       [](A& a, const std::string& v) { a.globals.AlwaysOverwrite = ToBool(v); }},
-      {"B1", "dore", [](CA& a) { return B(a.session.ReorderOn); },
-       [](A& a, const std::string& v) { S_.ReorderOn = ToBool(v); }},
-      {"S4", "RGBA", [](CA& a) { return B(a.session.Rgba); },
-       [](A& a, const std::string& v) { S_.Rgba = ToBool(v); }},
-      {"S8", "nbmfn", [](CA& a) { return a.session.LastBitmapName; },
-       [](A& a, const std::string& v) { S_.LastBitmapName = v; }},
-      {"S8", "Endst", [](CA& a) { return a.session.Syntax.EndOfData; },
-       [](A& a, const std::string& v) { SYN.EndOfData = v; }},
-      {"S8", "begds", [](CA& a) { return a.session.Syntax.BeginOfData; },
-       [](A& a, const std::string& v) { SYN.BeginOfData = v; }},
-      {"S12", "fpar11", [](CA& a) { return a.session.Syntax.ColRowPrefix; },
-       [](A& a, const std::string& v) { SYN.ColRowPrefix = v; }},
-      {"S12", "fpar12", [](CA& a) { return a.session.Syntax.ColRowSuffix; },
-       [](A& a, const std::string& v) { SYN.ColRowSuffix = v; }},
-      {"S12", "fpar13", [](CA& a) { return a.session.Syntax.ArrayPrefix; },
-       [](A& a, const std::string& v) { SYN.ArrayPrefix = v; }},
-      {"S12", "fpar14", [](CA& a) { return a.session.Syntax.ArraySuffix; },
-       [](A& a, const std::string& v) { SYN.ArraySuffix = v; }},
-      {"S12", "fexts", [](CA& a) { return a.session.LibraryExtension; },
-       [](A& a, const std::string& v) { S_.LibraryExtension = v; }},
-      {"S14", "cprx", [](CA& a) { return a.session.Syntax.PointerPrefix; },
-       [](A& a, const std::string& v) { SYN.PointerPrefix = v; }},
       // The colour mode is written from the mode in force; what is read is held until the
       // whole file is read, and then selects the mode (ColourModeFromSwitches).
       {"S4", "Monc", [](CA& a) { return B(a.session.ModeNumber == 1); }, nullptr},
@@ -534,34 +433,6 @@ std::vector<Binding> Bindings() {
       {"S4", "C16M", [](CA& a) { return B(a.session.Colours16M); }, nullptr},
       {"S4", "PM", [](CA& a) { return B(a.session.Packed); }, nullptr},
       {"B1", "ST7", [](CA& a) { return B(a.session.Gray16Slices); }, nullptr},
-      {"B1", "Capp", [](CA& a) { return B(a.globals.ConsoleMode); },
-       [](A& a, const std::string& v) { a.globals.ConsoleMode = ToBool(v); }},
-      {"B2", "GWI", [](CA& a) { return std::to_string(a.globals.MatrixWidth); },
-       [](A& a, const std::string& v) { a.globals.MatrixWidth = ToInt(v); }},
-      {"B2", "GHI", [](CA& a) { return std::to_string(a.globals.MatrixHeight); },
-       [](A& a, const std::string& v) { a.globals.MatrixHeight = ToInt(v); }},
-      {"B2", "NOMAT", [](CA& a) { return B(a.globals.NoMatrixMode); },
-       [](A& a, const std::string& v) { a.globals.NoMatrixMode = ToBool(v); }},
-      // Two keys for one switch; the later read wins.
-      {"B2", "UMATB", [](CA& a) { return B(a.globals.UserMatrix); },
-       [](A& a, const std::string& v) { a.globals.UserMatrix = ToBool(v); }},
-      {"B2", "USmat", [](CA& a) { return B(a.globals.UserMatrix); },
-       [](A& a, const std::string& v) { a.globals.UserMatrix = ToBool(v); }},
-      {"S5", "tfp14", [](CA& a) { return a.globals.FillerText; },
-       [](A& a, const std::string& v) { a.globals.FillerText = v; }},
-      {"S7", "pprof", [](CA& a) { return a.globals.ActiveBatch; },
-       [](A& a, const std::string& v) { a.globals.ActiveBatch = v; }},
-      // Folder roles.
-      {"S", "PFP", [](CA& a) { return a.globals.DocumentsRole; },
-       [](A& a, const std::string& v) { a.globals.DocumentsRole = v; }},
-      {"S", "BFP", [](CA& a) { return a.globals.GraphicsRole; },
-       [](A& a, const std::string& v) { a.globals.GraphicsRole = v; }},
-      {"S4", "FontFP", [](CA& a) { return a.globals.FontsRole; },
-       [](A& a, const std::string& v) { a.globals.FontsRole = v; }},
-      {"S5", "tfp1", [](CA& a) { return a.globals.TouchRole; },
-       [](A& a, const std::string& v) { a.globals.TouchRole = v; }},
-      {"S16", "bfpa", [](CA& a) { return a.globals.BatchRole; },
-       [](A& a, const std::string& v) { a.globals.BatchRole = v; }},
       // The canvas size, written for the record.
       {"I8", "Hpixels", [](CA& a) { return std::to_string(a.pixelForm.WorkBitmap.Height()); }, nullptr},
       {"I8", "Wpixels", [](CA& a) { return std::to_string(a.pixelForm.WorkBitmap.Width()); }, nullptr},
@@ -629,25 +500,30 @@ std::vector<SettingDef> BuildTable() {
       AddCounted(t, "FS0", "ext", 20, "", SettingType::String, "");
       AddCounted(t, "S18", "mru", 20, "", SettingType::String, "_");
       AddCounted(t, "S19", "fmru", 10, "", SettingType::String, "");
+      // The sixteen custom display sizes: 0 for a size not yet given.
       for (int i = 0; i <= 15; ++i) {
-        t.push_back(Entry("I2", CountedName("cs" + std::to_string(i) + "w"), SettingType::Integer, "0"));
-        t.push_back(Entry("I2", CountedName("cs" + std::to_string(i) + "h"), SettingType::Integer, "0"));
+        SettingDef w = Entry("I2", CountedName("cs" + std::to_string(i) + "w"), SettingType::Integer, "0");
+        SettingDef h = Entry("I2", CountedName("cs" + std::to_string(i) + "h"), SettingType::Integer, "0");
+        w.min = h.min = 0;
+        w.max = kMaxCustomWidth;
+        h.max = kMaxCustomHeight;
+        t.push_back(w);
+        t.push_back(h);
       }
     }
     SettingDef d = Entry(section, key, TypeOf(k.type), k.def);
+    d.field = k.field;
     d.computed = k.type == '?';
-    // Where the written file does not read back as the program had it. These are kept on
-    // purpose: projects written by this program and by earlier ones must read the same.
-    if (key == "rs48") d.writeKey = {};         // the RS-485 option falls back to off at each start
-    if (key == "vew1") d.writeKey = "wew1";     // the vector window's width never comes back
-    if (key == "vecin") d.writeKey = "vecini";  // nor does the vector library's initialise call
-    if (key == "EndstF") d.writeKey = "Endst";  // the font's end string is written over the graphic one
-    if (key == "FSM" || key == "RSHAP" || key == "splex") d.writes = 2;
-    if (key == "formp7") {
-      // One key for four places: the adjustments window's top and left, then the main window's
-      // top and left. Each is written in turn, so the last wins, and all four read it back.
-      for (int i = 0; i < 3; ++i) t.push_back(d);
-    }
+    // Where the written file does not read back as the program had it (the "takes" flags). These
+    // are kept on purpose: projects written by this program and by earlier ones must read the
+    // same. The RS-485 option falls back to off at each start; the vector window's width and the
+    // vector library's initialise call never come back; the font's end string is written over
+    // the graphic one. formp7 is one key for four places: the adjustments window's top and left,
+    // then the main window's top and left; each is written in turn, so the last wins, and all
+    // four read it back.
+    int places = 1;
+    if (k.takes) ApplyTakes(d, k.takes, places);
+    for (int i = 1; i < places; ++i) t.push_back(d);
     t.push_back(d);
     // Keys written for the record and never read.
     SettingDef w;
@@ -669,6 +545,14 @@ std::vector<SettingDef> BuildTable() {
         d.get = b.get;
         d.set = b.set;
       }
+  for (const RadioGroup& g : RadioGroups())
+    for (const auto& [key, value] : g.choices)
+      for (SettingDef& d : t)
+        if (EqualNoCase(d.section, g.section) && EqualNoCase(d.key, key)) {
+          d.radio = &g;
+          d.choice = value;
+          d.radioGroup = g.name;
+        }
   AddSettingRules(t);
   return t;
 }
@@ -690,7 +574,7 @@ bool SwitchOn(const Application& app, std::string_view sectionKey) {
   // A switch with a variable of its own reads from it; the colour switches, written from the
   // mode in force, read from what the file said.
   const SettingDef* d = FindSetting(sectionKey);
-  const std::string v = d->set ? GetSetting(app, *d) : app.globals.HeldSettings[d->held];
+  const std::string v = d->Bound() ? GetSetting(app, *d) : app.globals.HeldSettings[d->held];
   return IsWholeNumber(v) && std::stol(v) != 0;
 }
 
@@ -733,15 +617,72 @@ const SettingDef* FindSetting(std::string_view key) {
   return it == index.end() ? nullptr : &SettingsTable()[it->second];
 }
 
+namespace {
+
+template <typename>
+struct MemberOf;
+template <typename C, typename T>
+struct MemberOf<T C::*> {
+  using Class = C;
+};
+
+template <typename C, typename A>
+auto& Owner(A& a) {
+  if constexpr (std::is_same_v<C, ConversionSession>) return a.session;
+  else if constexpr (std::is_same_v<C, DataSyntax>) return a.session.Syntax;
+  else if constexpr (std::is_same_v<C, Globals>) return a.globals;
+  else return a.globals.Clip;
+}
+
+std::string FieldValue(const Application& app, const SettingField& field) {
+  return std::visit(
+      [&app](auto m) -> std::string {
+        if constexpr (std::is_same_v<decltype(m), std::monostate>) {
+          return {};
+        } else {
+          const auto& v = Owner<typename MemberOf<decltype(m)>::Class>(app).*m;
+          if constexpr (std::is_same_v<std::decay_t<decltype(v)>, bool>) return B(v);
+          else if constexpr (std::is_same_v<std::decay_t<decltype(v)>, int>) return std::to_string(v);
+          else return v;
+        }
+      },
+      field);
+}
+
+void SetFieldValue(Application& app, const SettingField& field, const std::string& value) {
+  std::visit(
+      [&app, &value](auto m) {
+        if constexpr (!std::is_same_v<decltype(m), std::monostate>) {
+          auto& v = Owner<typename MemberOf<decltype(m)>::Class>(app).*m;
+          if constexpr (std::is_same_v<std::decay_t<decltype(v)>, bool>) v = ToBool(value);
+          else if constexpr (std::is_same_v<std::decay_t<decltype(v)>, int>) v = ToInt(value);
+          else v = value;
+        }
+      },
+      field);
+}
+
+}  // namespace
+
 std::string GetSetting(const Application& app, const SettingDef& def) {
-  return def.get ? def.get(app) : app.globals.HeldSettings[def.held];
+  if (def.radio) return B(def.radio->get(app) == def.choice);
+  if (def.get) return def.get(app);
+  if (def.field.index() != 0) return FieldValue(app, def.field);
+  return app.globals.HeldSettings[def.held];
 }
 
 void SetSetting(Application& app, const SettingDef& def, const std::string& value) {
   // A text field holds no more than its length.
   const std::string v = def.maxLength > 0 && value.size() > def.maxLength ? value.substr(0, def.maxLength) : value;
-  if (def.set)
+  if (def.radio) {
+    if (ToBool(v))
+      def.radio->set(app, def.choice);
+    else if (def.radio->factory >= 0 && def.radio->get(app) == def.choice)
+      def.radio->set(app, def.radio->factory);
+  } else if (def.set)
     def.set(app, v);
+  else if (def.field.index() != 0)
+    SetFieldValue(app, def.field, v);
   else
     app.globals.HeldSettings[def.held] = v;
 }

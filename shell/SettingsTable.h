@@ -3,13 +3,36 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
+
+#include "engine/ConversionSession.h"
+#include "shell/Globals.h"
 
 namespace rm {
 
 class Application;
 
 enum class SettingType { String, Integer, Boolean };
+
+// The variable a key fills, named as a member of the record that holds it; the value is read and
+// written by the key's type. Empty: the key has a getter and setter of its own, or is held.
+using SettingField =
+    std::variant<std::monostate, bool ConversionSession::*, int ConversionSession::*, std::string ConversionSession::*,
+                 bool DataSyntax::*, int DataSyntax::*, std::string DataSyntax::*, bool Globals::*, int Globals::*,
+                 std::string Globals::*, bool ClipSyntax::*, std::string ClipSyntax::*>;
+
+// A radio group the program holds as one value, stored in the file as one switch per choice:
+// "1" selects that choice; "0" on the choice in force falls back to the factory choice (when the
+// group has one), so a file with none on still gives a choice. One row for the whole group.
+struct RadioGroup {
+  std::string_view name;
+  std::string_view section;
+  int (*get)(const Application&);
+  void (*set)(Application&, int);
+  int factory;  // -1: "0" changes nothing
+  std::vector<std::pair<std::string_view, int>> choices;  // each choice's key and value
+};
 
 // One key of the project file: where it stands, its factory default and the variable it fills.
 // Reading, writing, listing and `--set KEY=VALUE` all go through this table. A key that no
@@ -27,8 +50,16 @@ struct SettingDef {
   std::string_view writeKey;      // the name it is written under; empty: never written
   int writes = 1;                 // how often the writer writes it (a second write changes nothing)
   std::size_t held = 0;           // its place in Globals::HeldSettings when no variable is bound
+  SettingField field;
+  // One choice of a radio group: the group and the value this key's switch stands for.
+  const RadioGroup* radio = nullptr;
+  int choice = 0;
+  // For a key whose value is more than one variable (a choice of a radio group, the colour mode).
   std::string (*get)(const Application&) = nullptr;
   void (*set)(Application&, const std::string&) = nullptr;
+  // False: no variable of the program stands behind the key; its value is only held.
+  bool Bound() const { return radio || set || field.index() != 0; }
+  bool Readable() const { return radio || get || field.index() != 0; }
   // What the key takes. A value from the file outside these gives the default; a value given by
   // the user outside them is refused.
   int min = INT_MIN, max = INT_MAX;    // integers
@@ -77,7 +108,7 @@ std::string CheckSettingValue(const SettingDef& def, const std::string& value);
 // Every key read from the project file, once, as "[SECTION] KEY=VALUE", in reading order: what
 // `settings list` shows.
 std::vector<std::string> ListSettings(const Application& app);
-// Fills in what each key takes and which keys a user may not set (SettingRules.cpp).
+// Marks the keys a user may not set by name: the colour mode's switches (SettingRules.cpp).
 void AddSettingRules(std::vector<SettingDef>& table);
 std::string GetSetting(const Application& app, const SettingDef& def);
 void SetSetting(Application& app, const SettingDef& def, const std::string& value);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <climits>
 #include <filesystem>
 #include <optional>
 
@@ -98,9 +99,9 @@ const char* EolName(EndOfLine e) {
   return "Comma";
 }
 
-// A field that edits one project key as it stands.
+// A field that edits one project key as it stands; its length and range are the key's own.
 ConfigField KeyField(std::string_view tab, std::string_view group, std::string_view label, K kind,
-                     std::string_view key, int maxLength = 0) {
+                     std::string_view key) {
   ConfigField f;
   f.id = key.substr(key.find('/') + 1);
   f.tab = tab;
@@ -108,7 +109,13 @@ ConfigField KeyField(std::string_view tab, std::string_view group, std::string_v
   f.label = label;
   f.kind = kind;
   f.key = key;
-  f.maxLength = maxLength;
+  if (const SettingDef* def = FindSetting(key)) {
+    f.maxLength = static_cast<int>(def->maxLength);
+    if (def->type == SettingType::Integer && (def->min != INT_MIN || def->max != INT_MAX)) {
+      f.minimum = def->min;
+      f.maximum = def->max;
+    }
+  }
   return f;
 }
 
@@ -125,8 +132,8 @@ ConfigField OwnField(std::string_view id, std::string_view tab, std::string_view
   return f;
 }
 
-ConfigField Text(std::string_view label, std::string_view key, int maxLength = 0) {
-  return KeyField(TConfigChildWin::kTableOutputTab, kDataArrayGroup, label, K::Text, key, maxLength);
+ConfigField Text(std::string_view label, std::string_view key) {
+  return KeyField(TConfigChildWin::kTableOutputTab, kDataArrayGroup, label, K::Text, key);
 }
 ConfigField Switch(std::string_view label, std::string_view key) {
   return KeyField(TConfigChildWin::kTableOutputTab, kDataArrayGroup, label, K::Switch, key);
@@ -151,8 +158,8 @@ std::vector<ConfigField> BuildFields() {
   format.key = "S/FXHB";
   format.choices = Captions(kFormats);
   f.push_back(format);
-  f.push_back(Text("Data Format Prefix (a)", "S2/VALpref", 10));
-  f.push_back(Text("Data Format Suffix (b)", "S2/VALSUF", 10));
+  f.push_back(Text("Data Format Prefix (a)", "S2/VALpref"));
+  f.push_back(Text("Data Format Suffix (b)", "S2/VALSUF"));
   f.push_back(Switch("Space Between Data", "B1/WithSp"));
 
   ConfigField perLine = OwnField(
@@ -203,7 +210,7 @@ std::vector<ConfigField> BuildFields() {
       });
   eol.choices = Captions(kEols);
   f.push_back(eol);
-  f.push_back(Text("Custom End Of Line String", "S13/eolst", 5));
+  f.push_back(Text("Custom End Of Line String", "S13/eolst"));
   f.push_back(Switch("Delete Very Last One", "B1/dellas"));
   f.push_back(Switch("Delete All Last Ones", "B1/delallas"));
 
@@ -223,22 +230,22 @@ std::vector<ConfigField> BuildFields() {
       });
   comment.choices = Captions(kComments);
   f.push_back(comment);
-  f.push_back(Text("Custom Comment Prefix", "S13/cstrt", 5));
+  f.push_back(Text("Custom Comment Prefix", "S13/cstrt"));
   f.push_back(Switch("No Comments", "B1/Noonts"));
   f.push_back(Switch("No Data Comments", "B1/Nodcom"));
   f.push_back(Switch("No Header", "B1/Noh"));
   f.push_back(Switch("Hex leading 0> 0A..F", "B1/Addof"));
   f.push_back(Switch("Line Numbers", "B1/LineN"));
-  f.push_back(Text("Data Lines Prefix", "S/CPRE", 15));
-  f.push_back(Text("Prefix End", "S13/cpfr", 8));
-  f.push_back(Text("Begin of Data", "S8/begds", 3));
-  f.push_back(Text("End Of Data", "S8/Endst", 3));
+  f.push_back(Text("Data Lines Prefix", "S/CPRE"));
+  f.push_back(Text("Prefix End", "S13/cpfr"));
+  f.push_back(Text("Begin of Data", "S8/begds"));
+  f.push_back(Text("End Of Data", "S8/Endst"));
   f.push_back(Switch("Enable Group Setings", "B1/ColRx"));
-  f.push_back(Text("Column/Row Prefix", "S12/fpar11", 5));
-  f.push_back(Text("Column/Row Suffix", "S12/fpar12", 5));
-  f.push_back(Text("Array Prefix", "S12/fpar13", 5));
-  f.push_back(Text("Array Suffix", "S12/fpar14", 5));
-  f.push_back(Text("Compression Prefix", "S14/cprx", 6));
+  f.push_back(Text("Column/Row Prefix", "S12/fpar11"));
+  f.push_back(Text("Column/Row Suffix", "S12/fpar12"));
+  f.push_back(Text("Array Prefix", "S12/fpar13"));
+  f.push_back(Text("Array Suffix", "S12/fpar14"));
+  f.push_back(Text("Compression Prefix", "S14/cprx"));
   f.push_back(Switch("Convert uint8_t", "B17/CU8"));
 
   // Rearrangement of the data bits.

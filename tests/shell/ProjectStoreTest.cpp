@@ -11,7 +11,8 @@ using rmtest::TestProgram;
 
 std::vector<std::string> AllValues(const rm::Application& app) {
   std::vector<std::string> v;
-  for (const auto& def : rm::SettingsTable()) v.push_back(std::string(def.section) + "/" + std::string(def.key) + "=" + rm::GetSetting(app, def));
+  for (const auto& def : rm::SettingsTable())
+    v.push_back(std::string(def.section) + "/" + std::string(def.key) + "=" + rm::GetSetting(app, def));
   return v;
 }
 
@@ -191,7 +192,7 @@ TEST(ProjectStore, EveryBoundVariableHasItsKey) {
   // A binding whose section or key is misspelt would leave its variable unsaved, held instead.
   for (const char* k : {"FXHB", "ORGC", "MSBF", "OFP", "Neg", "Monc", "PFP", "usco", "tfp1", "bfpa", "FontFP",
                         "lcdUncomp", "Ecli", "WSIZE", "BSD", "D16bc", "CORN3", "tda", "fpar14", "cprx"})
-    EXPECT_NE(rm::FindSetting(k)->get, nullptr) << k;
+    EXPECT_TRUE(rm::FindSetting(k)->Readable()) << k;
   EXPECT_EQ(rm::FindSetting("B10/HCO")->type, rm::SettingType::Integer);
   EXPECT_EQ(rm::FindSetting("HCO")->type, rm::SettingType::Boolean);  // [B2] comes first when read
 }
