@@ -304,7 +304,9 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
   if (!ok) return Fail("the conversion did not run to its end: nothing was written");
   s.OutputFolder = projectOutputFolder;  // a project saved with the settings keeps its own
   // The settings are kept only once the output is whole: a failed write leaves the project as it was.
-  auto saveSettings = [&] {
+  auto saveSettings = [&, outputFileName = s.OutputFileName] {
+    s.OutputFolder = projectOutputFolder;  // not the folder of the parameter file
+    s.OutputFileName = outputFileName;
     std::string why;
     if (!o.saveSettings || app.mainForm.SaveConfigurationX(&why)) return 0;
     return Fail("the settings were not saved in " + app.globals.ActiveProject + ": " + why);

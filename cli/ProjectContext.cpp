@@ -15,9 +15,11 @@ namespace {
 
 // The locks a command that changes the settings holds from its first read to its end, so that
 // its read-change-write is one step for the program's other processes.
+// Never destroyed: the system lets go of them when the process ends, whatever the order in
+// which the program's statics go.
 std::vector<std::unique_ptr<rm::ProjectLock>>& CommandLocks() {
-  static std::vector<std::unique_ptr<rm::ProjectLock>> locks;
-  return locks;
+  static auto* locks = new std::vector<std::unique_ptr<rm::ProjectLock>>;
+  return *locks;
 }
 
 bool HoldForCommand(const std::string& folder, std::string& error) {

@@ -224,6 +224,7 @@ TEST_F(FileSafety, SavedSettingsFollowTheOutput) {
   ASSERT_EQ(Run({"project", "list"}).status, 0);
   const std::string project = ReadFile(Inits() + "default.LCD");
   ASSERT_GT(project.size(), 4000u);
+  const std::string outputFolder = Run({"settings", "get", "OFP"}).out;
   Launch fullDisk;
   fullDisk.maxFileSize = project.size() + 4000;  // room for the project, not for the output
   Result r = Run({"convert", picture, "-o", Out("big.h"), "--direction", "td", "--save-settings"}, fullDisk);
@@ -234,6 +235,9 @@ TEST_F(FileSafety, SavedSettingsFollowTheOutput) {
   r = Run({"convert", picture, "-o", Out("big.h"), "--direction", "td", "--save-settings"});
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(Run({"settings", "get", "td"}).out, "1\n");
+  // The project keeps its own Output files folder, not the one the parameter file went to.
+  EXPECT_EQ(Run({"settings", "get", "OFP"}).out, outputFolder);
+  EXPECT_TRUE(fs::exists(Out("big.rtf")));
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // The lock the program's processes meet at before they read or change the settings files, with
 // a second process made by fork playing the other program instance.
+#include <fcntl.h>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -169,6 +171,26 @@ TEST_F(ProjectLocks, ProjectReadWaitsForTheProgramAndTellsOfOthers) {
   std::string error;
   EXPECT_FALSE(q.app.mainForm.SaveConfigurationX(&error));
   EXPECT_NE(error.find("another Rastermill process"), std::string::npos) << error;
+  stuck.LetGo();
+
+  // Another program that locks the project file itself is told at once, for reading and writing,
+  // however patient the program is with its own kind; the file stays as it was.
+  ProjectLock::SetPatience(10s);
+  const std::string before = rmtest::ReadFile(Inits() + "default.LCD");
+  const int held = ::open((Inits() + "default.LCD").c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_GE(held, 0);
+  ASSERT_EQ(::flock(held, LOCK_EX), 0);
+  rmtest::TestProgram r;
+  r.app.globals.InitsFolder = Inits();
+  r.app.globals.ActiveProject = Inits() + "default.LCD";
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_FALSE(r.app.mainForm.LoadConfigurationX());
+  EXPECT_FALSE(r.app.mainForm.SaveConfigurationX(&error));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
+  ::close(held);
+  ASSERT_EQ(r.ui.messages.size(), 2u);
+  for (const auto& m : r.ui.messages) EXPECT_EQ(m.text, " Settings file is opened by another application ! ");
+  EXPECT_EQ(rmtest::ReadFile(Inits() + "default.LCD"), before);
 }
 
 }  // namespace
