@@ -311,8 +311,14 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
   if (interrupted) return Fail("interrupted: nothing was written");
   if (!ok) return Fail("the conversion did not run to its end: nothing was written");
   s.OutputFolder = projectOutputFolder;  // a project saved with the settings keeps its own
-  if (o.saveSettings && !app.mainForm.SaveConfigurationX())
-    return Fail("the settings were not saved in " + app.globals.ActiveProject);
+  // The settings are kept only once the output is whole: a failed write leaves the project as it was.
+  auto saveSettings = [&, outputFileName = s.OutputFileName] {
+    s.OutputFolder = projectOutputFolder;  // not the folder of the parameter file
+    s.OutputFileName = outputFileName;
+    std::string why;
+    if (!o.saveSettings || app.mainForm.SaveConfigurationX(&why)) return 0;
+    return Fail("the settings were not saved in " + app.globals.ActiveProject + ": " + why);
+  };
 
   // Binary output is the hex editor's bytes; Intel HEX records stand in the main text like any
   // other output text.
@@ -329,16 +335,17 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
     const bool whole = std::fwrite(data.data(), 1, data.size(), stdout) == data.size();
     if (std::fflush(stdout) != 0 || !whole || std::ferror(stdout))
       return Fail(std::string("standard output: ") + std::strerror(errno ? errno : EIO));
-    return 0;
+    return saveSettings();
   }
   if (!WriteFileAtomically(o.output, data, &error)) return Fail(o.output + ": " + error);
-  if (o.noInfo) return 0;
+  // A parameter file belongs beside a file, not beside a device or a FIFO.
+  if (o.noInfo || !IsRegularTarget(o.output)) return saveSettings();
   // The parameter file goes beside the file written, under its name, never into the working
   // folder unasked: printing to standard output writes none.
   s.OutputFolder = FolderPart(o.output).empty() ? "." : FolderPart(o.output);
   s.OutputFileName = FileNamePart(o.output);
   if (!app.mainForm.WriteInfoFile()) return Fail(app.mainForm.InfoFileName() + ": the parameter file was not written");
-  return 0;
+  return saveSettings();
 }
 
 }  // namespace rmcli

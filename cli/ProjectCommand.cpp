@@ -6,6 +6,8 @@
 
 #include "cli/CliNames.h"
 #include "cli/ProjectContext.h"
+#include "cli/StdoutCheck.h"
+#include "shell/ProjectLock.h"
 #include "engine/ColourModes.h"
 #include "shell/Application.h"
 #include "shell/ConsoleUi.h"
@@ -93,12 +95,18 @@ int RunProject(const ProjectOptions& o) {
   SystemClock clock;
   Application app(ui, clock);
   std::string error;
-  if (!OpenProject(app, o.project, error)) return Fail(error);
+  const bool changes = o.action != "list" && o.action != "show";
+  if (!OpenProject(app, o.project, error, changes)) return Fail(error);
   // The default project always exists: on the first run it is written here, as the desktop
-  // program writes it at its first quit.
+  // program writes it at its first quit. Looked for again under the lock: another process may
+  // have made it, with settings of its own, since it was read.
   std::error_code ec;
-  if (!fs::exists(app.globals.ActiveProject, ec) && !app.mainForm.SaveConfigurationX())
-    return Fail("project file could not be written: " + app.globals.ActiveProject);
+  if (!fs::exists(app.globals.ActiveProject, ec)) {
+    ProjectLock lock = ProjectLock::ForFile(app.globals.ActiveProject, ProjectLock::Mode::Exclusive);
+    if (!lock.Held()) return Fail(lock.Error());
+    if (!fs::exists(app.globals.ActiveProject, ec) && !app.mainForm.SaveConfigurationX(&error))
+      return Fail("project file could not be written: " + app.globals.ActiveProject + ": " + error);
+  }
 
   TExploForm& explorer = app.exploForm;
   const std::string name = ProjectFileName(o.name);
@@ -111,17 +119,17 @@ int RunProject(const ProjectOptions& o) {
   if (o.action == "list") {
     for (const auto& n : explorer.ListAllProjects())
       std::printf("%s%s\n", explorer.ProjectsFolder() + n == app.globals.ActiveProject ? "* " : "  ", n.c_str());
-    return 0;
+    return FinishStdout();
   }
   if (o.action == "show") {
     Show(app);
-    return 0;
+    return FinishStdout();
   }
   if (o.action == "new") {
     const std::string made = explorer.SaveAsNewProject();
     if (made.empty()) return 1;
     std::printf("%s\n", made.c_str());
-    return 0;
+    return FinishStdout();
   }
   if (o.action == "activate") return explorer.ActivateProject(name) ? 0 : 1;
   if (o.action == "rename") return explorer.ProjectViewEdited(name, o.newName) ? 0 : 1;

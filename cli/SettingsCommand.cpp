@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "cli/ProjectContext.h"
+#include "cli/StdoutCheck.h"
 #include "shell/Application.h"
 #include "shell/ConsoleUi.h"
 #include "shell/SettingsTable.h"
@@ -50,14 +51,15 @@ int RunSettings(const SettingsOptions& o) {
   if (o.set && !o.project.empty()) {
     // A new project file may be started by setting its first key.
     std::error_code ec;
-    if (!std::filesystem::exists(o.project, ec) && !WriteFileAtomically(o.project, "", &error))
+    if (!std::filesystem::exists(o.project, ec) && !CreateNewFile(o.project, &error) &&
+        !std::filesystem::exists(o.project, ec))
       return fail(o.project + ": " + error, 1);
   }
   if (!OpenProject(app, o.project, error, writes)) return fail(error, 1);
 
   if (o.list) {
     for (const std::string& line : ListSettings(app)) std::printf("%s\n", line.c_str());
-    return 0;
+    return FinishStdout();
   }
   if (o.restoreFactory) {
     if (!app.mainForm.RestoreDefaultSettings1Click()) return fail("the factory settings were not restored", 1);
@@ -68,7 +70,7 @@ int RunSettings(const SettingsOptions& o) {
   if (!def) return fail("unknown setting key: " + o.key, 2);
   if (o.get) {
     std::printf("%s\n", GetSetting(app, *def).c_str());
-    return 0;
+    return FinishStdout();
   }
   if (!StoreSetting(app, o.key, o.value, error)) return fail(error, 2);
   if (!app.mainForm.SaveConfigurationX()) return fail("the project was not saved: " + app.globals.ActiveProject, 1);

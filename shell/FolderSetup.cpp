@@ -2,9 +2,11 @@
 // names the active project; the project root holds the user's working folders.
 #include <filesystem>
 #include <fstream>
+#include <optional>
 
 #include "shell/Application.h"
 #include "shell/Folders.h"
+#include "shell/ProjectLock.h"
 
 namespace rm {
 
@@ -31,16 +33,39 @@ void CreateProjectRoot(Application& app) {
 
 }  // namespace
 
+std::string ProgramInitsFolder() {
+  return UserDirectory(HomeFolder(), "XDG_DOCUMENTS_DIR", "Documents") + "/Rastermill inits " + ProgramVersionTag() +
+         "/";
+}
+
 void TMainForm::LoadFolders() {
   Globals& g = app_.globals;
   g.LastAction = "load folders";
   const std::string home = HomeFolder();
   g.MyDocuments = UserDirectory(home, "XDG_DOCUMENTS_DIR", "Documents");
   g.MyPictures = UserDirectory(home, "XDG_PICTURES_DIR", "Pictures");
-  g.InitsFolder = g.MyDocuments + "/Rastermill inits " + ProgramVersionTag() + "/";
+  g.InitsFolder = ProgramInitsFolder();
   g.ProjectRoot = g.MyDocuments + "/Rastermill Project/";
   const std::string pointer = g.InitsFolder + "Rastermill.ini";
   std::error_code ec;
+
+  // The pointer is read under a shared lock; the first run, which writes it, holds the folder
+  // alone and looks again once it does, as another process may have made it meanwhile.
+  fs::create_directories(g.InitsFolder, ec);
+  std::optional<ProjectLock> lock;
+  for (int attempt = 0; attempt < 2; ++attempt) {
+    const bool writes = !fs::exists(pointer, ec);
+    lock.reset();
+    lock.emplace(g.InitsFolder, writes ? ProjectLock::Mode::Exclusive : ProjectLock::Mode::Shared);
+    if (!lock->Held() || writes || fs::exists(pointer, ec)) break;
+  }
+  if (!lock->Held()) {
+    CreateProjectRoot(app_);
+    StatusBarAndLog(lock->Error());
+    app_.ui.MessageDlg(" Init file is opened by another application ! ", "Error", DlgType::Error, {"OK"});
+    g.ActiveProject.clear();
+    return;
+  }
 
   // An installer or an older version hands its settings over in a transfer folder.
   if (!fs::exists(pointer, ec)) {
@@ -54,7 +79,7 @@ void TMainForm::LoadFolders() {
 
   CreateProjectRoot(app_);
   if (fs::exists(pointer, ec)) {
-    if (IsFileInUse(pointer)) {
+    if (IsFileInUse(pointer, FileUse::Read)) {
       app_.ui.MessageDlg(" Init file is opened by another application ! ", "Error", DlgType::Error, {"OK"});
       g.ActiveProject.clear();
       return;
@@ -86,7 +111,9 @@ bool TMainForm::SaveFolders() {
   const std::string pointer = g.InitsFolder + "Rastermill.ini";
   std::error_code ec;
   std::string error;
-  if (IsFileInUse(pointer) || !fs::exists(pointer, ec) ||
+  ProjectLock lock(g.InitsFolder, ProjectLock::Mode::Exclusive);
+  if (!lock.Held()) StatusBarAndLog(lock.Error());
+  if (!lock.Held() || IsFileInUse(pointer) || !fs::exists(pointer, ec) ||
       !WriteFileAtomically(pointer, g.ActiveProject + "\n", &error)) {
     app_.ui.MessageDlg(" Init file is opened by another application or was deleted ! ", "Error", DlgType::Error,
                        {"OK"});

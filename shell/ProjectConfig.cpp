@@ -1,9 +1,11 @@
 // Reading and writing the active project as a whole: the project file named by ActiveProject,
 // read into the program at start and on activation, written at quit and when a project is saved.
 #include <filesystem>
+#include <optional>
 
 #include "shell/Application.h"
 #include "shell/IniFile.h"
+#include "shell/ProjectLock.h"
 #include "shell/ProjectStore.h"
 
 namespace rm {
@@ -28,9 +30,14 @@ void ClearReadOnlyFolder(const std::string& projectPath) {
 bool TMainForm::LoadConfigurationX(bool testInUse) {
   Globals& g = app_.globals;
   g.LastAction = "Load Configuration";
+  // Read under the folder's shared lock: no process of the program replaces the file meanwhile,
+  // and a writer of ours is waited for rather than taken for another application.
+  std::optional<ProjectLock> lock;
+  if (!g.ActiveProject.empty()) lock.emplace(ProjectLock::ForFile(g.ActiveProject, ProjectLock::Mode::Shared));
   std::error_code ec;
   const bool exists = !g.ActiveProject.empty() && fs::is_regular_file(g.ActiveProject, ec);
-  if (exists && testInUse && IsFileInUse(g.ActiveProject)) {
+  if ((lock && !lock->Held()) || (exists && testInUse && IsFileInUse(g.ActiveProject, FileUse::Read))) {
+    if (lock && !lock->Held()) StatusBarAndLog(lock->Error());
     app_.ui.MessageDlg(" Settings file is opened by another application ! ", "Error", DlgType::Error, {"OK"});
     return false;
   }
@@ -55,27 +62,29 @@ bool TMainForm::LoadConfigurationX(bool testInUse) {
   return true;
 }
 
-bool TMainForm::SaveConfigurationX() {
+bool TMainForm::SaveConfigurationX(std::string* error) {
   Globals& g = app_.globals;
   g.LastAction = "Save Configuration";
-  if (g.ActiveProject.empty()) return false;
-  std::error_code ec;
-  if (fs::exists(g.ActiveProject, ec) && IsFileInUse(g.ActiveProject)) {
-    app_.ui.MessageDlg(" Settings file is opened by another application ! ", "Error", DlgType::Error, {"OK"});
+  std::string why;
+  auto fail = [&](const std::string& reason) {
+    StatusBarAndLog(reason);
+    if (error) *error = reason;
     return false;
+  };
+  if (g.ActiveProject.empty()) return fail("no active project");
+  // The file is read, changed and written back under the folder's exclusive lock, so that the
+  // keys another process of the program has just written are not lost to an older copy.
+  ProjectLock lock = ProjectLock::ForFile(g.ActiveProject, ProjectLock::Mode::Exclusive);
+  std::error_code ec;
+  if (!lock.Held() || (fs::exists(g.ActiveProject, ec) && IsFileInUse(g.ActiveProject))) {
+    app_.ui.MessageDlg(" Settings file is opened by another application ! ", "Error", DlgType::Error, {"OK"});
+    return fail(lock.Held() ? "the settings file is held by another program: " + g.ActiveProject : lock.Error());
   }
   ClearReadOnlyFolder(g.ActiveProject);
   IniFile project;
-  std::string error;
-  if (!project.Load(g.ActiveProject, &error)) {
-    StatusBarAndLog(error);
-    return false;
-  }
+  if (!project.Load(g.ActiveProject, &why)) return fail(why);
   ProjectWrite(app_, project);
-  if (!project.Save(&error)) {
-    StatusBarAndLog(error);
-    return false;
-  }
+  if (!project.Save(&why)) return fail(why);
   g.LastAction = "Config Saved";
   return true;
 }

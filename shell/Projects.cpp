@@ -4,10 +4,12 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <optional>
 
 #include "engine/HeaderTemplate.h"
 #include "engine/Palette.h"
 #include "shell/Application.h"
+#include "shell/ProjectLock.h"
 
 namespace rm {
 
@@ -72,6 +74,24 @@ bool WriteLines(const std::string& path, const std::vector<std::string>& lines, 
 bool IsPlainFileName(const std::string& name) {
   return !name.empty() && name.find('/') == std::string::npos && name != "." && name != "..";
 }
+
+// A change to the projects holds the pointer file's folder and then the projects folder alone,
+// in the order every change takes them in, so that two changes never wait for each other.
+class ChangeLocks {
+ public:
+  ChangeLocks(const std::string& initsFolder, const std::string& projectsFolder) {
+    if (!initsFolder.empty()) pointer_.emplace(initsFolder, ProjectLock::Mode::Exclusive);
+    if (Held() && !projectsFolder.empty()) projects_.emplace(projectsFolder, ProjectLock::Mode::Exclusive);
+  }
+  bool Held() const { return (!pointer_ || pointer_->Held()) && (!projects_ || projects_->Held()); }
+  std::string Error() const {
+    if (pointer_ && !pointer_->Held()) return pointer_->Error();
+    return projects_ && !projects_->Held() ? projects_->Error() : std::string();
+  }
+
+ private:
+  std::optional<ProjectLock> pointer_, projects_;
+};
 
 }  // namespace
 
@@ -182,9 +202,18 @@ bool TExploForm::ActivateProject(const std::string& name) {
     app_.ui.MessageDlg("Please select a project first ", "Warning", DlgType::Warning, {"OK"});
     return false;
   }
-  // The present project is written even when the other one then cannot be read: its settings
-  // are safe on disk whatever follows. A refusal was told by the writer.
-  app_.mainForm.SaveConfigurationX();
+  std::optional<ChangeLocks> locks(std::in_place, g.InitsFolder, ProjectsFolder());
+  std::string why;
+  if (!locks->Held()) why = locks->Error();
+  // The present project is written first. When it cannot be, nothing changes: leaving it would
+  // lose its settings. A refusal was told by the writer as well.
+  if (why.empty() && !app_.mainForm.SaveConfigurationX(&why) && why.empty()) why = "not saved";
+  if (!why.empty()) {
+    locks.reset();
+    app_.ui.MessageDlg("Project " + name + " was not activated : the present project could not be saved : " + why,
+                       "Error", DlgType::Error, {"OK"});
+    return false;
+  }
   g.ActiveProject = ProjectsFolder() + name;
   app_.mainForm.StatusBarAndLog("Project " + name + " Activated");
   const bool read = app_.mainForm.LoadConfigurationX();
@@ -201,8 +230,7 @@ bool TExploForm::ActivateProject(const std::string& name) {
   if (!read) return false;
   // The pointer is written now rather than at quit, so that a crash, or a command line run that
   // has no quit, still starts in the project chosen. A failure was told by SaveFolders.
-  app_.mainForm.SaveFolders();
-  return true;
+  return app_.mainForm.SaveFolders();
 }
 
 std::string TExploForm::SaveAsNewProject() {
@@ -211,41 +239,64 @@ std::string TExploForm::SaveAsNewProject() {
   const std::string oldTemplate = app_.session.HeaderIncludeFile.empty()
                                       ? ProjectStem(g.ActiveProject) + kHeaderTemplateSuffixes[0]
                                       : app_.session.HeaderIncludeFile;
-  std::error_code ec;
   int n = 0;
   std::string name = "New Project.LCD";
-  while (fs::exists(folder + name, ec)) name = "New Project(" + std::to_string(++n) + ").LCD";
-
-  const std::string path = folder + name;
   std::string error;
-  if (folder.empty() || !WriteFileAtomically(path, "", &error)) {
-    app_.ui.MessageDlg("Project " + name + " could not be created : " + error, "Error", DlgType::Error, {"OK"});
-    return {};
+  std::optional<ChangeLocks> locks;  // let go before any message: the user may take a while
+  auto refuse = [this, &name, &locks](const std::string& why) {
+    locks.reset();
+    app_.ui.MessageDlg("Project " + name + " could not be created : " + why, "Error", DlgType::Error, {"OK"});
+    return std::string();
+  };
+  if (folder.empty()) return refuse("no projects folder");
+  locks.emplace(g.InitsFolder, folder);
+  if (!locks->Held()) return refuse(locks->Error());
+  // The name is taken by making the file, which fails when it exists: two programs saving a new
+  // project at once get two names.
+  std::error_code ec;
+  while (!CreateNewFile(folder + name, &error)) {
+    if (!fs::exists(folder + name, ec)) return refuse(error);
+    name = "New Project(" + std::to_string(++n) + ").LCD";
   }
+  const std::string path = folder + name;
+  const std::string previousProject = g.ActiveProject, previousTemplate = app_.session.HeaderIncludeFile;
+  const std::string newTemplate = ProjectStem(path) + kHeaderTemplateSuffixes[0];
+  const bool templateExisted = fs::exists(newTemplate, ec);
+  // A project is made whole or not at all: on any failure its files go again and the program
+  // stays in the project it was in.
+  auto undo = [&](const std::string& why) {
+    fs::remove(path, ec);
+    if (!templateExisted) fs::remove(newTemplate, ec);
+    g.ActiveProject = previousProject;
+    app_.session.HeaderIncludeFile = previousTemplate;
+    return refuse(why);
+  };
   g.ActiveProject = path;
 
   // The new project starts with the graphics template of the one it copies; when that one has
   // none, with the factory template, so that its conversions do not lose their header.
-  const std::string newTemplate = ProjectStem(path) + kHeaderTemplateSuffixes[0];
   TextLines templateLines;
   const bool copied = templateLines.LoadFromFile(oldTemplate) && templateLines.SaveToFile(newTemplate, &error);
   if (!copied && !WriteLines(newTemplate, DefaultGraphicsTemplate(), &error))
-    app_.mainForm.StatusBarAndLog("Header template " + newTemplate + " not written : " + error);
+    return undo("header template " + newTemplate + " not written : " + error);
   app_.session.HeaderIncludeFile = newTemplate;
 
-  app_.mainForm.SaveConfigurationX();
+  if (!app_.mainForm.SaveConfigurationX(&error)) return undo(error);
+  if (!app_.mainForm.SaveFolders()) return undo("the pointer file was not written");
+  locks.reset();
   // The file is "New Project(1).LCD"; the message spells the name with a blank before the number.
   const std::string text = n == 0 ? "Project named \"New Project\" was created !"
                                   : " Project named \"New Project (" + std::to_string(n) + ")\" was created !";
   app_.ui.MessageDlg(text, "Warning", DlgType::Warning, {"OK"});
   app_.mainForm.StatusBarAndLog(" PROJECT: " + name);
-  app_.mainForm.SaveFolders();
   return name;
 }
 
 bool TExploForm::ProjectViewEdited(const std::string& oldName, const std::string& newEdit) {
   Globals& g = app_.globals;
-  auto say = [this](const std::string& text, const char* title, DlgType type) {
+  std::optional<ChangeLocks> locks;  // let go before any message: the user may take a while
+  auto say = [this, &locks](const std::string& text, const char* title, DlgType type) {
+    locks.reset();
     app_.ui.MessageDlg(text, title, type, {"OK"});
     return false;
   };
@@ -260,6 +311,8 @@ bool TExploForm::ProjectViewEdited(const std::string& oldName, const std::string
 
   const std::string folder = ProjectsFolder();
   const std::string oldPath = folder + oldName, newPath = folder + newName;
+  locks.emplace(g.InitsFolder, folder);
+  if (!locks->Held()) return say(locks->Error(), "Error", DlgType::Error);
   std::error_code ec;
   if (IsPlainFileName(newEdit) && fs::exists(newPath, ec))
     return say("There is already another project named like this !", "Error", DlgType::Error);
@@ -287,6 +340,7 @@ bool TExploForm::ProjectViewEdited(const std::string& oldName, const std::string
     if (app_.session.HeaderIncludeFile == oldTemplate) app_.session.HeaderIncludeFile = newTemplate;
     app_.mainForm.SaveFolders();
   }
+  locks.reset();
   app_.ui.MessageDlg("Project has been renamed", "Information", DlgType::Information, {"OK"});
   app_.mainForm.StatusBarAndLog("Project " + oldName + " renamed " + newName);
   return true;
@@ -294,7 +348,9 @@ bool TExploForm::ProjectViewEdited(const std::string& oldName, const std::string
 
 bool TExploForm::MenuItem6Click(const std::string& name) {
   Globals& g = app_.globals;
-  auto say = [this](const std::string& text, const char* title, DlgType type) {
+  std::optional<ChangeLocks> locks;  // taken after the question, let go before any message
+  auto say = [this, &locks](const std::string& text, const char* title, DlgType type) {
+    locks.reset();
     app_.ui.MessageDlg(text, title, type, {"OK"});
     return false;
   };
@@ -312,11 +368,18 @@ bool TExploForm::MenuItem6Click(const std::string& name) {
                          {"Yes", "No"}) != "Yes")
     return false;
 
+  locks.emplace(g.InitsFolder, ProjectsFolder());
+  if (!locks->Held()) return say(locks->Error(), "Error", DlgType::Error);
+  // Another process of the program may have made it the active one meanwhile.
+  TextLines pointer;
+  if (pointer.LoadFromFile(g.InitsFolder + "Rastermill.ini") && !pointer.Empty() && pointer[0] == path)
+    return say("Active project can not be deleted !", "Error", DlgType::Error);
   if (!fs::remove(path, ec) || ec) return say("Error while trying to delete project !", "Error", DlgType::Error);
   // Only the graphics template goes with the project; the font templates stay, as they do when
   // a project is renamed.
   fs::remove(ProjectStem(path) + kHeaderTemplateSuffixes[0], ec);
   for (int colours : kProjectPaletteSizes) fs::remove(CustomPaletteName(path, colours), ec);
+  locks.reset();
   app_.ui.MessageDlg("Project has been deleted !", "Project Deleted", DlgType::Information, {"OK"});
   app_.mainForm.StatusBarAndLog("Project " + name + " deleted");
   return true;

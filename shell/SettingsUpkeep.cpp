@@ -1,10 +1,12 @@
 // The settings around the project file: the usage counters, the factory restore and the two
 // reports of the settings for humans.
 #include <filesystem>
+#include <optional>
 
 #include "engine/InfoFile.h"
 #include "shell/Application.h"
 #include "shell/Folders.h"
+#include "shell/ProjectLock.h"
 #include "shell/SettingsTable.h"
 
 namespace rm {
@@ -74,8 +76,15 @@ bool TMainForm::RestoreDefaultSettings1Click() {
     return false;
   // Before the program's folders are known there is nothing to restore (and no pointer to remove).
   if (g.InitsFolder.empty() || g.ActiveProject.empty()) return false;
+  // No process of the program reads or writes the project and the pointer while they go.
+  std::optional<ProjectLock> pointerLock(std::in_place, g.InitsFolder, ProjectLock::Mode::Exclusive);
+  std::optional<ProjectLock> projectLock;
+  if (pointerLock->Held()) projectLock.emplace(ProjectLock::ForFile(g.ActiveProject, ProjectLock::Mode::Exclusive));
   std::error_code ec;
-  if (fs::exists(g.ActiveProject, ec) && IsFileInUse(g.ActiveProject)) {
+  if (!pointerLock->Held() || !projectLock->Held() ||
+      (fs::exists(g.ActiveProject, ec) && IsFileInUse(g.ActiveProject))) {
+    projectLock.reset();
+    pointerLock.reset();
     app_.ui.MessageDlg(" Settings file is opened by another application ! ", "Error", DlgType::Error, {"OK"});
     return false;
   }
@@ -94,6 +103,8 @@ bool TMainForm::RestoreDefaultSettings1Click() {
   if (fs::exists(fs::path(g.FactoryBackupFolder) / "default.LCD", ec)) fs::remove(defaultProject, ec);
   // The next start finds no pointer and starts as a first run: every key at its default.
   if (!fs::remove(g.InitsFolder + "Rastermill.ini", ec) || ec) {
+    projectLock.reset();
+    pointerLock.reset();
     app_.ui.MessageDlg(" Restoring factory settings has failed ! ", "Error", DlgType::Error, {"OK"});
     return false;
   }

@@ -89,8 +89,9 @@ class TMainForm {
   // test itself would make such readers refuse one another.
   bool LoadConfigurationX(bool testInUse = true);
   // Writes the program's settings into the active project. False when it is held by another
-  // program or cannot be written; the file on disk then stays as it was.
-  bool SaveConfigurationX();
+  // program or cannot be written, with the reason in `error`; the file on disk then stays as it
+  // was.
+  bool SaveConfigurationX(std::string* error = nullptr);
 
   // Usage counters (see UsageCounters): read and counted up at start, the session's time and a
   // normal quit added at quit.
