@@ -8,6 +8,7 @@
 #include "cli/StdoutCheck.h"
 #include "shell/Application.h"
 #include "shell/ConsoleUi.h"
+#include "shell/ProjectStore.h"
 #include "shell/SettingsTable.h"
 
 namespace rmcli {
@@ -22,6 +23,8 @@ void AddSettingsCommands(CLI::App& c, SettingsOptions& o) {
   // --yes and --project may follow the command word too: "settings restore-factory --yes".
   c.fallthrough();
   c.add_subcommand("list", "Every setting as [SECTION] KEY=VALUE, in reading order")->callback([&o] { o.list = true; });
+  c.add_subcommand("diff", "Every setting that differs from the factory's, as [SECTION] KEY=VALUE (factory: X)")
+      ->callback([&o] { o.diff = true; });
   auto* get = c.add_subcommand("get", "One setting's value");
   get->add_option("KEY", o.key, "Setting key, without regard to case; SECTION/KEY for a name in two sections")
       ->required();
@@ -60,6 +63,12 @@ int RunSettings(const SettingsOptions& o) {
   if (o.list) {
     for (const std::string& line : ListSettings(app)) std::printf("%s\n", line.c_str());
     return FinishStdout();
+  }
+  if (o.diff) {
+    Application factory(ui, clock);
+    ProjectRead(factory, IniFile());
+    for (const std::string& line : DiffSettings(app, factory)) std::printf("%s\n", line.c_str());
+    return 0;
   }
   if (o.restoreFactory) {
     if (!app.mainForm.RestoreDefaultSettings1Click()) return fail("the factory settings were not restored", 1);

@@ -10,7 +10,7 @@ namespace rmcli {
 struct SettingsOptions {
   std::string project;  // another project file (.LCD) than the active one
   std::string key, value;
-  bool list = false, get = false, set = false, restoreFactory = false;
+  bool list = false, diff = false, get = false, set = false, restoreFactory = false;
   bool yes = false;
 };
 

@@ -155,4 +155,17 @@ std::vector<std::string> ListSettings(const Application& app) {
   return lines;
 }
 
+std::vector<std::string> DiffSettings(const Application& app, const Application& factory) {
+  std::vector<std::string> lines;
+  for (const SettingDef& def : SettingsTable()) {
+    if (!def.read || def.computed || FindSetting(std::string(def.section) + "/" + std::string(def.key)) != &def)
+      continue;
+    const std::string value = GetSetting(app, def), was = GetSetting(factory, def);
+    if (value != was)
+      lines.push_back("[" + std::string(def.section) + "] " + std::string(def.key) + "=" + value + " (factory: " + was +
+                      ")");
+  }
+  return lines;
+}
+
 }  // namespace rm

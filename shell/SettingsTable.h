@@ -108,6 +108,11 @@ std::string CheckSettingValue(const SettingDef& def, const std::string& value);
 // Every key read from the project file, once, as "[SECTION] KEY=VALUE", in reading order: what
 // `settings list` shows.
 std::vector<std::string> ListSettings(const Application& app);
+// The keys whose value differs from the factory's, as "[SECTION] KEY=VALUE (factory: X)", in
+// reading order: what `settings diff` shows. `factory` is a program that read an empty project
+// (the factory state, switches the colour mode implies included). Keys whose default the program
+// builds at start (the folders, window places) have no factory value of their own and are left out.
+std::vector<std::string> DiffSettings(const Application& app, const Application& factory);
 // Marks the keys a user may not set by name: the colour mode's switches (SettingRules.cpp).
 void AddSettingRules(std::vector<SettingDef>& table);
 std::string GetSetting(const Application& app, const SettingDef& def);

@@ -322,4 +322,18 @@ TEST(ProjectStore, AModeChosenByNameSetsItsNegativeOutputWhateverTheProjectSaid)
   EXPECT_EQ(error, "Neg inverts monochrome output only: use --mode mono-inv");
 }
 
+TEST(ProjectStore, DiffNamesTheKeysThatDifferFromTheFactory) {
+  TestProgram p, factory;
+  rm::ProjectRead(p.app, rm::IniFile());
+  rm::ProjectRead(factory.app, rm::IniFile());
+  EXPECT_EQ(rm::DiffSettings(p.app, factory.app), std::vector<std::string>());
+  Set(p.app, "ORGC", "4");
+  Set(p.app, "td", "1");
+  ASSERT_TRUE(p.app.mainForm.SetColourMode(55, true));
+  const std::vector<std::string> expected = {
+      "[B3] tr=0 (factory: 1)",    "[B3] td=1 (factory: 0)", "[I11] ORGC=4 (factory: 16)",
+      "[S4] Monc=0 (factory: 1)",  "[S4] C16=1 (factory: 0)"};
+  EXPECT_EQ(rm::DiffSettings(p.app, factory.app), expected);
+}
+
 }  // namespace
