@@ -225,11 +225,23 @@ bool DataEncoder::EncodeCanvasTable() {
     return false;
   }
   ComputeTotalBytes();
-  ui_.Progress(0, s_.TotalBytes);
   colourIndex_.Build(s_.PaletteSize > 0 ? s_.PaletteTable : s_.ModeColours);
   lastColour_ = kOutside;
   lastValue_ = -1;
   PrepareValues();
+  // The sizes by formula hold only when the area fits the byte direction; the walk writes whole
+  // bytes only. The count of the walk itself is what the table declares and what decides where
+  // the data end.
+  if (const long long written = CountWalkBytes(); written >= 0) {
+    if (written == 0) {
+      ui_.MessageDlg(" Nothing to encode: the area is smaller than one data byte of this paging scheme ! ", "Error",
+                     DlgType::Error, {"OK"});
+      return false;
+    }
+    s_.TotalBytes = s_.Gray4TwoPages && s_.Direction == PagingDirection::Down ? (written + 1) / 2 : written;
+    s_.TotalBytesPlus = written + 1;
+  }
+  ui_.Progress(0, s_.TotalBytes);
 
   const bool machine = s_.Output == OutputKind::BinaryFile || s_.Output == OutputKind::IntelHex;
   FilledTemplate head;
@@ -279,7 +291,7 @@ bool DataEncoder::ConvertPalette() {
 // ---- compression --------------------------------------------------------------------------
 
 bool DataEncoder::CompressStep() {
-  if (!CompressesBytes(s_)) return false;
+  if (counting_ || !CompressesBytes(s_)) return false;
   s_.ByteCount += CompressionState::ByteStep(s_);
   return compression_.Take(s_.CurrentByte);
 }
@@ -334,19 +346,7 @@ void DataEncoder::WriteCompressionStatistics() {
   for (const auto& line : compression_.StatisticsLines()) text_.Add(prefix + line + suffix);
 }
 
-void DataEncoder::RunWalker() {
-  if (s_.Compression) {
-    compression_.Reset();
-    compressionRefused_ = false;
-    walkCanvasWidth_ = s_.CanvasWidth;
-    walkCanvasHeight_ = s_.CanvasHeight;
-    // Without a pointer table template the table still says what it is.
-    if (aux_.Empty()) {
-      aux_.Add("");
-      aux_.Add(s_.Syntax.Comment == CommentForm::C ? "/* Compression informations /*"
-                                                   : formatter_.CommentPrefix() + "Compression informations ");
-    }
-  }
+void DataEncoder::Walk() {
   switch (s_.Direction) {
     case PagingDirection::Down: WalkDown(); break;
     case PagingDirection::DownAll: WalkDownAll(); break;
@@ -357,12 +357,85 @@ void DataEncoder::RunWalker() {
     case PagingDirection::ToLeft: WalkToLeft(); break;
     case PagingDirection::ToLeftAll: WalkToLeftAll(); break;
   }
+  if (!s_.Abort) FinishPacking();
+}
+
+void DataEncoder::FinishPacking() {
+  // Packed gray 32 puts three pixels into two bytes. When the pixels are not a multiple of three
+  // the last one or two would stay in the packer: the bytes that hold their bits go out, the bits
+  // of the missing pixels 0.
+  if (s_.Gray32 && s_.Packed && s_.Gray32Counter != 0) {
+    if (!BeforeByte()) return;
+    Emit(static_cast<int>(Transform(static_cast<std::uint32_t>(s_.Gray32Counter == 1 ? s_.Gray32A : s_.Gray32C), 8)));
+    s_.Gray32Counter = 0;
+  }
+  // Packed 4096 colours puts two pixels into three bytes: an odd last pixel's low four bits.
+  if (s_.Colours4096 && s_.Packed && s_.Packed4096Phase != 0) {
+    if (!BeforeByte()) return;
+    Emit((s_.Packed4096First << 4) & 240);
+    s_.Packed4096Phase = 0;
+  }
+}
+
+long long DataEncoder::CountWalkBytes() {
+  // What the walkers and packers change on their way, put back afterwards.
+  const long double byteCount = s_.ByteCount, ppb = s_.PixelsPerByte;
+  const int curX = s_.CurX, curY = s_.CurY, currentByte = s_.CurrentByte, canvasW = s_.CanvasWidth,
+            canvasH = s_.CanvasHeight, x1 = s_.ExportAreaX1, y1 = s_.ExportAreaY1, x2 = s_.ExportAreaX2,
+            y2 = s_.ExportAreaY2, g32Counter = s_.Gray32Counter, g32A = s_.Gray32A, g32C = s_.Gray32C,
+            phase4096 = s_.Packed4096Phase, first4096 = s_.Packed4096First;
+  const bool abort = s_.Abort;
+  counting_ = true;
+  counted_ = 0;
+  formatter_.SetMuted(true);
+  Walk();
+  formatter_.SetMuted(false);
+  counting_ = false;
+  const long long n = s_.Abort ? -1 : counted_;
+  s_.ByteCount = byteCount;
+  s_.PixelsPerByte = ppb;
+  s_.CurX = curX;
+  s_.CurY = curY;
+  s_.CurrentByte = currentByte;
+  s_.CanvasWidth = canvasW;
+  s_.CanvasHeight = canvasH;
+  s_.ExportAreaX1 = x1;
+  s_.ExportAreaY1 = y1;
+  s_.ExportAreaX2 = x2;
+  s_.ExportAreaY2 = y2;
+  s_.Gray32Counter = g32Counter;
+  s_.Gray32A = g32A;
+  s_.Gray32C = g32C;
+  s_.Packed4096Phase = phase4096;
+  s_.Packed4096First = first4096;
+  s_.Abort = abort;
+  return n;
+}
+
+void DataEncoder::RunWalker() {
+  if (s_.Compression) {
+    compression_.Reset();
+    compressionRefused_ = false;
+    walkCanvasWidth_ = s_.CanvasWidth;
+    walkCanvasHeight_ = s_.CanvasHeight;
+    // Without a pointer table template the table still says what it is.
+    if (aux_.Empty()) {
+      aux_.Add("");
+      aux_.Add(CompressionTitle());
+    }
+  }
+  Walk();
+  formatter_.FinishWord();
 }
 
 // ---- walkers --------------------------------------------------------------------------------
 
 bool DataEncoder::BeforeByte() {
   if (s_.Abort) return false;
+  if (counting_) {
+    s_.CurrentByte = 0;
+    return true;
+  }
   if (ui_.EscapePressed()) {
     s_.Abort = true;
     return false;
@@ -690,6 +763,10 @@ bool DataEncoder::ReadValue(Step step, int& value) {
 }
 
 void DataEncoder::ReportColourNotFound(Colour c) {
+  if (counting_) {
+    s_.Abort = true;
+    return;
+  }
   ui_.MessageDlg(std::string(" Color not found in Palette! \r") +
                      (c == kOutside ? " Check if Heigth or Width matches with pixels per byte format " : " "),
                  "Error Message", DlgType::Error, {"OK"});
@@ -740,6 +817,10 @@ std::uint32_t DataEncoder::Transform(std::uint32_t v, int width) const {
 }
 
 void DataEncoder::Emit(int byte) {
+  if (counting_) {
+    ++counted_;
+    return;
+  }
   s_.CurrentByte = byte & 0xFF;
   formatter_.EmitDataByte();
 }

@@ -356,7 +356,7 @@ TEST(Compression, PointerLinesFollowTheDataSyntax) {
     if (c.setup) c.setup(p);
     p.app.session.Compression = true;
     ASSERT_TRUE(p.Convert());
-    EXPECT_EQ(Block(p.app.mainText.Lines(), "/* Compression informations /*"), c.lines) << p.Text();
+    EXPECT_EQ(Block(p.app.mainText.Lines(), "/* Compression informations */"), c.lines) << p.Text();
   }
 }
 

@@ -6,6 +6,7 @@
 
 ;  NewBitmap  for the assembler
 [&NAME]:  ;  0  0
+
  FFh, FFh , 88h , 01h , 80h , 81h , FFh , FFh 
 
 ;  NewBitmapWidthPages = 2 ;
