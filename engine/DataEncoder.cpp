@@ -266,6 +266,12 @@ bool DataEncoder::EncodeCanvasTable() {
   if (!s_.Compression) {
     formatter_.TakePendingSuffix();
     text_.Add(endString);
+    // A table whose compression did not pay still tells what the compression found; an
+    // animation's frame only lists the frames in the parameter file.
+    if (redoneAfterRefusal_ && !canvas_.animationActive) {
+      text_.Add("");
+      WriteCompressionStatistics();
+    }
   }
   WriteTableTail(head, endString);
   return true;
@@ -336,7 +342,9 @@ bool DataEncoder::RedoTableUncompressed() {
   s_.CanvasWidth = walkCanvasWidth_;
   s_.CanvasHeight = walkCanvasHeight_;
   s_.Compression = false;
+  redoneAfterRefusal_ = true;
   const bool done = EncodeCanvasTable();
+  redoneAfterRefusal_ = false;
   s_.Compression = true;
   return done;
 }

@@ -1,6 +1,6 @@
 //** kept above everything
  ; Data generated with rastermill 0.1.0
- ; 
+ ; 14/11/2023 22:13:20
  ; Bitmap Source file : Newfile.bmp
  ; Byte width format is 8 bit / Big endian
 
