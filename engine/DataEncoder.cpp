@@ -385,41 +385,6 @@ void DataEncoder::FinishPacking() {
   }
 }
 
-long long DataEncoder::CountWalkBytes() {
-  // What the walkers and packers change on their way, put back afterwards.
-  const long double byteCount = s_.ByteCount, ppb = s_.PixelsPerByte;
-  const int curX = s_.CurX, curY = s_.CurY, currentByte = s_.CurrentByte, canvasW = s_.CanvasWidth,
-            canvasH = s_.CanvasHeight, x1 = s_.ExportAreaX1, y1 = s_.ExportAreaY1, x2 = s_.ExportAreaX2,
-            y2 = s_.ExportAreaY2, g32Counter = s_.Gray32Counter, g32A = s_.Gray32A, g32C = s_.Gray32C,
-            phase4096 = s_.Packed4096Phase, first4096 = s_.Packed4096First;
-  const bool abort = s_.Abort;
-  counting_ = true;
-  counted_ = 0;
-  formatter_.SetMuted(true);
-  Walk();
-  formatter_.SetMuted(false);
-  counting_ = false;
-  const long long n = s_.Abort ? -1 : counted_;
-  s_.ByteCount = byteCount;
-  s_.PixelsPerByte = ppb;
-  s_.CurX = curX;
-  s_.CurY = curY;
-  s_.CurrentByte = currentByte;
-  s_.CanvasWidth = canvasW;
-  s_.CanvasHeight = canvasH;
-  s_.ExportAreaX1 = x1;
-  s_.ExportAreaY1 = y1;
-  s_.ExportAreaX2 = x2;
-  s_.ExportAreaY2 = y2;
-  s_.Gray32Counter = g32Counter;
-  s_.Gray32A = g32A;
-  s_.Gray32C = g32C;
-  s_.Packed4096Phase = phase4096;
-  s_.Packed4096First = first4096;
-  s_.Abort = abort;
-  return n;
-}
-
 void DataEncoder::RunWalker() {
   if (s_.Compression) {
     compression_.Reset();
