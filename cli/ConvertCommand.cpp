@@ -304,6 +304,7 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
 
   // The command line writes only what it is told to, below: nothing goes into the project's
   // Output files folder on its own (the desktop saves a finished table there).
+  if (!o.output.empty() && o.output != "-" && !o.noInfo) s.InfoFileTarget = InfoFileNameFor(o.output);
   const std::string projectOutputFolder = s.OutputFolder;
   s.OutputFolder.clear();
   const bool ok = app.imageForm.EncodeButtonClick();

@@ -175,7 +175,10 @@ struct ConversionSession {
   std::string TableName = "NewBitmap";  // the output name the tags and descriptors use
   std::string SourceFileName = "Newfile.bmp";
   std::string InfoFilePath;             // named by the closing comment
-  std::string LastInfoDateText;         // date and time of the last parameter file written
+  std::string LastInfoDateText;         // date and time of the conversion: top comment, parameter file
+  // Where the front end will write the parameter file, when not beside the output in the output
+  // folder (the command line's -o FILE): the closing comment names it.
+  std::string InfoFileTarget;
   bool GraphicSizeInData = false;       // width and height as the table's first data
   bool GraphicPositionInData = false;   // X and Y likewise
   bool SizeDescriptors = true;          // the WidthPages/HeightPixels lines after the table

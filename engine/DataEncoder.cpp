@@ -225,11 +225,23 @@ bool DataEncoder::EncodeCanvasTable() {
     return false;
   }
   ComputeTotalBytes();
-  ui_.Progress(0, s_.TotalBytes);
   colourIndex_.Build(s_.PaletteSize > 0 ? s_.PaletteTable : s_.ModeColours);
   lastColour_ = kOutside;
   lastValue_ = -1;
   PrepareValues();
+  // The sizes by formula hold only when the area fits the byte direction; the walk writes whole
+  // bytes only. The count of the walk itself is what the table declares and what decides where
+  // the data end.
+  if (const long long written = CountWalkBytes(); written >= 0) {
+    if (written == 0) {
+      ui_.MessageDlg(" Nothing to encode: the area is smaller than one data byte of this paging scheme ! ", "Error",
+                     DlgType::Error, {"OK"});
+      return false;
+    }
+    s_.TotalBytes = s_.Gray4TwoPages && s_.Direction == PagingDirection::Down ? (written + 1) / 2 : written;
+    s_.TotalBytesPlus = written + 1;
+  }
+  ui_.Progress(0, s_.TotalBytes);
 
   const bool machine = s_.Output == OutputKind::BinaryFile || s_.Output == OutputKind::IntelHex;
   FilledTemplate head;
@@ -254,6 +266,12 @@ bool DataEncoder::EncodeCanvasTable() {
   if (!s_.Compression) {
     formatter_.TakePendingSuffix();
     text_.Add(endString);
+    // A table whose compression did not pay still tells what the compression found; an
+    // animation's frame only lists the frames in the parameter file.
+    if (redoneAfterRefusal_ && !canvas_.animationActive) {
+      text_.Add("");
+      WriteCompressionStatistics();
+    }
   }
   WriteTableTail(head, endString);
   return true;
@@ -279,7 +297,7 @@ bool DataEncoder::ConvertPalette() {
 // ---- compression --------------------------------------------------------------------------
 
 bool DataEncoder::CompressStep() {
-  if (!CompressesBytes(s_)) return false;
+  if (counting_ || !CompressesBytes(s_)) return false;
   s_.ByteCount += CompressionState::ByteStep(s_);
   return compression_.Take(s_.CurrentByte);
 }
@@ -324,7 +342,9 @@ bool DataEncoder::RedoTableUncompressed() {
   s_.CanvasWidth = walkCanvasWidth_;
   s_.CanvasHeight = walkCanvasHeight_;
   s_.Compression = false;
+  redoneAfterRefusal_ = true;
   const bool done = EncodeCanvasTable();
+  redoneAfterRefusal_ = false;
   s_.Compression = true;
   return done;
 }
@@ -332,6 +352,37 @@ bool DataEncoder::RedoTableUncompressed() {
 void DataEncoder::WriteCompressionStatistics() {
   const std::string prefix = formatter_.CommentPrefix(), suffix = formatter_.CommentSuffix();
   for (const auto& line : compression_.StatisticsLines()) text_.Add(prefix + line + suffix);
+}
+
+void DataEncoder::Walk() {
+  switch (s_.Direction) {
+    case PagingDirection::Down: WalkDown(); break;
+    case PagingDirection::DownAll: WalkDownAll(); break;
+    case PagingDirection::Up: WalkUp(); break;
+    case PagingDirection::UpAll: WalkUpAll(); break;
+    case PagingDirection::ToRight: WalkToRight(); break;
+    case PagingDirection::ToRightAll: WalkToRightAll(); break;
+    case PagingDirection::ToLeft: WalkToLeft(); break;
+    case PagingDirection::ToLeftAll: WalkToLeftAll(); break;
+  }
+  if (!s_.Abort) FinishPacking();
+}
+
+void DataEncoder::FinishPacking() {
+  // Packed gray 32 puts three pixels into two bytes. When the pixels are not a multiple of three
+  // the last one or two would stay in the packer: the bytes that hold their bits go out, the bits
+  // of the missing pixels 0.
+  if (s_.Gray32 && s_.Packed && s_.Gray32Counter != 0) {
+    if (!BeforeByte()) return;
+    Emit(static_cast<int>(Transform(static_cast<std::uint32_t>(s_.Gray32Counter == 1 ? s_.Gray32A : s_.Gray32C), 8)));
+    s_.Gray32Counter = 0;
+  }
+  // Packed 4096 colours puts two pixels into three bytes: an odd last pixel's low four bits.
+  if (s_.Colours4096 && s_.Packed && s_.Packed4096Phase != 0) {
+    if (!BeforeByte()) return;
+    Emit((s_.Packed4096First << 4) & 240);
+    s_.Packed4096Phase = 0;
+  }
 }
 
 void DataEncoder::RunWalker() {
@@ -343,26 +394,21 @@ void DataEncoder::RunWalker() {
     // Without a pointer table template the table still says what it is.
     if (aux_.Empty()) {
       aux_.Add("");
-      aux_.Add(s_.Syntax.Comment == CommentForm::C ? "/* Compression informations /*"
-                                                   : formatter_.CommentPrefix() + "Compression informations ");
+      aux_.Add(CompressionTitle());
     }
   }
-  switch (s_.Direction) {
-    case PagingDirection::Down: WalkDown(); break;
-    case PagingDirection::DownAll: WalkDownAll(); break;
-    case PagingDirection::Up: WalkUp(); break;
-    case PagingDirection::UpAll: WalkUpAll(); break;
-    case PagingDirection::ToRight: WalkToRight(); break;
-    case PagingDirection::ToRightAll: WalkToRightAll(); break;
-    case PagingDirection::ToLeft: WalkToLeft(); break;
-    case PagingDirection::ToLeftAll: WalkToLeftAll(); break;
-  }
+  Walk();
+  formatter_.FinishWord();
 }
 
 // ---- walkers --------------------------------------------------------------------------------
 
 bool DataEncoder::BeforeByte() {
   if (s_.Abort) return false;
+  if (counting_) {
+    s_.CurrentByte = 0;
+    return true;
+  }
   if (ui_.EscapePressed()) {
     s_.Abort = true;
     return false;
@@ -690,6 +736,10 @@ bool DataEncoder::ReadValue(Step step, int& value) {
 }
 
 void DataEncoder::ReportColourNotFound(Colour c) {
+  if (counting_) {
+    s_.Abort = true;
+    return;
+  }
   ui_.MessageDlg(std::string(" Color not found in Palette! \r") +
                      (c == kOutside ? " Check if Heigth or Width matches with pixels per byte format " : " "),
                  "Error Message", DlgType::Error, {"OK"});
@@ -740,6 +790,10 @@ std::uint32_t DataEncoder::Transform(std::uint32_t v, int width) const {
 }
 
 void DataEncoder::Emit(int byte) {
+  if (counting_) {
+    ++counted_;
+    return;
+  }
   s_.CurrentByte = byte & 0xFF;
   formatter_.EmitDataByte();
 }

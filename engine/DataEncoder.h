@@ -101,7 +101,12 @@ class DataEncoder {
   void WriteTableHead(const FilledTemplate& head, bool clut = false);
   void WriteTopComments(bool clut);
   void WriteTableTail(const FilledTemplate& head, const std::string& endString);
-  std::string SizeText() const;
+  // The entries of the table's data as declared: the bytes written, in words of the output.
+  long long DataSize() const;
+  // The text that separates two data in a line: the separator, or "," when it is off.
+  std::string DataSeparatorText() const;
+  // The title line of a pointer table that its template does not declare.
+  std::string CompressionTitle() const;
   // A comment line of the chosen form: the prefix, the text and, for C comments, " */".
   std::string Comment(const std::string& text) const;
 
@@ -120,6 +125,14 @@ class DataEncoder {
   int VerticalPages(bool all) const;
   void ApplyLowerHalf(int& y1, int& y2) const;
   void RunWalker();
+  // The walker of the direction, then the byte a packer still holds when the pixels run out.
+  void Walk();
+  void FinishPacking();
+  // The bytes the walk of the current settings writes, found by running it without output. The
+  // size a table declares and the separators it sets follow from it, so that they agree with
+  // what is written whatever the area, the mode and the direction. -1 when a colour is missing
+  // (the real walk reports it).
+  long long CountWalkBytes();
 
   ConversionSession& s_;
   TextLines& text_;
@@ -140,6 +153,9 @@ class DataEncoder {
   std::vector<std::int32_t> values_;
   int valuesWidth_ = 0;
   long long progressTick_ = 0;
+  bool counting_ = false;  // CountWalkBytes runs: bytes are counted, nothing is written
+  long long counted_ = 0;
+  bool redoneAfterRefusal_ = false;  // the plain table made when compression did not pay
 };
 
 }  // namespace rm

@@ -91,6 +91,7 @@ std::string DataFormatter::EndOfLineText() const {
 }
 
 void DataFormatter::StartDataComment() {
+  if (muted_) return;
   // Later bytes of a 16 or 32 bit word share the word's comment.
   if (wordIndex_ != 0) return;
   comment_.clear();
@@ -110,7 +111,7 @@ void DataFormatter::StartDataComment() {
 }
 
 void DataFormatter::MarkBit(int bitValue) {
-  if (!commentActive_ || dataPerLine_ != 1) return;
+  if (muted_ || !commentActive_ || dataPerLine_ != 1) return;
   int bit = 0;
   while (bit < 7 && (1 << bit) != bitValue) ++bit;
   const int n = WordBytes();
@@ -133,16 +134,16 @@ void DataFormatter::EmitDataByte(bool /*lastOfPixel*/) {
   // Monochrome marks its comment pixel by pixel as it reads them; the other modes from the value.
   if (!s_.Monochrome && commentActive_) MarkDataComment(value);
 
+  // Inverted output is the data the display wants, whatever the kind of output: the binary and
+  // Intel HEX bytes are the same as the text's.
+  if (s_.Monochrome && s_.NegativeOutput) value = 255 - value;
   if (s_.Output == OutputKind::BinaryFile || s_.Output == OutputKind::IntelHex) {
-    // The machine formats take the byte as packed: the inversion belongs to the text output,
-    // so a binary image of an inverted table is the plain picture.
     if (s_.Output == OutputKind::IntelHex)
       intelHex_.InputByte(static_cast<std::uint8_t>(value));
     else
       hex_.AddByte(static_cast<std::uint8_t>(value));
     return;
   }
-  if (s_.Monochrome && s_.NegativeOutput) value = 255 - value;
 
   if (s_.Gray4TwoPages && s_.Output == OutputKind::Bits8) {
     if (!holdingFirstPlane_) {
@@ -206,6 +207,18 @@ void DataFormatter::EmitDataByte(bool /*lastOfPixel*/) {
     for (auto& b : b_) b.clear();
 }
 
+void DataFormatter::FinishWord() {
+  if (s_.Output == OutputKind::BinaryFile || s_.Output == OutputKind::IntelHex) return;
+  if (holdingFirstPlane_) {
+    holdingFirstPlane_ = false;
+    EmitTwoPlanes(firstPlaneByte_, 0);
+  }
+  while (wordIndex_ != 0) {
+    s_.CurrentByte = s_.Monochrome && s_.NegativeOutput ? 255 : 0;  // written as 0
+    EmitDataByte();
+  }
+}
+
 void DataFormatter::MakeDataText(int value) {
   dataText_ = ByteText(value);
   leadZero_.clear();
@@ -243,19 +256,6 @@ void Append(std::string& out, std::initializer_list<std::string_view> pieces) {
   for (std::string_view p : pieces) out.append(p.data(), p.size());
 }
 
-// The first run of four blanks, as find("    ") gives it, in one pass without calls per blank.
-std::size_t FindFourBlanks(const std::string& l) {
-  int run = 0;
-  for (std::size_t i = 0; i < l.size(); ++i) {
-    if (l[i] != ' ') {
-      run = 0;
-    } else if (++run == 4) {
-      return i - 3;
-    }
-  }
-  return std::string::npos;
-}
-
 }  // namespace
 
 void DataFormatter::AppendDatumToLine(LineState& line, const std::string& comment, std::string_view lead) {
@@ -269,6 +269,10 @@ void DataFormatter::AppendDatumToLine(LineState& line, const std::string& commen
   std::string_view S;
   if (syn.SeparatorOn) S = binary ? std::string_view(", ") : (syn.SeparatorCustom ? std::string_view(syn.SeparatorString) : ",");
   if (s_.FontMode && n > 1) S = {};
+  // With one datum per line the end of line stands between two data: a separator beside it
+  // would make two in a row ("0x80,,"), which no compiler takes. The separator serves only
+  // when there is no end of line.
+  if (n == 1 && !EndOfLineText().empty()) S = {};
   const bool more = More();
   const std::string_view moreS = more ? S : std::string_view();
   const std::string& D = dataText_;
@@ -285,55 +289,68 @@ void DataFormatter::AppendDatumToLine(LineState& line, const std::string& commen
     P += syn.LinePrefix2;
   }
 
+  // Each datum is its text, then what follows it; the end of the text is kept for the deletion
+  // of the last separators.
+  const auto datum = [&](std::initializer_list<std::string_view> text, std::initializer_list<std::string_view> after) {
+    Append(out, text);
+    // The blanks that pad a 32 bit datum to its column are no part of it.
+    line.dataEnd = out.size();
+    while (line.dataEnd > 0 && out[line.dataEnd - 1] == ' ') --line.dataEnd;
+    Append(out, after);
+  };
+
   if (n > 1) {
+    line.commentStart = std::string::npos;
     if (kind == Kind::H) {
       if (p == 1)
-        Append(out, {P, word16 ? "" : " ", LZ, D, "h", S});
+        datum({P, word16 ? "" : " ", LZ, D, "h"}, {S});
       else if (p < n)
-        Append(out, {" ", LZ, D, "h ", moreS});
+        datum({" ", LZ, D, "h"}, {" ", moreS});
       else
-        Append(out, {" ", LZ, D, "h "});
+        datum({" ", LZ, D, "h"}, {" "});
     } else if (kind == Kind::ZeroB) {
       if (p == 1)
-        Append(out, {P, " 0b", D, moreS});
+        datum({P, " 0b", D}, {moreS});
       else if (p < n)
-        Append(out, {" 0b", D, " ", S});
+        datum({" 0b", D}, {" ", S});
       else
-        Append(out, {" 0b", D, " "});
+        datum({" 0b", D}, {" "});
     } else if (kind == Kind::B) {
       if (p == 1)
-        Append(out, {P, " ", D, "b", moreS});
+        datum({P, " ", D, "b"}, {moreS});
       else if (p < n)
-        Append(out, {" ", D, "b", S});
+        datum({" ", D, "b"}, {S});
       else
-        Append(out, {" ", D, "b"});
+        datum({" ", D, "b"}, {});
     } else if (Affix()) {
       const std::string_view space = syn.SpaceBetweenData ? " " : "";
       const std::string_view lz = kind == Kind::AffixH ? std::string_view(LZ) : std::string_view();
       if (p == 1)
-        Append(out, {P, syn.DataPrefix, lz, D, syn.DataSuffix, space, moreS});
+        datum({P, syn.DataPrefix, lz, D, syn.DataSuffix}, {space, moreS});
       else if (p < n)
-        Append(out, {syn.DataPrefix, lz, D, syn.DataSuffix, space, moreS});
+        datum({syn.DataPrefix, lz, D, syn.DataSuffix}, {space, moreS});
       else
-        Append(out, {syn.DataPrefix, lz, D, syn.DataSuffix});
+        datum({syn.DataPrefix, lz, D, syn.DataSuffix}, {});
     } else {  // "X"
       if (p == 1)
-        Append(out, {P, " 0x", D, " ", moreS});
+        datum({P, " 0x", D}, {" ", moreS});
       else if (p < n)
-        Append(out, {" 0x", D, " ", S});
+        datum({" 0x", D}, {" ", S});
       else
-        Append(out, {" 0x", D});
+        datum({" 0x", D}, {});
     }
     return;
   }
 
   // One datum per line: the picture comment follows the datum.
   out.clear();
+  std::string_view after;
   if (kind == Kind::H) {
-    if (syn.SeparatorOn && more)
-      Append(out, {P, " ", LZ, D, "h ,", gap_, comment});
-    else
-      Append(out, {P, " ", LZ, D, "h ", gap_, comment});
+    if (syn.SeparatorOn && more && !S.empty()) {
+      datum({P, " ", LZ, D, "h"}, {" ,", gap_});
+    } else {
+      datum({P, " ", LZ, D, "h"}, {" ", gap_});
+    }
   } else if (Affix()) {
     std::string pad;
     if (kind == Kind::AffixD) {
@@ -341,17 +358,20 @@ void DataFormatter::AppendDatumToLine(LineState& line, const std::string& commen
       if (D.size() < width) pad.assign(width - D.size(), ' ');
     }
     const std::string_view lz = kind == Kind::AffixH ? std::string_view(LZ) : std::string_view();
-    Append(out, {P, syn.DataPrefix, lz, D, syn.DataSuffix, pad, comment});
+    // Without an end of line the separator is the only thing between two lines' data.
+    datum({P, syn.DataPrefix, lz, D, syn.DataSuffix}, {moreS, pad});
   } else if (kind == Kind::ZeroB) {
-    Append(out, {P, " 0b", D, " ", moreS, comment});
+    datum({P, " 0b", D}, {" ", moreS});
   } else if (kind == Kind::B) {
-    Append(out, {P, " ", D, "b", moreS, comment});
+    datum({P, " ", D, "b"}, {moreS});
   } else {  // "X"
-    if (syn.SeparatorOn && more)
-      Append(out, {P, " 0x", D, S, comment});
+    if (syn.SeparatorOn && more && !S.empty())
+      datum({P, " 0x", D}, {S});
     else
-      Append(out, {P, " 0x", D, " ", S, comment});
+      datum({P, " 0x", D}, {" ", S});
   }
+  line.commentStart = comment.empty() ? std::string::npos : out.size();
+  out += comment;
 }
 
 void DataFormatter::FlushDataLine() { FlushLine(main_, text_, comment_); }
@@ -361,45 +381,66 @@ void DataFormatter::FlushLine(LineState& line, TextLines& target, const std::str
   if (line.linePosition != dataPerLine_) return;
   std::string& l = line.dataLine;
   const std::string e = EndOfLineText();
-  // The end of line goes before the picture comment, which starts with a run of blanks.
-  const std::size_t gapPos = FindFourBlanks(l);
-  if (gapPos == std::string::npos)
-    l += e;
-  else
-    l.insert(gapPos, e);
+  // The end of line goes before the picture comment: at the start of the blanks in front of the
+  // comment's mark, so that the columns of the comments stay. A comment that starts with its
+  // mark (" //", " ;") has its blanks behind the mark, where the end of line would be commented
+  // out; and blanks in the data (a line prefix) are no place for it either.
+  std::size_t at = l.size();
+  if (line.commentStart != std::string::npos && line.commentStart <= l.size()) {
+    at = l.find_first_not_of(' ', line.commentStart);
+    if (at == std::string::npos) at = l.size();
+    while (at > line.dataEnd && l[at - 1] == ' ') --at;
+  }
+  l.insert(at, e);
+  if (line.commentStart != std::string::npos && at <= line.commentStart) line.commentStart += e.size();
   if (!l.empty() && l.back() == '#') l.pop_back();
   if (line.zerosInserted > 0 && comment.size() > 5) {
-    const std::size_t at = l.find(comment.substr(5));
+    const std::size_t found = l.find(comment.substr(5));
     const std::size_t z = static_cast<std::size_t>(line.zerosInserted);
-    if (at != std::string::npos && at >= z) l.erase(at - z, z);
+    if (found != std::string::npos && found >= z) {
+      l.erase(found - z, z);
+      if (line.commentStart != std::string::npos && found - z < line.commentStart)
+        line.commentStart -= std::min(z, line.commentStart - (found - z));
+    }
   }
   line.zerosInserted = 0;
-  if (s_.Syntax.DeleteAllLastOnes) DeleteLastOnes(l);
+  if (s_.Syntax.DeleteAllLastOnes) DeleteLastOnes(l, line.dataEnd, line.commentStart);
   target.Add(l);  // a copy of the exact size; the working line keeps its capacity
+  line.lastDataEnd = line.dataEnd;
+  line.lastCommentStart = line.commentStart;
   l.clear();
   line.linePosition = 0;
+  line.commentStart = std::string::npos;
+  line.dataEnd = 0;
   ++line.linesAdded;
 }
 
-void DataFormatter::DeleteLastOnes(std::string& line) const {
+void DataFormatter::DeleteLastOnes(std::string& line, std::size_t dataEnd, std::size_t commentStart) const {
+  // Only what stands between the last datum and the comment is looked at: a separator character
+  // inside a datum (a custom suffix) or a comment's mark (" ;") is no separator to delete.
+  dataEnd = std::min(dataEnd, line.size());
+  const std::size_t tailEnd = commentStart == std::string::npos ? line.size() : std::min(commentStart, line.size());
+  if (tailEnd < dataEnd) return;
+  std::string tail = line.substr(dataEnd, tailEnd - dataEnd);
   const DataSyntax& syn = s_.Syntax;
   const bool commaSeparator = syn.SeparatorOn && !syn.SeparatorCustom;
   if (commaSeparator || s_.WorkEol == EndOfLine::Comma) {
-    const std::size_t pos = line.rfind(',');
-    if (pos != std::string::npos && (dataPerLine_ == 1 || pos + 2 >= line.size())) line.erase(pos, 1);
+    const std::size_t pos = tail.rfind(',');
+    if (pos != std::string::npos && (dataPerLine_ == 1 || pos + 2 >= tail.size())) tail.erase(pos, 1);
   }
   if (s_.WorkEol == EndOfLine::Semicolon) {
-    const std::size_t pos = line.rfind(';');
-    if (pos != std::string::npos) line.erase(pos, 1);
+    const std::size_t pos = tail.rfind(';');
+    if (pos != std::string::npos) tail.erase(pos, 1);
   }
   if (s_.WorkEol == EndOfLine::Custom && !s_.WorkEolString.empty()) {
-    const std::size_t pos = line.rfind(s_.WorkEolString.back());
-    if (pos != std::string::npos) line.erase(pos);
+    const std::size_t pos = tail.rfind(s_.WorkEolString.back());
+    if (pos != std::string::npos) tail.erase(pos);
   }
   if (syn.SeparatorOn && syn.SeparatorCustom && !syn.SeparatorString.empty()) {
-    const std::size_t pos = line.find_last_of(syn.SeparatorString);
-    if (pos != std::string::npos) line.erase(pos);
+    const std::size_t pos = tail.find_last_of(syn.SeparatorString);
+    if (pos != std::string::npos) tail.erase(pos);
   }
+  line.replace(dataEnd, tailEnd - dataEnd, tail);
 }
 
 void DataFormatter::TreatLastLine(bool page2) {
@@ -428,35 +469,41 @@ void DataFormatter::FinishPointerLines() { TreatLast(pointers_, aux_); }
 
 void DataFormatter::TreatLast(LineState& line, TextLines& target) {
   std::string last;
+  std::size_t dataEnd = 0, commentStart = std::string::npos;
   if (dataPerLine_ > 1 && line.linePosition > 0) {
     last = std::move(line.dataLine);
+    dataEnd = line.dataEnd;
+    commentStart = line.commentStart;
     line.dataLine.clear();
     line.linePosition = 0;
   } else if (line.linesAdded > 0 && !target.Empty()) {
     last = target.TakeLast();
+    dataEnd = line.lastDataEnd;
+    commentStart = line.lastCommentStart;
     --line.linesAdded;
   } else {
     return;
   }
-  if (s_.Syntax.DeleteVeryLastOne) DeleteLastOnes(last);
+  if (s_.Syntax.DeleteVeryLastOne) DeleteLastOnes(last, dataEnd, commentStart);
   target.Add(std::move(last));
 }
 
 void DataFormatter::GroupStart(bool flushPendingSuffix) {
-  if (!s_.Syntax.Groups) return;
+  if (muted_ || !s_.Syntax.Groups) return;
   if (flushPendingSuffix) TakePendingSuffix();
   text_.Add(s_.Syntax.ColRowPrefix);
 }
 
 void DataFormatter::GroupEnd() {
-  if (s_.Syntax.Groups) suffixPending_ = true;
+  if (!muted_ && s_.Syntax.Groups) suffixPending_ = true;
 }
 
 void DataFormatter::GroupSuffixNow() {
-  if (s_.Syntax.Groups) text_.Add(s_.Syntax.ColRowSuffix);
+  if (!muted_ && s_.Syntax.Groups) text_.Add(s_.Syntax.ColRowSuffix);
 }
 
 void DataFormatter::TakePendingSuffix() {
+  if (muted_) return;
   if (suffixPending_) text_.Add(s_.Syntax.ColRowSuffix);
   suffixPending_ = false;
 }

@@ -18,6 +18,11 @@ class DataFormatter {
 
   // All line state empty, Data per line from the working value.
   void Reset();
+  // While muted the calls of a walk that only counts its bytes leave the text alone.
+  void SetMuted(bool muted) { muted_ = muted; }
+  // After the walk: a 16 or 32 bit word, or a pair of planes, that the bytes did not fill is
+  // filled up with zero bytes and written, so that no byte is lost.
+  void FinishWord();
 
   // Formats `CurrentByte`. `lastOfPixel` only matters to the font encoder.
   void EmitDataByte(bool lastOfPixel = false);
@@ -52,6 +57,8 @@ class DataFormatter {
   std::string CommentPrefix() const;
   std::string CommentSuffix() const;  // " */" for C comments, else empty
   static std::string ByteToBinaryText(int value, int digits);
+  // The end of line text in force (the working copy of the setting).
+  std::string EndOfLineText() const;
 
   // Data per line in force for this table.
   int DataPerLine() const { return dataPerLine_; }
@@ -72,18 +79,25 @@ class DataFormatter {
     int lineNumber = 0;
     int zerosInserted = 0;
     int linesAdded = 0;
+    // In the line under construction: where the last datum's text ends, and where the picture
+    // comment starts (npos without one). The deletion of the last separators works between the
+    // two, so that it never takes a datum or opens a comment.
+    std::size_t dataEnd = 0;
+    std::size_t commentStart = std::string::npos;
+    // The same for the last line added, which the last-line treatment takes back.
+    std::size_t lastDataEnd = 0;
+    std::size_t lastCommentStart = std::string::npos;
   };
 
   bool More() const { return static_cast<long double>(s_.TotalBytesPlus) > s_.ByteCount + 1; }
   int WordBytes() const;
   std::string ByteText(int value) const;
-  std::string EndOfLineText() const;
   void MakeDataText(int value);
   // `lead` stands in front of the line prefix on the first datum of a line.
   void AppendDatumToLine(LineState& line, const std::string& comment, std::string_view lead = {});
   void FlushLine(LineState& line, TextLines& target, const std::string& comment);
   void EmitTwoPlanes(int first, int second);
-  void DeleteLastOnes(std::string& line) const;
+  void DeleteLastOnes(std::string& line, std::size_t dataEnd, std::size_t commentStart) const;
   void TreatLast(LineState& line, TextLines& target);
 
   ConversionSession& s_;
@@ -107,6 +121,7 @@ class DataFormatter {
   bool commentActive_ = false;
   std::size_t markBase_ = 0;  // where the underscores of the picture comment start
   bool suffixPending_ = false;
+  bool muted_ = false;
   bool holdingFirstPlane_ = false;
   int firstPlaneByte_ = 0;
 };

@@ -9,7 +9,9 @@ namespace rm {
 // include block, [&COMPRESSION] with [&CNAME] and &CSIZE for the pointer table).
 
 // The table's name from a picture's file name: the name without folder and extension, without
-// "-" and without any part in square brackets, so that it can stand as an identifier.
+// "-" and without any part in square brackets, made a C identifier: every other character that
+// is not a letter, digit or "_" (blanks, points, line ends, bytes of other scripts) becomes "_",
+// and a leading digit gets a "_" in front.
 std::string TableNameFromFile(const std::string& fileName);
 // The file name without its folder.
 std::string BaseName(const std::string& path);
@@ -20,13 +22,22 @@ std::vector<std::string> DefaultGraphicsTemplate();
 // What the tags are replaced by.
 struct HeaderTagValues {
   std::string name;           // the output name
-  // How much longer than " " + name + " " the name's text counts for the size's position. The
-  // animation name carries an underscore that the position arithmetic leaves out.
-  int nameLengthSkew = 0;
-  std::string size;           // the text put between the size's brackets (empty with compression)
+  // The text between the size's brackets when dataSize is below 0 (the colour table's size);
+  // empty with compression.
+  std::string size;
+  // The entries of the data; the numbers the template puts into the data are added to it.
+  long long dataSize = -1;
   bool sizeInData = false;     // "Graphic Size In Data"
   bool positionInData = false; // "Graphic Position in Data"
   std::string linePrefix;     // LinePrefix + LinePrefix2, in front of the numbers
+  // Numbers in the data above 255 do not fit a byte: each number is then two data, the high
+  // byte first with `bigEndian`, joined by `numberSeparator`.
+  bool splitNumbers = false;
+  bool bigEndian = true;
+  std::string numberSeparator = ",";
+  // Put behind the last number when the numbers stand on their own line after the declaration:
+  // data follow them.
+  std::string numbersLineEnd = ",";
   long long width = 0, height = 0;
   // The area's corners; the true origin option moves them to the walk's origin corner.
   long long x1 = 0, y1 = 0, x2 = 0, y2 = 0;  // x2, y2 exclusive
@@ -48,10 +59,19 @@ struct FilledTemplate {
   long long oppositeX = 0, oppositeY = 0;
   std::string nameLine;    // the header line that held [&NAME], tags replaced
   std::string beforeName;  // the text in front of [&NAME] on that line (the type words)
+  bool hasName = false;    // the template has a [&NAME]
+  std::string name;         // the name put in
+  std::string pointerName;  // the pointer table's name
+  // The declaration line with another name in the place of the table's: the second plane of the
+  // two page mode and a pointer table that the template does not declare.
+  std::string NameLineFor(const std::string& otherName) const;
+  std::size_t nameAt = 0;    // where the name's text (" " + name + " ") starts in nameLine
+  std::size_t nameLength = 0;
 };
 
 // Fills the template. Tags are found without regard to case and each is replaced once, in the
 // order NAME, SIZE, WIDTH, HEIGHT, TRUEORG, XPOS, YPOS, FONT INCLUDE, COMPRESSION, CNAME, CSIZE.
+// The size goes between the brackets of [&SIZE] wherever the tag stands.
 FilledTemplate FillTemplate(const std::vector<std::string>& lines, const HeaderTagValues& values);
 
 }  // namespace rm

@@ -60,6 +60,10 @@ std::string InfoFileName(const ConversionSession& s) {
   return InFolder(s.OutputFolder, StripExtension(FileNamePart(s.OutputFileName)) + ".rtf");
 }
 
+std::string InfoFileNameFor(const std::string& outputPath) {
+  return InFolder(FolderPart(outputPath), StripExtension(FileNamePart(outputPath)) + ".rtf");
+}
+
 AreaCorners ReportedArea(const ConversionSession& s) {
   AreaCorners a{s.ExportAreaX1, s.ExportAreaY1, s.ExportAreaX2 - 1, s.ExportAreaY2 - 1};
   if (!s.TrueOrigin) return a;

@@ -23,6 +23,8 @@ std::string OutputTableName(const ConversionSession& s, int frame = 0);
 std::string OutputPath(const ConversionSession& s);
 // The parameter file beside the output: output folder + "/" + output name + ".rtf".
 std::string InfoFileName(const ConversionSession& s);
+// The parameter file beside an output file given by its path: its folder and name, ".rtf".
+std::string InfoFileNameFor(const std::string& outputPath);
 
 // The export area as the text reports it: top left and opposite corner, inclusive. With the true
 // origin on, measured from the origin corner, so a right or bottom origin mirrors the axis.

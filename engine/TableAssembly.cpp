@@ -14,6 +14,16 @@ std::string TrimRight(std::string s) {
   return s;
 }
 
+// A text that goes into a comment, a file name for instance, must stay inside it: a line end
+// would put the rest of it outside, and "*/" would close a C comment early.
+std::string CommentSafe(std::string t, bool cBlock) {
+  for (char& c : t)
+    if (static_cast<unsigned char>(c) < 32 && c != '\t') c = '_';
+  if (cBlock)
+    for (std::size_t pos = t.find("*/"); pos != std::string::npos; pos = t.find("*/", pos)) t.replace(pos, 2, "*_/");
+  return t;
+}
+
 std::string ReplaceAll(std::string s, const std::string& from, const std::string& to) {
   for (std::size_t pos = s.find(from); pos != std::string::npos; pos = s.find(from, pos + to.size()))
     s.replace(pos, from.size(), to);
@@ -23,23 +33,61 @@ std::string ReplaceAll(std::string s, const std::string& from, const std::string
 }  // namespace
 
 std::string DataEncoder::Comment(const std::string& text) const {
-  if (s_.Syntax.Comment == CommentForm::C) return "/*" + text + " */";
-  return formatter_.CommentPrefix() + text;
+  if (s_.Syntax.Comment == CommentForm::C) return "/*" + CommentSafe(text, true) + " */";
+  return formatter_.CommentPrefix() + CommentSafe(text, false);
 }
 
-std::string DataEncoder::SizeText() const {
+std::string DataEncoder::DataSeparatorText() const {
+  const DataSyntax& syn = s_.Syntax;
+  if (syn.SeparatorOn && syn.SeparatorCustom && !syn.SeparatorString.empty()) return syn.SeparatorString;
+  return ",";
+}
+
+long long DataEncoder::DataSize() const {
+  // TotalBytes is what the walk writes; a last word or plane filled up with zero bytes counts
+  // whole, as the formatter writes it.
   long long size = s_.TotalBytes;
   if (s_.Output == OutputKind::Bits32)
-    size /= 4;
+    size = (size + 3) / 4;
   else if (s_.Output == OutputKind::Bits16)
-    size /= 2;
-  if (s_.Monochrome && !s_.Not6bit && s_.EncodeWidth % 6 == 0) ++size;
-  if (s_.Gray4TwoPages && s_.Direction != PagingDirection::Down) size /= 2;
-  // Numbers above 255 take two bytes each in the data.
-  const int numbers = (s_.EncodeWidth > 255 || s_.EncodeHeight > 255) ? 4 : 2;
-  if (s_.GraphicSizeInData) size += numbers;
-  if (s_.GraphicPositionInData) size += numbers;
-  return std::to_string(size);
+    size = (size + 1) / 2;
+  if (s_.Gray4TwoPages && s_.Direction != PagingDirection::Down) size = (size + 1) / 2;
+  return size;
+}
+
+long long DataEncoder::CountWalkBytes() {
+  // What the walkers and packers change on their way, put back afterwards.
+  const long double byteCount = s_.ByteCount, ppb = s_.PixelsPerByte;
+  const int curX = s_.CurX, curY = s_.CurY, currentByte = s_.CurrentByte, canvasW = s_.CanvasWidth,
+            canvasH = s_.CanvasHeight, x1 = s_.ExportAreaX1, y1 = s_.ExportAreaY1, x2 = s_.ExportAreaX2,
+            y2 = s_.ExportAreaY2, g32Counter = s_.Gray32Counter, g32A = s_.Gray32A, g32C = s_.Gray32C,
+            phase4096 = s_.Packed4096Phase, first4096 = s_.Packed4096First;
+  const bool abort = s_.Abort;
+  counting_ = true;
+  counted_ = 0;
+  formatter_.SetMuted(true);
+  Walk();
+  formatter_.SetMuted(false);
+  counting_ = false;
+  const long long n = s_.Abort ? -1 : counted_;
+  s_.ByteCount = byteCount;
+  s_.PixelsPerByte = ppb;
+  s_.CurX = curX;
+  s_.CurY = curY;
+  s_.CurrentByte = currentByte;
+  s_.CanvasWidth = canvasW;
+  s_.CanvasHeight = canvasH;
+  s_.ExportAreaX1 = x1;
+  s_.ExportAreaY1 = y1;
+  s_.ExportAreaX2 = x2;
+  s_.ExportAreaY2 = y2;
+  s_.Gray32Counter = g32Counter;
+  s_.Gray32A = g32A;
+  s_.Gray32C = g32C;
+  s_.Packed4096Phase = phase4096;
+  s_.Packed4096First = first4096;
+  s_.Abort = abort;
+  return n;
 }
 
 FilledTemplate DataEncoder::LoadHeaderTemplate(const std::string* fixedName, const std::string* fixedSize) {
@@ -57,10 +105,18 @@ FilledTemplate DataEncoder::LoadHeaderTemplate(const std::string* fixedName, con
   HeaderTagValues v;
   const bool animation = s_.AnimationFrame > 0;
   v.name = animation ? s_.TableName + s_.Underscore + std::to_string(s_.AnimationFrame) : s_.TableName;
-  v.nameLengthSkew = animation ? -static_cast<int>(s_.Underscore.size()) : 0;
-  v.size = s_.Compression ? std::string() : SizeText();
+  if (!s_.Compression) v.dataSize = DataSize();
   if (fixedName) v.name = *fixedName;
-  if (fixedSize) v.size = *fixedSize;
+  if (fixedSize) {
+    v.size = *fixedSize;
+    v.dataSize = -1;
+  }
+  // A byte table holds numbers above 255 as two bytes; a 16 or 32 bit table holds each in one
+  // datum.
+  v.splitNumbers = (s_.EncodeWidth > 255 || s_.EncodeHeight > 255) && s_.Output == OutputKind::Bits8;
+  v.bigEndian = s_.BigEndian;
+  v.numberSeparator = DataSeparatorText();
+  v.numbersLineEnd = formatter_.EndOfLineText().empty() ? DataSeparatorText() : formatter_.EndOfLineText();
   v.sizeInData = s_.GraphicSizeInData;
   v.positionInData = s_.GraphicPositionInData;
   v.linePrefix = s_.Syntax.LinePrefix + s_.Syntax.LinePrefix2;
@@ -76,6 +132,13 @@ FilledTemplate DataEncoder::LoadHeaderTemplate(const std::string* fixedName, con
   v.originBottom = s_.Origin == OriginCorner::BL || s_.Origin == OriginCorner::BR;
   v.pointerName = "x" + s_.Underscore + v.name;
   return FillTemplate(lines, v);
+}
+
+std::string DataEncoder::CompressionTitle() const {
+  // Closed the right way round: "/*" as a closing mark would leave the comment open and the
+  // pointer table inside it.
+  return s_.Syntax.Comment == CommentForm::C ? "/* Compression informations */"
+                                             : formatter_.CommentPrefix() + "Compression informations ";
 }
 
 void DataEncoder::WriteTopComments(bool clut) {
@@ -131,8 +194,15 @@ void DataEncoder::WriteTableHead(const FilledTemplate& head, bool clut) {
   // of data under its plain title line, as with a template that has no compression part.
   if (s_.Compression && !clut) {
     aux_.Clear();
-    if (!syn.NoHeader)
+    if (!syn.NoHeader && head.hasCompressionTag) {
       for (const std::string& l : head.pointerHeader) aux_.Add(TrimRight(l));
+    } else if (!syn.NoHeader && head.hasName) {
+      // The template has no part for the pointer table: it is declared like the data table,
+      // under its own name, or it would stand as bare data after the table's end.
+      aux_.Add("");
+      aux_.Add(CompressionTitle());
+      aux_.Add(TrimRight(head.NameLineFor(head.pointerName)));
+    }
   }
 }
 
@@ -143,7 +213,8 @@ void DataEncoder::WriteTableTail(const FilledTemplate& head, const std::string& 
     formatter_.TreatLastLine(true);
     text_.Add("");
     const bool declared = !syn.NoHeader && !head.nameLine.empty();
-    if (declared) text_.Add(TrimRight(head.nameLine));
+    // Two tables under one name would not compile: the second plane's name says which it is.
+    if (declared) text_.Add(TrimRight(head.NameLineFor(head.name + "_P2")));
     if (syn.Groups)
       text_.Add(syn.ArrayPrefix);
     else if (!declared)
@@ -152,35 +223,42 @@ void DataEncoder::WriteTableTail(const FilledTemplate& head, const std::string& 
     text_.Add(endString);
   }
 
-  const auto descriptor = [&](const std::string& text) {
+  // The descriptors take the type words of the declaration. A template without a name gives
+  // none, and a declaration without a type does not compile: they are left out, as the name is.
+  const auto descriptor = [&](const std::string& text, long long value) {
+    if (!head.hasName) return;
     if (text_.Empty() || !text_.Last().empty()) text_.Add("");
-    text_.Add(head.beforeName + " " + s_.TableName + text + " " + s_.DescriptorsEol);
+    std::string type = head.beforeName;
+    // A byte type cannot hold a value above 255.
+    if (value > 255) type = ReplaceAll(type, "uint8_t", "uint16_t");
+    text_.Add(type + " " + s_.TableName + text + std::to_string(value) + " " + s_.DescriptorsEol);
     text_.Add("");
   };
   const long double ppb = s_.PixelsPerByte;
   if (s_.SizeDescriptors) {
     if (s_.Horizontal) {
-      descriptor("WidthPages = " + std::to_string(static_cast<long long>(std::trunc(s_.EncodeWidth / ppb))));
-      descriptor("HeightPixels = " + std::to_string(s_.EncodeHeight));
+      descriptor("WidthPages = ", static_cast<long long>(std::trunc(s_.EncodeWidth / ppb)));
+      descriptor("HeightPixels = ", s_.EncodeHeight);
     } else {
-      descriptor("WidthPixels = " + std::to_string(s_.EncodeWidth));
-      descriptor("HeightPages = " + std::to_string(static_cast<long long>(std::trunc(s_.EncodeHeight / ppb))));
+      descriptor("WidthPixels = ", s_.EncodeWidth);
+      descriptor("HeightPages = ", static_cast<long long>(std::trunc(s_.EncodeHeight / ppb)));
     }
   }
   if (s_.CoordinatesDescriptors) {
-    descriptor("X = " + std::to_string(head.x));
-    descriptor("Y = " + std::to_string(head.y));
+    descriptor("X = ", head.x);
+    descriptor("Y = ", head.y);
   }
 
   if (syn.NoComments) return;
   long double count = s_.ByteCount;
   const bool words = s_.Output == OutputKind::Bits16 || s_.Output == OutputKind::Bits32;
-  if (s_.Output == OutputKind::Bits16) count /= 2;
-  if (s_.Output == OutputKind::Bits32) count /= 4;
-  if (s_.ModeNumber == 29) count = std::ceil(count / 3);
+  // The count is of what the table holds; a last word filled up with zero bytes counts whole.
+  if (s_.Output == OutputKind::Bits16) count = std::ceil(count / 2);
+  if (s_.Output == OutputKind::Bits32) count = std::ceil(count / 4);
   const std::string number = std::to_string(static_cast<long long>(std::trunc(count)));
   const std::string unit = words ? " Words" : " Bytes";
-  const std::string info = s_.InfoFilePath.empty() ? s_.TableName + ".rtf" : s_.InfoFilePath;
+  const std::string info =
+      CommentSafe(s_.InfoFilePath.empty() ? s_.TableName + ".rtf" : s_.InfoFilePath, syn.Comment == CommentForm::C);
   if (syn.Comment == CommentForm::C) {
     text_.Add("/*****************/");
     text_.Add("/* " + number + unit + " */");

@@ -14,7 +14,7 @@ bool TExploForm2::TranslateCanvasButtons() {
   }
   app_.mainForm.defineOutputFileName();
   s.TableName = OutputTableName(s);
-  s.InfoFilePath = InfoFileName(s);
+  s.InfoFilePath = s.InfoFileTarget.empty() ? InfoFileName(s) : s.InfoFileTarget;
   if (s.Gray16Horizontal && (s.Direction == PagingDirection::Up || s.Direction == PagingDirection::Down)) {
     ui.MessageDlg("Sorry this data orientation is yet not available in this grayscale mode > 2 horizontal pixels", "Info",
                   DlgType::Information, {"OK"});

@@ -409,6 +409,8 @@ bool TMainForm::TranslateCanvas() {
   const bool sliced = d == PagingDirection::Up || d == PagingDirection::Down || d == PagingDirection::ToLeft ||
                       d == PagingDirection::ToRight;
   s.UnderDevelopment = false;
+  // The date in the table's top comment and in its parameter file is this conversion's.
+  s.LastInfoDateText = FormatDateTime(app_.clock.Now());
   if (s.Colours8 && sliced) {
     app_.ui.MessageDlg(" Sorry, this 3bpp color conversion scheme \r is under development ", "Under Dev !",
                        DlgType::Information, {"OK"});
@@ -539,7 +541,7 @@ bool TMainForm::WriteInfoFile() {
   InfoFileFacts facts;
   // Day first and seconds shown, in UTC: readable, and the same text wherever the table is
   // made, so a pinned clock gives the same bytes on every machine.
-  facts.dateText = FormatDateTime(app_.clock.Now());
+  facts.dateText = s.LastInfoDateText.empty() ? FormatDateTime(app_.clock.Now()) : s.LastInfoDateText;
   facts.animation = g.AnimationMode;
   facts.frames = g.AnimationFrameRecords;
   facts.animationBytes = g.AnimationBytes;
@@ -563,7 +565,6 @@ bool TMainForm::WriteInfoFile() {
     return refuse();
   }
   app_.infoText = std::move(lines);
-  s.LastInfoDateText = facts.dateText;
   StatusBarAndLog("Parameter file written : " + path);
   return true;
 }

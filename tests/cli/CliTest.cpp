@@ -244,7 +244,10 @@ TEST_F(Cli, CompressFlag) {
   const std::string noisy = Png("noisy.png", Pattern(32, 16));
   const Result plain = Run({"convert", noisy, "--compress"});
   ASSERT_EQ(plain.status, 0) << plain.err;
-  EXPECT_EQ(plain.out, Run({"convert", noisy}).out);
+  // The plain table, with the statistics of the attempt after it.
+  const std::string plainTable = Run({"convert", noisy}).out;
+  EXPECT_EQ(plain.out.substr(0, plain.out.find("};")), plainTable.substr(0, plainTable.find("};")));
+  EXPECT_TRUE(Has(plain.out, "Compression statistics")) << plain.out;
   EXPECT_TRUE(Has(plain.err, "No efficient data compression possible")) << plain.err;
 
   // Refused by name in a colour mode, where the program would quietly drop it; the library's own
@@ -269,11 +272,17 @@ TEST_F(Cli, StdoutAndFileCarryTheSameText) {
   const Result file = Run({"convert", path, "-o", target});
   ASSERT_EQ(file.status, 0) << file.err;
   EXPECT_EQ(file.out, "");
-  EXPECT_EQ(ReadFile(target), none.out);
+  // The same text, but for the parameter file its closing comment names: the one beside it.
+  const auto naming = [&none](const std::string& info) {
+    std::string t = none.out;
+    const std::string printed = "see info file p.rtf";
+    return t.replace(t.find(printed), printed.size(), "see info file " + info);
+  };
+  EXPECT_EQ(ReadFile(target), naming(out_ + "/image.rtf"));
 
   // A name without a folder lands in the working folder.
   ASSERT_EQ(Run({"convert", path, "--output", "second.c"}, InFolder(out_)).status, 0);
-  EXPECT_EQ(ReadFile(out_ + "/second.c"), none.out);
+  EXPECT_EQ(ReadFile(out_ + "/second.c"), naming("second.rtf"));
   // Each output file has its parameter file beside it, and nothing else is left there.
   EXPECT_EQ(Names(out_), (Args{"image.c", "image.rtf", "second.c", "second.rtf"}));
 }
@@ -305,7 +314,9 @@ TEST_F(Cli, ParameterFileBesideTheOutput) {
   EXPECT_EQ(busy.status, 1);
   EXPECT_TRUE(Has(busy.err, " RTF file was opened by another application ! ")) << busy.err;
   EXPECT_EQ(ReadFile(held), "old\n");
-  EXPECT_EQ(ReadFile(out_ + "/held.h"), ReadFile(out_ + "/logo-big.h"));
+  std::string expected = ReadFile(out_ + "/logo-big.h");
+  expected.replace(expected.find("logo-big.rtf"), 12, "held.rtf");
+  EXPECT_EQ(ReadFile(out_ + "/held.h"), expected);
 }
 
 TEST_F(Cli, FailedWriteKeepsTheOldFileAndLeavesNoTemporary) {

@@ -1,3 +1,4 @@
+// The header template as users write it: each case is a template and the text it gives.
 #include <gtest/gtest.h>
 
 #include "engine/HeaderTemplate.h"
@@ -6,11 +7,12 @@ namespace {
 
 using rm::FillTemplate;
 using rm::HeaderTagValues;
+using Lines = std::vector<std::string>;
 
 HeaderTagValues Values() {
   HeaderTagValues v;
   v.name = "Logo";
-  v.size = "1024";
+  v.dataSize = 1024;
   v.width = 128;
   v.height = 64;
   v.x1 = 8;
@@ -23,64 +25,102 @@ HeaderTagValues Values() {
   return v;
 }
 
+std::string Trimmed(std::string s) {
+  while (!s.empty() && s.back() == ' ') s.pop_back();
+  return s;
+}
+
 TEST(HeaderTemplate, DefaultTemplateFilled) {
-  const auto t = FillTemplate(rm::DefaultGraphicsTemplate(), Values());
-  ASSERT_GE(t.header.size(), 5u);
-  EXPECT_EQ(t.header[4], "const uint8_t  Logo [1024] PROGMEM = {   ");
-  EXPECT_EQ(t.nameLine, t.header[4]);
-  EXPECT_EQ(t.beforeName, "const uint8_t ");
-  EXPECT_TRUE(t.trueOrigin);
+  HeaderTagValues v = Values();
+  v.sizeInData = true;
+  const auto t = FillTemplate(rm::DefaultGraphicsTemplate(), v);
+  Lines header;
+  for (const auto& l : t.header) header.push_back(Trimmed(l));
+  // The size counts the two numbers put into the data, and the numbers' line ends in a separator:
+  // the first datum follows it.
+  EXPECT_EQ(header, (Lines{"// FOR GRAPHICS exported from WORK CANVAS", "", "#include <avr/pgmspace.h>", "",
+                           "const uint8_t  Logo [1026] PROGMEM = {", "", "", " 128, 64,", "", ""}));
+  Lines pointer;
+  for (const auto& l : t.pointerHeader) pointer.push_back(Trimmed(l));
+  EXPECT_EQ(pointer, (Lines{"", "const uint8_t x_Logo[] PROGMEM = {", ""}));
   EXPECT_TRUE(t.hasCompressionTag);
-  // The position and size line loses every tag with its separator: only padding is left.
-  EXPECT_EQ(t.header[7].find_first_not_of(' '), std::string::npos);
-  ASSERT_GE(t.pointerHeader.size(), 2u);
-  EXPECT_EQ(t.pointerHeader[1].substr(0, 35), "const uint8_t x_Logo[] PROGMEM = { ");
+  EXPECT_EQ(t.beforeName, "const uint8_t ");
+  EXPECT_EQ(Trimmed(t.NameLineFor("Logo_P2")), "const uint8_t  Logo_P2 [1026] PROGMEM = {");
 }
 
 TEST(HeaderTemplate, TagsAndTheirOptions) {
   struct Case {
     const char* name;
-    std::vector<std::string> lines;
+    Lines lines;
     void (*setup)(HeaderTagValues&);
-    std::vector<std::string> header;
+    Lines header;
   } cases[] = {
       {"tags in any case", {"char [&name][&Size];"}, nullptr, {"char  Logo [1024];"}},
       {"no name: the size still fills its brackets", {"char tab[&SIZE];"}, nullptr, {"char tab[1024];"}},
-      // The size's place comes from the text before the name went in, moved by the name's growth.
-      {"size before the name lands shifted",
+      {"the size before the name goes into its own brackets",
        {"[&SIZE] x [&NAME]"},
        [](HeaderTagValues& v) { v.name = "LongName"; },
-       {"[&SI1024  LongName "}},
-      {"compression leaves the brackets empty", {"t[&SIZE]"}, [](HeaderTagValues& v) { v.size.clear(); }, {"t[]"}},
-      {"size and position in data",
-       {"[&XPOS],[&YPOS],[&WIDTH],[&HEIGHT]"},
+       {"[1024] x  LongName "}},
+      {"an animation frame's name", {"[&NAME][&SIZE]"}, [](HeaderTagValues& v) { v.name = "Logo_3"; },
+       {" Logo_3 [1024]"}},
+      {"compression leaves the brackets empty", {"t[&SIZE]"}, [](HeaderTagValues& v) { v.dataSize = -1; }, {"t[]"}},
+      {"the colour table's fixed size", {"t[&SIZE]"},
+       [](HeaderTagValues& v) {
+         v.dataSize = -1;
+         v.size = "256";
+       },
+       {"t[256]"}},
+      {"size and position in data, counted in the size",
+       {"t[&SIZE]", "[&XPOS],[&YPOS],[&WIDTH],[&HEIGHT]"},
        [](HeaderTagValues& v) {
          v.sizeInData = v.positionInData = true;
          v.linePrefix = "DB";
        },
-       {"DB 8,DB 4,DB 128,DB 64"}},
+       {"t[1028]", "DB 8,DB 4,DB 128,DB 64,"}},
+      {"numbers above 255 take two bytes each, high byte first",
+       {"t[&SIZE]", "[&WIDTH],[&HEIGHT]"},
+       [](HeaderTagValues& v) {
+         v.sizeInData = true;
+         v.splitNumbers = true;
+         v.width = 300;
+       },
+       {"t[1028]", " 1, 44, 0, 64,"}},
+      {"little endian puts the low byte first",
+       {"[&WIDTH]"},
+       [](HeaderTagValues& v) {
+         v.sizeInData = true;
+         v.splitNumbers = true;
+         v.bigEndian = false;
+         v.width = 300;
+       },
+       {" 44, 1,"}},
+      {"only the tags in the template count",
+       {"t[&SIZE]", "[&WIDTH]"},
+       [](HeaderTagValues& v) { v.sizeInData = v.positionInData = true; },
+       {"t[1025]", " 128,"}},
+      {"numbers on the declaration line take no separator",
+       {"[&NAME]: ; [&WIDTH] [&HEIGHT]"},
+       [](HeaderTagValues& v) { v.sizeInData = true; },
+       {" Logo : ;  128  64"}},
+      {"a removed tag keeps its line end",
+       {"// [&WIDTH]", "const char t[&SIZE];"},
+       nullptr,
+       {"// ", "const char t[1024];"}},
       {"true origin from the bottom right",
        {"[&TRUEORG][&XPOS],[&YPOS]"},
        [](HeaderTagValues& v) {
          v.positionInData = true;
          v.originRight = v.originBottom = true;
        },
-       {" 104, 52"}},
+       {" 104, 52,"}},
       {"origin corner ignored without the true origin tag",
        {"[&XPOS],[&YPOS]"},
        [](HeaderTagValues& v) {
          v.positionInData = true;
          v.originRight = v.originBottom = true;
        },
-       {" 8, 4"}},
+       {" 8, 4,"}},
       {"font include block removed", {"a[&FONT INCLUDE]", "#include x", "[&/FONT INCLUDE]b"}, nullptr, {"ab"}},
-      {"animation name skews the size by the underscore",
-       {"[&NAME][&SIZE]"},
-       [](HeaderTagValues& v) {
-         v.name = "Logo_3";
-         v.nameLengthSkew = -1;
-       },
-       {" Logo_3 1024E]"}},
   };
   for (const auto& c : cases) {
     HeaderTagValues v = Values();
@@ -92,15 +132,18 @@ TEST(HeaderTemplate, TagsAndTheirOptions) {
 TEST(HeaderTemplate, CommentLinesAndPointerTemplate) {
   const auto t = FillTemplate({"//** a note", "head", "x [&COMPRESSION] y", "ptr [&CName]&CSIZE;", "[&FONT BITMAPS] z"},
                               Values());
-  EXPECT_EQ(t.commentLines, std::vector<std::string>{"//** a note"});
-  EXPECT_EQ(t.header, (std::vector<std::string>{"head", "x "}));
-  EXPECT_EQ(t.pointerHeader, (std::vector<std::string>{" y", "ptr x_Logo;", ""}));
+  EXPECT_EQ(t.commentLines, Lines{"//** a note"});
+  EXPECT_EQ(t.header, (Lines{"head", "x "}));
+  EXPECT_EQ(t.pointerHeader, (Lines{" y", "ptr x_Logo;", ""}));
+  EXPECT_FALSE(t.hasName);
 }
 
-TEST(HeaderTemplate, TableNameFromFile) {
+TEST(HeaderTemplate, TableNameIsAnIdentifier) {
   const std::pair<const char*, const char*> cases[] = {
-      {"/pics/logo.png", "logo"},     {"my-logo.bmp", "mylogo"},    {"logo[v2].png", "logo"},
-      {"a-b[x]c.d.png", "abc.d"},     {"noext", "noext"},           {"dir\\win.bmp", "win"},
+      {"/pics/logo.png", "logo"},   {"my-logo.bmp", "mylogo"},  {"logo[v2].png", "logo"},
+      {"a-b[x]c.d.png", "abc_d"},   {"noext", "noext"},         {"dir\\win.bmp", "win"},
+      {"my logo.png", "my_logo"},   {"1logo.png", "_1logo"},    {"line\nend.png", "line_end"},
+      {"caf\xc3\xa9.png", "caf__"}, {"a+b(c).png", "a_b_c_"},   {"_x9.png", "_x9"},
   };
   for (const auto& [in, out] : cases) EXPECT_EQ(rm::TableNameFromFile(in), out) << in;
 }

@@ -117,12 +117,13 @@ Decoded Unpack(const std::vector<std::uint8_t>& data, std::size_t pixels, const 
   std::size_t at = 0;
   for (std::size_t first = 0; first < pixels; first += groupPixels) {
     const int here = static_cast<int>(std::min<std::size_t>(groupPixels, pixels - first));
-    // A byte goes out once all the pixels with bits in it have been read: a group that the end
-    // of the walk cuts short keeps only its leading complete bytes.
-    std::size_t bytes = 0;
-    while (bytes < groupBytes && std::all_of(p.layout.begin() + 8 * bytes, p.layout.begin() + 8 * bytes + 8,
-                                             [&](char c) { return c == '0' || c - 'a' < here; }))
-      ++bytes;
+    // A group that the end of the walk cuts short still sends every byte that holds a bit of a
+    // pixel read, the bits of the missing pixels clear: no pixel is lost.
+    std::size_t bytes = here == groupPixels ? groupBytes : 0;
+    for (std::size_t b = 0; b < groupBytes && here < groupPixels; ++b)
+      if (std::any_of(p.layout.begin() + 8 * b, p.layout.begin() + 8 * b + 8,
+                      [&](char c) { return c != '0' && c - 'a' < here; }))
+        bytes = b + 1;
     if (at + bytes > data.size()) return {{}, {}, "the data ends at pixel " + std::to_string(first)};
     std::vector<std::uint32_t> g(data.begin() + at, data.begin() + at + bytes);
     at += bytes;

@@ -57,7 +57,7 @@ TEST(Animation, OneFilePerFrameWithTheChangedArea) {
   EXPECT_NE(second.find("dotY = 2 ;"), std::string::npos) << second;
   // The size's place counts the frame's name without its underscore, so the size lands one
   // character early, over the bracket.
-  EXPECT_NE(second.find("const uint8_t  dot_2 6E] PROGMEM = {"), std::string::npos) << second;
+  EXPECT_NE(second.find("const uint8_t  dot_2 [6] PROGMEM = {"), std::string::npos) << second;
   EXPECT_NE(second.find("\n 0x00 , 0x04 , 0x00 , 0x04 , 0x00 , 0x04 \n};"), std::string::npos) << second;
   const std::string info = r.File("dot.rtf");
   EXPECT_EQ(info.rfind("LCD animation parameters", 0), 0u) << info;

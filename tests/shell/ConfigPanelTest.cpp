@@ -52,7 +52,7 @@ TEST(ConfigPanel, SyntaxFieldsChangeTheNextConversion) {
        {"(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u,",
         "(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u,",
         "(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u,",
-        "(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u"}},
+        "(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u"}},
       // Line numbers between the two prefixes, custom end of line cut to 5.
       {{{"ORGC", "16"}, {"LineN", "1"}, {"CPRE", "L"}, {"cpfr", ":"}, {"Eol", "custom string"}, {"eolst", " /*x*/ 12"}},
        {"L0: 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , "

@@ -74,10 +74,9 @@ TEST(ConvertRoad, DataLines) {
     std::size_t count;
     std::string first, last;  // `last` empty: the first is the only line
   } cases[] = {
-      // With the " //" form the first four blanks follow the slashes, so the end of line lands
-      // inside the comment; the datum itself carries no separator at one per line.
+      // The end of line stands before the comment's mark, never inside the comment.
       {"one per line, slashes", row8, onePerLine([](rm::DataSyntax& s) { s.Comment = rm::CommentForm::Slashes; }), 8,
-       " 0xAA  //,      #_#_#_#_    ", " 0x00  //      ________    "},
+       " 0xAA,  //      #_#_#_#_    ", " 0x00  //      ________    "},
       {"line numbers from 1 at one per line", Bitmap(8, 3), onePerLine([](rm::DataSyntax& s) { s.LineNumbers = true; }),
        3, "1 0x00,      /*  ________  */", "3 0x00      /*  ________  */"},
       {"decimal with affixes", a0,
@@ -153,10 +152,10 @@ TEST(ConvertRoad, StrayColoursReducedAndInvertedBinary) {
   EXPECT_TRUE(p.ui.messages.empty());
   EXPECT_EQ(p.app.pixelForm.WorkBitmap, before);
 
-  // The machine formats carry the bytes as packed, before the text's inversion.
+  // The machine formats carry the same inverted bytes as the text.
   Converted bin(2, Bitmap(16, 1), [](TestProgram& p) { p.app.mainForm.HexOutput1Click(); });
   ASSERT_TRUE(bin.ok);
-  EXPECT_EQ(bin.app.hex.Bytes(), (std::vector<std::uint8_t>{0x00, 0x00}));
+  EXPECT_EQ(bin.app.hex.Bytes(), (std::vector<std::uint8_t>{0xFF, 0xFF}));
 }
 
 TEST(ConvertRoad, Refusals) {

@@ -2,10 +2,12 @@
 // compared with reviewed files in tests/golden/file. UPDATE_GOLDEN=1 rewrites them.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 
+#include "engine/OutputNaming.h"
 #include "support/ShellTestSupport.h"
 
 namespace {
@@ -46,7 +48,7 @@ void Check(const FileCase& c) {
 
 TEST(GoldenFile, DefaultFileLineForLine) {
   // The blank 128 x 64 canvas of a new project, as a new user first converts it.
-  Check({"default.h", 1, Bitmap(128, 64), [](TestProgram& p) { p.app.session.LastInfoDateText = "23/11/2026 10:00:00"; }});
+  Check({"default.h", 1, Bitmap(128, 64), nullptr});
 }
 
 TEST(GoldenFile, Variants) {
@@ -173,6 +175,59 @@ TEST(GoldenFile, ColourLookUpTables) {
   EXPECT_TRUE(compressed.app.mainForm.ExportColorPaletteAsArray3Click());
   EXPECT_EQ(compressed.ui.messages.front().text, "Data compression has been disabled !");
   EXPECT_FALSE(compressed.app.session.Compression);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(GoldenFile, ATableWithoutDataIsRefused) {
+  // 7 x 11 fits no direction: whatever the walk turns to, it writes no byte, and a declaration of
+  // data that never come is no success.
+  TestProgram p;
+  p.Setup(1, Bitmap(7, 11), true);
+  EXPECT_FALSE(p.Convert());
+  ASSERT_FALSE(p.ui.messages.empty());
+  EXPECT_EQ(p.ui.messages.back().text,
+            " Nothing to encode: the area is smaller than one data byte of this paging scheme ! ");
+  EXPECT_EQ(p.Text().find("PROGMEM"), std::string::npos) << p.Text();
+}
+
+TEST(GoldenFile, ClosingCommentNamesTheParameterFileToBeWritten) {
+  TestProgram p;
+  p.Setup(1, Bitmap(8, 8), true);
+  p.app.session.InfoFileTarget = "out/other.rtf";
+  ASSERT_TRUE(p.Convert());
+  EXPECT_NE(p.Text().find("/* Save table and see info file out/other.rtf */"), std::string::npos) << p.Text();
+  EXPECT_EQ(rm::InfoFileNameFor("out/other.h"), "out/other.rtf");
+  EXPECT_EQ(rm::InfoFileNameFor("other.h"), "other.rtf");
+}
+
+TEST(GoldenFile, EveryDatumButTheLastHasItsSeparator) {
+  // Modes whose bytes are no whole number per pixel, and affix kinds that take the separator only
+  // while more data follow: the separators must not stop before the data do.
+  struct Case {
+    int mode, w, h;
+    const char* kind;
+  } cases[] = {{57, 3, 2, "+H+"}, {57, 5, 3, "+D+"}, {29, 7, 5, "+H+"}, {29, 4, 4, "+D+"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::to_string(c.mode) + " " + c.kind);
+    TestProgram p;
+    p.Setup(c.mode, Bitmap(1, 1));
+    p.app.pixelForm.SetCanvas(rmtest::PatternPicture(c.w, c.h, p.app.session.ModeColours.empty()
+                                                                  ? std::vector<rm::Colour>{rm::kWhite}
+                                                                  : p.app.session.ModeColours));
+    p.app.session.Syntax.DataFormatKind = c.kind;
+    p.app.session.Syntax.DataPrefix = "0x";
+    p.app.session.Syntax.DataSuffix = "";
+    ASSERT_TRUE(p.Convert());
+    std::string data;
+    for (const auto& l : p.DataLines()) data += l + " ";
+    const auto commas = std::count(data.begin(), data.end(), ',');
+    const auto values = std::count(data.begin(), data.end(), 'x');
+    EXPECT_EQ(commas + 1, values) << data;
+    EXPECT_EQ(static_cast<long long>(values), p.app.session.TotalBytes) << data;
+  }
 }
 
 }  // namespace

@@ -239,7 +239,7 @@ TEST_F(OutputFolder, GoldenParameterFiles) {
     const std::string info = ReadFile(p.app.mainForm.InfoFileName());
     const std::string diff = rmtest::CompareGolden(std::string("infofile/") + golden, info);
     EXPECT_TRUE(diff.empty()) << diff;
-    // The editors show what was written, and the next top comment quotes its date.
+    // The editors show what was written; the table's top comment quotes the same date.
     EXPECT_EQ(p.app.infoText.Text(), info);
     EXPECT_EQ(p.app.session.LastInfoDateText, "14/11/2023 22:13:20");
   }
@@ -256,7 +256,6 @@ TEST_F(OutputFolder, ParameterFileHeldByAnotherProgram) {
   }
   EXPECT_EQ(Shown(p), Names{" RTF file was opened by another application ! |Error"});
   EXPECT_EQ(ReadFile(info), "old\n");
-  EXPECT_EQ(p.app.session.LastInfoDateText, "");  // no parameter file written, no date to quote
   // The table is saved all the same.
   EXPECT_EQ(ReadFile(dir_ + "/NewBitmap.h"), p.Text());
   EXPECT_EQ(NamesIn(dir_), (Names{"NewBitmap.h", "NewBitmap.rtf"}));
@@ -277,15 +276,17 @@ TEST_F(OutputFolder, SavesTableAndParameterFile) {
   EXPECT_EQ(ReadFile(dir_ + "/my-logo.h"), p.Text());
   EXPECT_FALSE(p.app.globals.EditorUnsaved);
   // The table is named after the file, the closing comment names the parameter file, and the
-  // date comment stays empty until a parameter file has been written.
+  // date comment is this conversion's, from the first one on.
   EXPECT_TRUE(has("const uint8_t  mylogo_U [512] PROGMEM = {")) << p.Text();
   EXPECT_TRUE(has("/* Save table and see info file " + dir_ + "/my-logo.rtf */")) << p.Text();
-  EXPECT_TRUE(has("/*  */")) << p.Text();
+  EXPECT_TRUE(has("/* 14/11/2023 22:13:20 */")) << p.Text();
 
-  // The next table quotes the date of the parameter file before it.
+  // The next table has the next conversion's date, not the one before.
+  p.clock = rm::FixedClock(1700000060);
   ASSERT_TRUE(p.Convert());
   EXPECT_TRUE(p.ui.messages.empty());
-  EXPECT_TRUE(has("/* 14/11/2023 22:13:20 */")) << p.Text();
+  EXPECT_TRUE(has("/* 14/11/2023 22:14:20 */")) << p.Text();
+  EXPECT_NE(ReadFile(dir_ + "/my-logo.rtf").find("14/11/2023 22:14:20"), std::string::npos);
   EXPECT_EQ(ReadFile(dir_ + "/my-logo.h"), p.Text());
 }
 
@@ -302,7 +303,6 @@ TEST_F(OutputFolder, NoFolderNoFiles) {
   ASSERT_TRUE(ok);
   EXPECT_TRUE(fs::is_empty(dir_));
   EXPECT_TRUE(p.app.globals.EditorUnsaved);
-  EXPECT_EQ(p.app.session.LastInfoDateText, "");
 }
 
 TEST_F(OutputFolder, ExistingFileAsksUnlessAlwaysOverwrite) {

@@ -1,5 +1,5 @@
 /* Data generated with rastermill 0.1.0 */
-/*  */
+/* 14/11/2023 22:13:20 */
 /* Bitmap Source file : Newfile.bmp */
 /* Byte width format is 8 bit / Big endian */
 
@@ -9,7 +9,7 @@
 
 const uint8_t  NewBitmap [20] PROGMEM = {
 
- 0, 0, 16, 8
+ 0, 0, 16, 8,
 
  0xFF , 0xFF , 0xA0 , 0x01 , 0x88 , 0x01 , 0x82 , 0x01 , 0x80 , 0x81 , 0x80 , 0x21 , 0x80 , 0x09 , 0xFF , 0xFF
 };
