@@ -1,6 +1,7 @@
 #include "cli/ConvertCommand.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -58,15 +59,32 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
   c.add_option("INPUT", o.input, "Picture to convert: PNG, BMP, JPEG, GIF (first frame), TIFF, ICO or SVG")
       ->required();
   c.add_option("-o", o.output, "Write the Data Array to this file; '-' or no option prints it");
+  // Only the three kinds: a misspelt kind taken as a file name would write C text where a build
+  // expects bytes.
   c.add_option("--output", o.outputKind,
-               "Output kind: text (default), bin (the bytes themselves) or hex (Intel HEX records); any other "
-               "value is taken as the file to write, like -o");
+               "Output kind: text (default), bin (the bytes themselves) or hex (Intel HEX records)")
+      ->check(CLI::IsMember({"text", "bin", "hex"}));
   c.add_option("--mode", o.mode, "Colour mode")->check(CLI::IsMember(modeNames));
-  c.add_option("--direction", o.direction, "Paging direction")
+  c.add_option("--direction", o.direction,
+               "Paging direction: the pixels of a byte lie along a row (tr, tl, tra, tla) or down a column (td, "
+               "tu, tda, tua).\n"
+               "  tr  rows top to bottom, each whole row left to right (the default)\n"
+               "  tl  rows top to bottom, each whole row right to left\n"
+               "  tra bands one byte wide, left to right; in a band, row by row\n"
+               "  tla bands one byte wide, right to left; in a band, row by row\n"
+               "  td  pages a byte high (8 rows in monochrome), top to bottom; in a page, column by column "
+               "(OLED/LCD pages)\n"
+               "  tu  pages a byte high, bottom to top; in a page, column by column\n"
+               "  tda whole columns left to right, each top to bottom\n"
+               "  tua whole columns left to right, each bottom to top\n"
+               "--origin turns the walk to start from another corner")
       ->check(CLI::IsMember({"tr", "tl", "tra", "tla", "td", "tu", "tda", "tua"}));
   c.add_option("--origin", o.origin, "Origin corner of the walk")->check(CLI::IsMember({"TL", "TR", "BR", "BL"}));
-  auto* first = c.add_flag("--msb-first", o.msbFirst, "First pixel in the most significant bit (big endian)");
-  auto* last = c.add_flag("--msb-last", o.msbLast, "First pixel in the least significant bit (little endian)");
+  auto* first = c.add_flag("--msb-first", o.msbFirst,
+                           "First pixel in the most significant bit; colour pixels high byte first");
+  auto* last = c.add_flag("--msb-last", o.msbLast,
+                          "First pixel in the least significant bit (monochrome, gray, 8 and 16 colours); for "
+                          "65536 colours and up it is no byte order: --set rgb2=1 puts the low byte first");
   first->excludes(last);
   c.add_option("--width", o.width, "Data width in bits")->check(CLI::IsMember({8, 16, 32}));
   c.add_option("--per-line", o.perLine, "Data per line, 1 to 150 (1 also drops the separator, as in the settings panel)")
@@ -95,11 +113,15 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& o) {
                "Intel HEX: digits of the record address; 6 and 8 go beyond the published format (default 4)")
       ->check(CLI::IsMember({4, 6, 8}));
   c.add_option("--hex-offset", o.hexOffset,
-               "Intel HEX: address of the first byte, 1 to 8 hex digits, rounded down to a multiple of 16");
+               "Intel HEX: address of the first byte, 1 to 8 hex digits (8000 or 0x8000), rounded down to a "
+               "multiple of 16");
   auto* size = c.add_option("--size", o.size,
                              "Display size WxH (at most 1024x768), or 'project' for the project's display; "
                              "without --size or --preset the display takes the picture's size");
-  c.add_option("--preset", o.preset, "Display size from the size menu's presets, e.g. 128x64")->excludes(size);
+  std::string presets;
+  for (const auto& [w, h] : TMainForm::MatrixPresets())
+    presets += (presets.empty() ? "" : ", ") + std::to_string(w) + "x" + std::to_string(h);
+  c.add_option("--preset", o.preset, "Display size from the size menu's presets: " + presets)->excludes(size);
   c.add_flag("--fit", o.fit,
              "Resize a picture larger than the display to fit it, keeping its proportions; without it such a "
              "picture is refused");
@@ -190,12 +212,18 @@ int ImportPicture(Application& app, const ConvertOptions& o) {
     canvas.ColorReductionChoice = ColorReduction::Monochrome;
     canvas.DitherSelectionBitmap();
   }
-  // Without a threshold or a dither a picture of other colours is pasted as it stands, and only
-  // its pure black pixels set bits: say so, since that is rarely what a photograph wants.
-  if (app.session.Monochrome && canvas.ThresholdPending && !reduceToBW)
+  // Without a threshold or a dither a picture of other colours would be pasted as it stands and
+  // only its pure black pixels would set bits: a photograph would come out empty. A careful user
+  // answers the paste question with the auto conversion, so the command line does that, with the
+  // project's dithering kind, and says so.
+  if (app.session.Monochrome && canvas.ThresholdPending && !reduceToBW) {
+    canvas.ColorReductionChoice = ColorReduction::Monochrome;
+    canvas.DitherSelectionBitmap();
     std::fprintf(stderr,
-                 "rastermill: note: the picture has colours other than black and white; only its pure black "
-                 "pixels set bits (--threshold or --dither converts it)\n");
+                 "rastermill: note: the picture has colours other than black and white: reduced to black and white "
+                 "by %s dithering (--threshold N or --dither KIND chooses otherwise)\n",
+                 std::string(kDitherCaptions[static_cast<int>(canvas.DitherChoice)]).c_str());
+  }
   canvas.PasteSelection();
   return 0;
 }
@@ -207,17 +235,11 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
 
   if (const int status = ResolveController(o); status != 0) return status;
 
-  const bool kindNamed = o.outputKind == "text" || o.outputKind == "bin" || o.outputKind == "hex";
-  if (!o.outputKind.empty() && !kindNamed) {
-    if (!o.output.empty()) return Fail("-o and --output both name the file to write", 2);
-    o.output = o.outputKind;
-    o.outputKind.clear();
-  }
   if ((o.outputKind == "bin" || o.outputKind == "hex") && o.width != 0)
     return Fail("--width applies to text output only, not to --output " + o.outputKind, 2);
   std::uint32_t hexOffset = 0;
   if (o.hexOffset && !IntelHexRecords::ParseOffset(*o.hexOffset, hexOffset))
-    return Fail("--hex-offset takes 1 to 8 hex digits, not \"" + *o.hexOffset + "\"", 2);
+    return Fail("--hex-offset takes 1 to 8 hex digits (0x may lead), not \"" + *o.hexOffset + "\"", 2);
 
   ConsoleUi ui(stderr, &interrupted);
   ui.SetYes(o.yes);
@@ -284,6 +306,15 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
     if (std::sscanf(o.area.c_str(), "%d,%d,%d,%d%c", &x, &y, &w, &h, &extra) != 4 || w <= 0 || h <= 0 || x < 0 ||
         y < 0)
       return Fail("--area takes X,Y,W,H with a positive width and height", 2);
+    const int cw = app.pixelForm.MatrixWidth(), ch = app.pixelForm.MatrixHeight();
+    const std::string canvasSize = std::to_string(cw) + "x" + std::to_string(ch);
+    if (x >= cw || y >= ch) return Fail("--area " + o.area + " lies outside the " + canvasSize + " canvas");
+    if (x + w > cw || y + h > ch) {
+      w = std::min(w, cw - x);
+      h = std::min(h, ch - y);
+      std::fprintf(stderr, "rastermill: note: --area %s clipped to the %s canvas: %d,%d,%d,%d\n", o.area.c_str(),
+                   canvasSize.c_str(), x, y, w, h);
+    }
     s.SelectionActive = true;
     s.ExportAreaX1 = x;
     s.ExportAreaY1 = y;
@@ -304,7 +335,8 @@ int RunConvert(const ConvertOptions& options, const volatile std::sig_atomic_t& 
 
   // The command line writes only what it is told to, below: nothing goes into the project's
   // Output files folder on its own (the desktop saves a finished table there).
-  if (!o.output.empty() && o.output != "-" && !o.noInfo) s.InfoFileTarget = InfoFileNameFor(o.output);
+  // The closing comment names the parameter file only where one is written: beside a regular file.
+  if (!o.noInfo && IsRegularTarget(o.output)) s.InfoFileTarget = InfoFileNameFor(o.output);
   const std::string projectOutputFolder = s.OutputFolder;
   s.OutputFolder.clear();
   const bool ok = app.imageForm.EncodeButtonClick();

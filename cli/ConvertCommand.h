@@ -15,8 +15,7 @@ namespace rmcli {
 struct ConvertOptions {
   std::string input;
   std::string output;  // empty or "-": standard output
-  // --output: "text", "bin" or "hex" choose the output kind; any other value names the file, as
-  // -o does (the option named the file before it named the kind).
+  // --output: "text", "bin" or "hex"; empty keeps the project's output kind.
   std::string outputKind;
   int hexLine = 0;           // Intel HEX data bytes per record; 0 keeps the setting
   int hexAddressDigits = 0;  // 4, 6 or 8; 0 keeps the setting

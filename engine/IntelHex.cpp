@@ -76,6 +76,8 @@ void IntelHexRecords::AddRecord(std::uint8_t type, std::uint32_t field, const st
 }
 
 bool IntelHexRecords::ParseOffset(std::string_view text, std::uint32_t& value) {
+  // Addresses are written as in C as often as bare: "0x8000" is the same offset as "8000".
+  if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X')) text.remove_prefix(2);
   if (text.empty() || text.size() > 8) return false;
   std::uint32_t v = 0;
   for (char c : text) {

@@ -20,6 +20,9 @@ class UiPort {
                                  const std::vector<std::string>& buttons) = 0;
   // The status bar field and the log line of every step.
   virtual void Status(const std::string& text) = 0;
+  // A change the program made on its own that the user must hear of even when nobody reads the
+  // log (a Paging Scheme turned to fit the canvas): a front end without a status bar prints it.
+  virtual void Notice(const std::string& text) { Status(text); }
   virtual void Progress(long long position, long long max) = 0;
   // Polled between bytes of long work; true aborts the work, keeping what was done.
   virtual bool EscapePressed() = 0;

@@ -31,6 +31,7 @@ class ProgramUi : public UiPort {
   std::string MessageDlg(const std::string& text, const std::string& title, DlgType type,
                          const std::vector<std::string>& buttons) override;
   void Status(const std::string& text) override { front_.Status(text); }
+  void Notice(const std::string& text) override { front_.Notice(text); }
   void Progress(long long position, long long max) override { front_.Progress(position, max); }
   bool EscapePressed() override { return front_.EscapePressed(); }
   void Beep() override { front_.Beep(); }

@@ -11,21 +11,6 @@ namespace rm {
 
 namespace fs = std::filesystem;
 
-namespace {
-
-struct ComboSize {
-  int width, height;
-};
-
-constexpr ComboSize kComboSizes[] = {
-    {96, 40},   {96, 64},   {100, 32},  {112, 64},  {120, 32},  {122, 32},  {128, 32},   {128, 64},
-    {128, 96},  {128, 128}, {132, 32},  {132, 64},  {132, 128}, {144, 32},  {160, 32},   {160, 80},
-    {160, 100}, {160, 128}, {160, 160}, {192, 32},  {192, 64},  {192, 128}, {240, 64},   {240, 128},
-    {256, 128}, {320, 240}, {480, 128}, {480, 272}, {800, 480}, {864, 480}, {1024, 600}, {1024, 768},
-};
-
-}  // namespace
-
 // ---- main window: size, caption ----------------------------------------------------------------
 
 bool TMainForm::FitCanvasToPicture(int width, int height) {
@@ -39,23 +24,13 @@ bool TMainForm::FitCanvasToPicture(int width, int height) {
 
 std::vector<std::string> TMainForm::MatrixComboItems() {
   std::vector<std::string> items;
-  for (const ComboSize& c : kComboSizes) items.push_back(std::to_string(c.width) + "X" + std::to_string(c.height));
+  for (const auto& [w, h] : MatrixPresets()) items.push_back(std::to_string(w) + "X" + std::to_string(h));
   return items;
 }
 
 bool TMainForm::MatrixComboChange(const std::string& text) {
-  Globals& g = app_.globals;
-  for (const ComboSize& c : kComboSizes) {
-    if (text != std::to_string(c.width) + "X" + std::to_string(c.height)) continue;
-    if (IsMatrixPreset(c.width, c.height)) return MatrixPresetClick(c.width, c.height);
-    // The sizes the menu lacks take the same road as a menu preset.
-    if (IsSelectionActive()) return false;
-    if (g.MatrixWidth == c.width && g.MatrixHeight == c.height && !g.NoMatrixMode) return false;
-    g.MatrixWidth = c.width;
-    g.MatrixHeight = c.height;
-    CHLCDMatrix();
-    return true;
-  }
+  for (const auto& [w, h] : MatrixPresets())
+    if (text == std::to_string(w) + "X" + std::to_string(h)) return MatrixPresetClick(w, h);
   return false;
 }
 

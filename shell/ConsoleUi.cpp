@@ -37,7 +37,9 @@ std::string ConsoleUi::MessageDlg(const std::string& text, const std::string& ti
       if (SameButton(b, it->second)) answer = b;
     how = "asked for on the command line";
   }
-  while (answer.empty() && !answers_.empty()) {
+  // A box with one button informs and asks nothing: it must not use up an answer meant for the
+  // next question.
+  while (answer.empty() && buttons.size() > 1 && !answers_.empty()) {
     std::string wanted = answers_.front();
     answers_.pop_front();
     for (const auto& b : buttons)
@@ -68,6 +70,11 @@ void ConsoleUi::Status(const std::string& text) {
   if (!verbose_) return;
   FinishProgress();
   std::fprintf(err_, "%s\n", text.c_str());
+}
+
+void ConsoleUi::Notice(const std::string& text) {
+  FinishProgress();
+  std::fprintf(err_, "rastermill: note: %s\n", text.c_str());
 }
 
 void ConsoleUi::Progress(long long position, long long max) {

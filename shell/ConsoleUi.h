@@ -20,6 +20,7 @@ class ConsoleUi : public UiPort {
   std::string MessageDlg(const std::string& text, const std::string& title, DlgType type,
                          const std::vector<std::string>& buttons) override;
   void Status(const std::string& text) override;
+  void Notice(const std::string& text) override;
   void Progress(long long position, long long max) override;
   bool EscapePressed() override { return interrupted_ && *interrupted_ != 0; }
 

@@ -176,8 +176,17 @@ bool TMainForm::ImportImageMDIChild(const std::string& fileName) {
   if (g.UseFileNameAsArtworkName) app_.session.SourceFileName = name;
   RotateImport();
   if (g.CanvasTakesPictureSize && !g.ImportedBitmap.Empty()) {
-    g.MatrixWidth = g.ImportedBitmap.Width();
-    g.MatrixHeight = g.ImportedBitmap.Height();
+    // The display follows the picture, but no display is larger than 1024 x 768: a larger picture
+    // that may be resized gets the largest display of its proportions, and one that may not is
+    // refused by the fitting below, as for any display too small for it.
+    const int w = g.ImportedBitmap.Width(), h = g.ImportedBitmap.Height();
+    g.MatrixWidth = std::min(w, kMaxCustomWidth);
+    g.MatrixHeight = std::min(h, kMaxCustomHeight);
+    if ((w > kMaxCustomWidth || h > kMaxCustomHeight) && g.AlwaysResizeToFit) {
+      const double scale = std::min(static_cast<double>(kMaxCustomWidth) / w, static_cast<double>(kMaxCustomHeight) / h);
+      g.MatrixWidth = std::clamp(static_cast<int>(w * scale), 1, kMaxCustomWidth);
+      g.MatrixHeight = std::clamp(static_cast<int>(h * scale), 1, kMaxCustomHeight);
+    }
     CanvasRedraw();
   }
   return AssignInPutBitmap();

@@ -43,8 +43,12 @@ bool TImageForm::EncodeButtonClick() {
   ExportDialogState dlg;
   dlg.entry = g.ExportEntry;
   // Halves exist only for whole rows: any other direction opens on the full canvas.
-  if (!s.Horizontal && (dlg.entry == 1 || dlg.entry == 2)) dlg.entry = 0;
+  if (!s.Horizontal && (dlg.entry == 1 || dlg.entry == 2)) {
+    dlg.entry = 0;
+    ui.Notice("the upper or lower half is exported only with a horizontal Paging direction: the full canvas is exported");
+  }
   if (s.AutoFraming) {
+    if (dlg.entry != 0) ui.Notice("Auto Framing exports the painted part of the canvas, not the part chosen for export");
     dlg.entry = 0;
     dlg.entryListEnabled = false;
   }

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <filesystem>
 #include <optional>
+#include <sstream>
 
 #include "engine/InfoFile.h"
 #include "engine/NearestColour.h"
@@ -107,19 +108,27 @@ bool TMainForm::SetColourMode(int modeNumber, bool forcedReload) {
 
   const bool mono = modeNumber == 1 || modeNumber == 2;
   const bool trueColour = modeNumber == 62 || modeNumber == 63;
+  // The artwork a mode change clears stays one Undo away: it is kept here and becomes the entry
+  // below the cleared canvas when the history starts anew for the new mode.
+  std::optional<Bitmap> cleared;
   if (app_.globals.ApplyingSettings) {
     // A project being read: its canvas is rebuilt at the project's size right after.
   } else if (mono) {
     if (!canvas.IsBlackAndWhite()) {
       app_.ui.MessageDlg(" Work Canvas will be cleared ! ", "Warning", DlgType::Warning, {"OK"});
+      cleared = canvas.WorkBitmap;
       canvas.ClearCanvas();
     }
   } else if (!trueColour && canvas.HasArtwork()) {
     const std::string q = " Clear the work canvas before to change to " + std::string(info->clearName) + " mode ? ";
     if (app_.ui.MessageDlg(q, "Canvas not cleared", DlgType::Confirmation, {"Yes", "No"}) != "Yes") return false;
+    cleared = canvas.WorkBitmap;
     canvas.ClearCanvas();
   }
-  if (ResetAndCheckColorMode()) return false;
+  if (ResetAndCheckColorMode()) {
+    if (cleared) canvas.WorkBitmap = *cleared;  // the mode stays, and so does its artwork
+    return false;
+  }
 
   s.PixelsPerByte = info->pixelsPerByte;
   s.ModeNumber = modeNumber;
@@ -140,7 +149,15 @@ bool TMainForm::SetColourMode(int modeNumber, bool forcedReload) {
   StatusBarAndLog(std::string(info->logText));
   app_.globals.CurrentSchemeName = std::string(info->shortName);
   // The history of one mode does not hold in another.
-  canvas.ResetHistory();
+  if (cleared) {
+    const Bitmap blank = canvas.WorkBitmap;
+    canvas.WorkBitmap = *cleared;
+    canvas.ResetHistory();
+    canvas.WorkBitmap = blank;
+    canvas.CopyCanvasToSaveTable();
+  } else {
+    canvas.ResetHistory();
+  }
   return true;
 }
 
@@ -227,10 +244,17 @@ bool TMainForm::SetDirection(PagingDirection d) {
   if (!horizontal) s.Not6bit = true;
   if (!s.SizeCheckOffForFonts) {
     const TPixelForm& c = app_.pixelForm;
+    // The messages name the multiple the mode really needs (8 in monochrome, 4 in 4 gray levels,
+    // 2 in 16 ...): a fixed 8 sent users of the gray modes the wrong way.
+    auto multiple = [](long double by) {
+      std::ostringstream t;
+      t << static_cast<double>(by);
+      return t.str();
+    };
     if (!horizontal && std::fmod(static_cast<long double>(c.MatrixHeight()), PagingUnit(s)) != 0) {
       app_.ui.MessageDlg(
-          "  Work Canvas Dot Matrix size does not fit in this paging scheme ! \r Vertical size should be a multiple of "
-          "8 for vertical conversion  \r Use a horizontal conversion direction",
+          "  Work Canvas Dot Matrix size does not fit in this paging scheme ! \r Vertical size should be a multiple of " +
+              multiple(PagingUnit(s)) + " for vertical conversion  \r Use a horizontal conversion direction",
           "Warning", DlgType::Warning, {"OK"});
       return false;
     }
@@ -238,7 +262,8 @@ bool TMainForm::SetDirection(PagingDirection d) {
     if (horizontal && std::fmod(static_cast<long double>(c.MatrixWidth()), by) != 0) {
       app_.ui.MessageDlg(
           "  Work Canvas Dot Matrix size does not fit in this paging scheme ! \r Horizontal size should be a multiple "
-          "of 8 for horizontal conversion \r Use a vertical conversion direction",
+          "of " +
+              multiple(by) + " for horizontal conversion \r Use a vertical conversion direction",
           "Warning", DlgType::Warning, {"OK"});
       return false;
     }
@@ -439,12 +464,24 @@ bool TMainForm::TranslateCanvas() {
   const long double r1 = std::fmod(static_cast<long double>(s.CanvasHeight), PagingUnit(s));
   const long double r2 = std::fmod(static_cast<long double>(s.CanvasWidth), PagingUnit(s));
   if (((r1 != 0 && !s.Horizontal) || (r2 != 0 && s.Horizontal)) && s.Not6bit) {
+    const PagingDirection before = s.Direction;
     if (r1 != 0) SetDirection(PagingDirection::ToRightAll);
     if (r2 != 0) SetDirection(PagingDirection::DownAll);
-    // Where neither side fits the 8 colour walk would drop the pixels of the last partial group
-    // of every line, or make no byte at all: the direction commands have said why, and no table
-    // is made.
-    if (s.Colours8 && ((r1 != 0 && !s.Horizontal) || (r2 != 0 && s.Horizontal))) {
+    if (s.Direction != before) {
+      const bool high = !IsHorizontal(before);
+      std::ostringstream why;
+      why << "the canvas " << (high ? "height " : "width ") << (high ? s.CanvasHeight : s.CanvasWidth)
+          << " is not a multiple of " << static_cast<double>(PagingUnit(s)) << " for the "
+          << DirectionInfoText(before) << ": turned to the " << DirectionInfoText(s.Direction);
+      app_.ui.Notice(why.str());
+    }
+    // Where neither side fits, the walk would drop the pixels of the last partial byte of every
+    // line, or make no byte at all: the direction commands have said why, and no table is made.
+    // Packed gray 32 and the slices of 16 gray levels are the exceptions: their walks take every
+    // pixel whatever the size (gray 32 packs across lines, a last incomplete group included; the
+    // slices round the height up to whole slices).
+    const bool walkTakesEveryPixel = s.ModeNumber == 29 || s.Gray16Slices;
+    if (!walkTakesEveryPixel && ((r1 != 0 && !s.Horizontal) || (r2 != 0 && s.Horizontal))) {
       s.CanvasWidth = canvas.MatrixWidth();
       s.CanvasHeight = canvas.MatrixHeight();
       return false;

@@ -125,7 +125,7 @@ TEST_F(Cli, ExitStatusAndMessages) {
   const std::tuple<Args, int, std::string> cases[] = {
       {{"convert", in_ + "/missing.png"}, 1, "missing.png"},
       {{"convert", rows12, "--direction", "td"}, 1, "does not fit"},
-      {{"convert", good, "--area", "0,0,64,8"}, 1, "nothing was written"},
+      {{"convert", good, "--area", "200,0,8,8"}, 1, "--area 200,0,8,8 lies outside the 32x16 canvas"},
       {{"convert", good, "--mode", "c17"}, 2, "--mode"},
       {{"convert", good, "--direction", "sideways"}, 2, "--direction"},
       {{"convert", good, "--msb-first", "--msb-last"}, 2, "excludes"},
@@ -142,6 +142,18 @@ TEST_F(Cli, ExitStatusAndMessages) {
       {{"convert", good, "--area", "0,0,0,8"}, 2, "--area"},
   };
   for (const auto& [args, status, why] : cases) ExpectRefused(args, status, why);
+
+  // An area reaching past the canvas is cut to it, and the user is told.
+  const Result clipped = Run({"convert", good, "--area", "0,0,64,8"});
+  EXPECT_EQ(clipped.status, 0) << clipped.err;
+  EXPECT_EQ(clipped.err.rfind("rastermill: note: --area 0,0,64,8 clipped to the 32x16 canvas: 0,0,32,8\n", 0), 0u)
+      << clipped.err;
+  // An option the scheme cannot take is not dropped in silence either.
+  const Result half = Run({"convert", good, "--direction", "td", "--half", "upper"});
+  EXPECT_EQ(half.status, 0) << half.err;
+  EXPECT_EQ(half.err,
+            "rastermill: note: the upper or lower half is exported only with a horizontal Paging direction: the full "
+            "canvas is exported\n");
 }
 
 // The front end only maps options onto library commands: for the same picture and settings its
@@ -281,7 +293,7 @@ TEST_F(Cli, StdoutAndFileCarryTheSameText) {
   EXPECT_EQ(ReadFile(target), naming(out_ + "/image.rtf"));
 
   // A name without a folder lands in the working folder.
-  ASSERT_EQ(Run({"convert", path, "--output", "second.c"}, InFolder(out_)).status, 0);
+  ASSERT_EQ(Run({"convert", path, "-o", "second.c"}, InFolder(out_)).status, 0);
   EXPECT_EQ(ReadFile(out_ + "/second.c"), naming("second.rtf"));
   // Each output file has its parameter file beside it, and nothing else is left there.
   EXPECT_EQ(Names(out_), (Args{"image.c", "image.rtf", "second.c", "second.rtf"}));
@@ -467,6 +479,7 @@ int SetBits(const std::string& bytes) {
 TEST_F(Cli, DisplaySizeAndFitting) {
   const std::string big = Png("big.png", Bitmap(256, 128, rm::kBlack));
   const std::string small = Png("small.png", Bitmap(32, 16, rm::kBlack));
+  const std::string wide = Png("wide.png", Bitmap(2000, 100, rm::kBlack));
   struct Case {
     Args args;
     int status;
@@ -485,7 +498,13 @@ TEST_F(Cli, DisplaySizeAndFitting) {
       {{big, "--preset", "128x64", "--fit"}, 0, 1024, 128 * 64, ""},
       {{big, "--preset", "128x64", "--yes"}, 0, 1024, 128 * 64, ""},
       {{small, "--preset", "100x100"}, 2, 0, 0, "presets"},
+      // The combo's sizes that the menu once lacked.
+      {{small, "--preset", "320x240"}, 0, 320 * 240 / 8, 512, ""},
+      {{small, "--preset", "160x128"}, 0, 160 * 128 / 8, 512, ""},
       {{small, "--size", "2000x10"}, 2, 0, 0, "at most 1024x768"},
+      // Without a size the display follows the picture only up to the largest display.
+      {{wide}, 1, 0, 0, "(1024x100); --fit resizes it"},
+      {{wide, "--fit"}, 0, 1024 * 51 / 8, 1024 * 51, ""},
       {{small, "--size", "64"}, 2, 0, 0, "--size takes WxH"},
   };
   for (const Case& c : cases) {
@@ -520,8 +539,9 @@ TEST_F(Cli, ThresholdAndDitherMakeBlackAndWhite) {
       {{gray, "--threshold", "101"}, 128},
       {{gray, "--threshold", "0"}, 0},
       {{gray, "--dither", "nearest"}, 128},
-      // Without either only pure black sets bits.
-      {{gray}, 0},
+      // Without either the picture is dithered as the project's menu says, not left to its pure
+      // black pixels (a photograph would come out empty).
+      {{half}, -1},
       {{half, "--dither", "floyd"}, -1},
       {{half, "--dither", "burkes"}, -1},
   };
@@ -533,7 +553,7 @@ TEST_F(Cli, ThresholdAndDitherMakeBlackAndWhite) {
       EXPECT_EQ(SetBits(r.out), c.black);
     else
       EXPECT_NEAR(SetBits(r.out), 64 * 64 / 2, 64);
-    EXPECT_EQ(Has(r.err, "only its pure black pixels"), c.args.size() == 1) << r.err;
+    EXPECT_EQ(Has(r.err, "reduced to black and white by Floyd Steinberg dithering"), c.args.size() == 1) << r.err;
   }
   ExpectRefused({"convert", gray, "--mode", "gray256", "--dither", "floyd"}, 2, "monochrome mode");
   ExpectRefused({"convert", gray, "--threshold", "3", "--dither", "floyd"}, 2, "excludes");

@@ -113,10 +113,11 @@ TEST_F(MachineOutput, BadRecordOptionsAreUsageErrors) {
       {"--output", "hex", "--hex-offset", "12G4"},
       {"--output", "hex", "--hex-offset", "123456789"},
       {"--output", "hex", "--hex-offset", ""},
-      {"--output", "hex", "--hex-offset", "0x10"},
+      {"--output", "hex", "--hex-offset", "0x"},
       {"--output", "hex", "--hex-line", "12"},
       {"--output", "hex", "--hex-address-digits", "5"},
       {"--output", "bin", "--width", "16"},
+      {"--output", "binary"},
       {"-o", dir_ + "/a.c", "--output", dir_ + "/b.c"},
   };
   for (auto args : cases) {

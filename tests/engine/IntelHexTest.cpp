@@ -66,7 +66,8 @@ TEST(IntelHexRecords, OffsetText) {
   } cases[] = {
       {"0000", true, 0},   {"1234", true, 0x1234},         {"ff", true, 0xFF},
       {"7", true, 7},      {"FFFFFFFF", true, 0xFFFFFFFF}, {"", false, 0},
-      {"123456789", false, 0}, {"12G4", false, 0},        {"0x10", false, 0},
+      {"123456789", false, 0}, {"12G4", false, 0},        {"0x10", true, 0x10},
+      {"0X8000", true, 0x8000}, {"0x", false, 0},     {"0x123456789", false, 0},
       {" 10", false, 0},   {"-1", false, 0},
   };
   for (const auto& c : cases) {

@@ -311,3 +311,25 @@ TEST(CanvasHistory, ReloadLastArtworkAsksFirst) {
 }
 
 }  // namespace
+
+// A mode change that clears the canvas keeps the artwork one Undo away, whichever way it asked.
+TEST(CanvasHistory, AModeChangeThatClearsTheCanvasIsUndone) {
+  const struct {
+    int to;
+    Lines answers;
+  } cases[] = {{1, {"OK"}}, {55, {"Yes"}}};
+  for (const auto& c : cases) {
+    TestProgram p;
+    Blank(p);
+    ASSERT_TRUE(p.app.mainForm.SetColourMode(59));
+    Edit(p, 0x0000FF);
+    p.ui.answers = {c.answers.begin(), c.answers.end()};
+    ASSERT_TRUE(p.app.mainForm.SetColourMode(c.to)) << c.to;
+    EXPECT_EQ(Shown(p), rm::kWhite) << c.to;
+    EXPECT_TRUE(p.app.pixelForm.UndoEnabled) << c.to;
+    EXPECT_TRUE(p.app.imageForm.UndoButtonClick());
+    EXPECT_EQ(Shown(p), 0x0000FF) << c.to;
+    EXPECT_TRUE(p.app.imageForm.RedoButtonClick());
+    EXPECT_EQ(Shown(p), rm::kWhite) << c.to;
+  }
+}

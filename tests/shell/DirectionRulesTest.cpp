@@ -72,3 +72,32 @@ TEST(DirectionRules, InterleaveOfAnOddHeightKeepsEveryRow) {
 }
 
 }  // namespace
+
+// A canvas that does not fit the direction turns to the other axis when that one fits, and says
+// so; when neither fits no table is made, rather than one that drops the last pixels of every line.
+TEST(DirectionRules, AMonochromeCanvasTurnsOrStopsButNeverLosesPixels) {
+  const struct {
+    int width, height;
+    PagingDirection direction;  // in force when the conversion ends
+    bool converts;
+    std::string notice;
+  } cases[] = {
+      {16, 8, PagingDirection::ToRightAll, true, ""},
+      {100, 32, PagingDirection::DownAll, true,
+       "the canvas width 100 is not a multiple of 8 for the Paging Scheme All horizontal From left to right: turned "
+       "to the Paging Scheme All vertical downwards"},
+      {13, 11, PagingDirection::ToRightAll, false, ""},
+      {3, 2, PagingDirection::ToRightAll, false, ""},
+  };
+  for (const auto& c : cases) {
+    TestProgram p;
+    p.Setup(1, Bitmap(c.width, c.height, rm::kBlack));
+    EXPECT_EQ(p.Convert(), c.converts) << c.width << "x" << c.height;
+    EXPECT_EQ(p.app.session.Direction, c.direction) << c.width << "x" << c.height;
+    EXPECT_EQ(p.ui.notices, c.notice.empty() ? std::vector<std::string>{} : std::vector<std::string>{c.notice})
+        << c.width << "x" << c.height;
+    if (c.converts) {
+      EXPECT_EQ(p.app.session.ByteCount, c.width * c.height / 8);
+    }
+  }
+}

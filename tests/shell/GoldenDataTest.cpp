@@ -80,7 +80,6 @@ TEST(GoldenData, DirectionsOriginsAndBitOrder) {
          Direction(p, PagingDirection::Down);
          p.app.mainForm.MsbLast();
        }},
-      {"mono-odd-size.txt", 1, 13, 11, nullptr},
       {"mono-6bit.txt", 1, 18, 4, [](TestProgram& p) { p.app.mainForm.Toggle6BitMode(); }},
       {"gray4-down.txt", 24, 16, 16, [](TestProgram& p) { Direction(p, PagingDirection::Down); }},
       {"gray4-msb-last.txt", 24, 16, 16, [](TestProgram& p) { p.app.mainForm.MsbLast(); }},

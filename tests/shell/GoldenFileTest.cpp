@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <tuple>
 
 #include "engine/OutputNaming.h"
 #include "support/ShellTestSupport.h"
@@ -182,10 +183,15 @@ TEST(GoldenFile, ColourLookUpTables) {
 namespace {
 
 TEST(GoldenFile, ATableWithoutDataIsRefused) {
-  // 7 x 11 fits no direction: whatever the walk turns to, it writes no byte, and a declaration of
+  // An area narrower than one byte of the scheme: the walk writes no byte, and a declaration of
   // data that never come is no success.
   TestProgram p;
-  p.Setup(1, Bitmap(7, 11), true);
+  p.Setup(1, Bitmap(8, 8), true);
+  auto& s = p.app.session;
+  s.SelectionActive = true;
+  std::tie(s.ExportAreaX1, s.ExportAreaY1, s.ExportAreaX2, s.ExportAreaY2) = std::make_tuple(0, 0, 4, 8);
+  p.app.globals.ExportEntry = 3;
+  p.ui.answers = {"Yes"};
   EXPECT_FALSE(p.Convert());
   ASSERT_FALSE(p.ui.messages.empty());
   EXPECT_EQ(p.ui.messages.back().text,

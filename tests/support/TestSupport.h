@@ -23,6 +23,7 @@ class ScriptedUi : public rm::UiPort {
   std::string MessageDlg(const std::string& text, const std::string& title, rm::DlgType type,
                          const std::vector<std::string>& buttons) override;
   void Status(const std::string& text) override { statuses.push_back(text); }
+  void Notice(const std::string& text) override { notices.push_back(text); }
   void Progress(long long position, long long max) override {
     lastProgress = position;
     progressMax = max;
@@ -37,6 +38,7 @@ class ScriptedUi : public rm::UiPort {
   std::deque<std::string> answers;
   std::vector<Message> messages;
   std::vector<std::string> statuses;
+  std::vector<std::string> notices;
   long long lastProgress = 0, progressMax = 0;
   long long escapeAfterPolls = -1;  // >= 0: Esc is "pressed" once this many polls have passed
   long long polls = 0;
