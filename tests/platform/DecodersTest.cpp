@@ -12,15 +12,12 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "platform/PlatformImageCodecs.h"
-#include "support/PictureFiles.h"
+#include "support/DecoderChecks.h"
 
 namespace {
 
@@ -30,18 +27,12 @@ using rm::MakeColour;
 using rmtest::Bytes;
 using rmtest::ColourFn;
 using rmtest::ExpectPixels;
+using rmtest::LoadPicture;
 using rmtest::OnWhite;
 using rmtest::Put16;
 using rmtest::Put32;
 using rmtest::ReadBytes;
-using rmtest::WriteTemp;
 
-Bitmap Load(const std::string& name, const Bytes& bytes, rm::LoadOptions options = {}) {
-  Bitmap out;
-  std::string error;
-  EXPECT_TRUE(rm::PlatformImageCodecs().Load(WriteTemp(name, bytes), options, out, error)) << error;
-  return out;
-}
 
 // ---- JPEG ----
 
@@ -117,7 +108,7 @@ TEST(JpegDecoding, ColourGreyAndCmykPicturesComeOutAsRgbWithinTheCodingError) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    ExpectPixels(Load("photo.jpg", c.jpeg), c.width, c.height, c.expect, 3);
+    ExpectPixels(LoadPicture("photo.jpg", c.jpeg), c.width, c.height, c.expect, 3);
   }
 }
 
@@ -184,7 +175,7 @@ TEST(GifDecoding, TheFirstFrameLiesOnTheScreenWithWhiteAroundAndWhereTransparent
   for (const GifSpec& s : cases) {
     SCOPED_TRACE(testing::Message() << s.screenWidth << "x" << s.screenHeight << " frame at " << s.left << ","
                                     << s.top << (s.interlaced ? " interlaced" : ""));
-    ExpectPixels(Load("anim.gif", MakeGif(s)), s.screenWidth, s.screenHeight, [&](int x, int y) -> Colour {
+    ExpectPixels(LoadPicture("anim.gif", MakeGif(s)), s.screenWidth, s.screenHeight, [&](int x, int y) -> Colour {
       const int fx = x - s.left, fy = y - s.top;
       if (fx < 0 || fy < 0 || fx >= s.width || fy >= s.height) return rm::kWhite;
       const int index = GifIndex(fx, fy);
@@ -235,7 +226,7 @@ TEST(TiffDecoding, GreyRgbAlphaAndBottomUpPicturesComeOutExactly) {
   const std::vector<TiffSpec> cases = {{1}, {3}, {4}, {3, ORIENTATION_BOTLEFT}};
   for (const TiffSpec& s : cases) {
     SCOPED_TRACE(testing::Message() << s.samples << " samples, orientation " << s.orientation);
-    ExpectPixels(Load("scan.tiff", MakeTiff(s, 4, 5)), 4, 5, [&](int x, int y) {
+    ExpectPixels(LoadPicture("scan.tiff", MakeTiff(s, 4, 5)), 4, 5, [&](int x, int y) {
       const std::vector<int> v = TiffSample(x, y);
       if (s.samples == 1) return MakeColour(v[0], v[0], v[0]);
       if (s.samples == 3) return MakeColour(v[0], v[1], v[2]);
@@ -368,7 +359,7 @@ TEST(IcoDecoding, TheLargestThenDeepestPictureIsTakenWithItsTransparencyOnWhite)
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    ExpectPixels(Load("app.ico", c.ico), c.width, c.height, c.expect);
+    ExpectPixels(LoadPicture("app.ico", c.ico), c.width, c.height, c.expect);
   }
 }
 
@@ -403,7 +394,7 @@ TEST(SvgRendering, TheDrawingIsFittedInProportionAndCentredOnWhite) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    ExpectPixels(Load("logo.svg", Svg(c.attributes), {c.svgWidth, c.svgHeight}), c.width, c.height,
+    ExpectPixels(LoadPicture("logo.svg", Svg(c.attributes), {c.svgWidth, c.svgHeight}), c.width, c.height,
                  [&](int x, int y) {
                    if (x < c.x0 || y < c.y0 || x >= c.x0 + c.w || y >= c.y0 + c.h) return rm::kWhite;
                    return x - c.x0 < c.w / 2 ? MakeColour(255, 0, 0) : MakeColour(0, 0, 255);
@@ -413,7 +404,6 @@ TEST(SvgRendering, TheDrawingIsFittedInProportionAndCentredOnWhite) {
 
 // ---- Bad input, every format ----
 
-Bytes Cut(const Bytes& bytes, std::size_t size) { return Bytes(bytes.begin(), bytes.begin() + size); }
 
 // Overwrites bytes at `at`; `at` counts from the position of `marker` when one is given.
 Bytes Patch(Bytes bytes, const Bytes& with, std::size_t at, const Bytes& marker = {}) {
@@ -429,7 +419,6 @@ TEST(PictureDecoding, BadFilesFailWithTheFileNamedAndLeaveTheBitmapAlone) {
   const Bytes ico = MakeIco({MakeIconDib(5, 3, 24)});
   const Bytes icoPng = MakeIco({MakePngFile(7, 6)});
   const Bytes svg = Svg(R"(width="4" height="2")");
-  const std::string truncated = rm::kTruncatedMessage;
   const Bytes text = {'j', 'u', 's', 't', ' ', 't', 'e', 'x', 't', '\n'};
   // The screen's colour table (4 colours, 12 bytes) taken out, and its flag cleared.
   Bytes noColours = gif;
@@ -440,18 +429,8 @@ TEST(PictureDecoding, BadFilesFailWithTheFileNamedAndLeaveTheBitmapAlone) {
   emf[0] = 1;
   std::memcpy(&emf[40], " EMF", 4);
 
-  struct Case {
-    std::string name;  // also the file's name
-    Bytes bytes;
-    std::string message;  // after "<name>: "; the message must start with it
-  };
-  std::vector<Case> cases = {
-      {"empty.jpg", {}, "the file is empty"},
+  std::vector<rmtest::RefusedPicture> cases = {
       {"text.jpg", text, "the file is not a picture of a known kind"},
-      {"text.gif", text, "the file is not a picture of a known kind"},
-      {"text.tif", text, "the file is not a picture of a known kind"},
-      {"text.ico", text, "the file is not a picture of a known kind"},
-      {"text.svg", text, "the file is not a picture of a known kind"},
       {"drawing.emf", emf, "this is an EMF picture, and there is no EMF player on this platform"},
       // Declared sizes beyond the limits (JPEG cannot declare more than 65500, GIF 65535).
       {"huge.jpg", Patch(jpeg, {0xFF, 0xDC, 0xFF, 0xDC}, 5, {0xFF, 0xC0}), "the picture is too large (65500 x 65500"},
@@ -468,32 +447,17 @@ TEST(PictureDecoding, BadFilesFailWithTheFileNamedAndLeaveTheBitmapAlone) {
        "this kind of TIFF picture is not supported (Sorry, can not handle image with PhotometricInterpretation=77)"},
       {"magic.tif", Patch(tiff, {0xFF, 0xFF}, 2), "the file is not a picture of a known kind"},
       {"no-colours.gif", noColours, "the GIF picture has no colour table"},
-      {"count.ico", Patch(ico, {9, 0}, 4), truncated},
+      {"count.ico", Patch(ico, {9, 0}, 4), rm::kTruncatedMessage},
       {"depth.ico", Patch(ico, {7, 0}, 22 + 14), "icon pictures with 7 bits per pixel are not supported"},
-      {"unclosed.svg", Cut(svg, svg.size() - 6), "the SVG drawing cannot be read ("},
+      {"unclosed.svg", Bytes(svg.begin(), svg.end() - 6), "the SVG drawing cannot be read ("},
       {"not-svg.svg", Bytes(notSvg.begin(), notSvg.end()), "the SVG drawing cannot be read ("},
   };
-  for (const auto& [kind, bytes, cuts] : std::vector<std::tuple<std::string, Bytes, std::vector<std::size_t>>>{
-           {"jpg", jpeg, {4, 30, jpeg.size() / 2, jpeg.size() - 2}},
-           {"gif", gif, {8, 13, 30, gif.size() - 3}},
-           {"tif", tiff, {6, 60, tiff.size() / 2, tiff.size() - 1}},
-           {"ico", ico, {6, 21, 40, ico.size() - 1}},
-           {"ico", icoPng, {30, icoPng.size() - 1}},
-       })
-    for (std::size_t size : cuts)
-      cases.push_back({"cut-" + std::to_string(size) + "." + kind, Cut(bytes, size), truncated});
-
-  rm::PlatformImageCodecs codecs;
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    Bitmap out(2, 2, 0x123456);
-    const Bitmap before = out;
-    std::string error;
-    EXPECT_FALSE(codecs.Load(WriteTemp(c.name, c.bytes), out, error));
-    const std::string want = c.name + ": " + c.message;
-    EXPECT_EQ(error.substr(0, want.size()), want) << error;
-    EXPECT_EQ(out, before);
-  }
+  rmtest::AddCuts(cases, "jpg", jpeg, {4, 30, jpeg.size() / 2, jpeg.size() - 2});
+  rmtest::AddCuts(cases, "gif", gif, {8, 13, 30, gif.size() - 3});
+  rmtest::AddCuts(cases, "tif", tiff, {6, 60, tiff.size() / 2, tiff.size() - 1});
+  rmtest::AddCuts(cases, "ico", ico, {6, 21, 40, ico.size() - 1});
+  rmtest::AddCuts(cases, "ico", icoPng, {30, icoPng.size() - 1});
+  rmtest::ExpectRefused(cases);
 }
 
 }  // namespace
