@@ -234,13 +234,6 @@ TEST(Compression, RandomRunsAndCopiesRebuild) {
   EXPECT_GE(compressed, kStreams * 9 / 10);
 }
 
-TEST(Compression, AllWhiteGivesOneDataBytePerFullRun) {
-  const Outcome r = Convert(1, Bitmap(128, 64), true);
-  EXPECT_EQ(r.tables.data, Repeat(0x00, 9));
-  EXPECT_EQ(r.tables.pointers, Join({Repeat(0xFF, 8), {0x88}}));
-  EXPECT_EQ(Statistic(r.statistics, 8), " Compression ratio : 98.24%");
-}
-
 TEST(Compression, The128thEqualByteStartsANewRun) {
   const Outcome r = Convert(1, PictureOf(Join({Repeat(0x00, 200), Repeat(0xFF, 56)}), 4), true);
   EXPECT_EQ(r.tables.data, (Bytes{0x00, 0x00, 0xFF}));
@@ -313,7 +306,7 @@ TEST(Compression, TablesTooSmallToGainAreMadePlain) {
 }
 
 // The pointer table takes the data table's text rules; the compression prefix leads a line only
-// when the data lines have a prefix.
+// when the data lines have a prefix (with a line prefix, see the assembler golden below).
 TEST(Compression, PointerLinesFollowTheDataSyntax) {
   const Bitmap white(128, 64);  // pointers 0xFF eight times, then 0x88
   auto syntax = [](std::function<void(rm::DataSyntax&)> f) -> Tweak {
@@ -331,16 +324,6 @@ TEST(Compression, PointerLinesFollowTheDataSyntax) {
       {"one per line: no picture comment",
        [](TestProgram& p) { p.app.mainForm.SetDataPerLine(1); },
        {" 0xFF ,", " 0xFF ,", " 0xFF ,", " 0xFF ,", " 0xFF ,", " 0xFF ,", " 0xFF ,", " 0xFF ,", " 0x88 "}},
-      {"H with leading zero, line prefix and compression prefix",
-       [](TestProgram& p) {
-         p.app.mainForm.SetDataPerLine(4);
-         auto& s = p.app.session.Syntax;
-         s.DataFormatKind = "H";
-         s.LeadingZero = true;
-         s.LinePrefix = "  DB ";
-         s.PointerPrefix = "P:";
-       },
-       {"P:  DB  0FFh, 0FFh , 0FFh , 0FFh ,", "P:  DB  0FFh, 0FFh , 0FFh , 0FFh ,", "P:  DB  88h"}},
       {"prefix end only", syntax([](rm::DataSyntax& s) {
          s.LinePrefix2 = "> ";
          s.PointerPrefix = "p";

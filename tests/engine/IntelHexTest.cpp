@@ -28,10 +28,7 @@ TEST(IntelHexRecords, KnownRecords) {
     TextLines out;
     IntelHexRecords records(out);
     records.Start(16, c.digits, c.offset);
-    records.InputHex("01");
-    records.InputHex("02");
-    records.InputHex("03");
-    records.InputHex("04");
+    for (const char* two : {"01", "02", "03", "04"}) records.InputHex(two);
     records.EndRecord();
     records.EndRecord();  // nothing pending: no second, empty record
     ASSERT_EQ(out.Count(), 1u);
