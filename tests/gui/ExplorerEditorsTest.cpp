@@ -1,10 +1,6 @@
 #include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
 #include <QMenu>
 #include <QPlainTextEdit>
-#include <QPushButton>
-#include <QSignalSpy>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTextBlock>
@@ -31,11 +27,6 @@ QTreeWidgetItem* Row(QTreeWidget* list, const QString& name) {
   for (int i = 0; i < list->topLevelItemCount(); ++i)
     if (list->topLevelItem(i)->text(0) == name) return list->topLevelItem(i);
   return nullptr;
-}
-
-QListWidgetItem* Project(QListWidget* list, const QString& name) {
-  const auto found = list->findItems(name, Qt::MatchExactly);
-  return found.isEmpty() ? nullptr : found.front();
 }
 
 // The formats the highlighter gave to the first line of a document.
@@ -65,9 +56,12 @@ class ExplorerEditorsTest : public QObject {
   }
   void cleanup() { home_.reset(); }
 
-  void doubleClickOnACFileShowsItInTheEditorWithTheCHighlighter() {
+  // A double click on a C file shows it in the editor with the C highlighter; typing goes into the
+  // main text and marks it unsaved; the filter menu filters the list, folders always shown.
+  void openTypeAndFilter() {
     Write(files_ + "/main.c", "int x = 0x1F; // note\n");
-    Write(files_ + "/other.txt", "x\n");
+    for (const char* name : {"other.txt", "c.png", "d.jpeg"}) Write(files_ + "/" + name, "x");
+    QVERIFY(QDir().mkpath(files_ + "/sub"));
     rmtest::TestProgram prog;
     prog.app.globals.ExplorerFolder = files_.toStdString();
     rmgui::ExplorerWindow explorer(prog.app);
@@ -75,6 +69,7 @@ class ExplorerEditorsTest : public QObject {
     QObject::connect(&explorer, &rmgui::ExplorerWindow::modelChanged, &editors, &rmgui::EditorsWindow::SyncFromModel);
     explorer.resize(800, 500);
     explorer.show();
+    editors.show();
 
     auto* list = explorer.findChild<QTreeWidget*>("fileList");
     QVERIFY(list);
@@ -85,46 +80,28 @@ class ExplorerEditorsTest : public QObject {
     const QPoint at = list->visualItemRect(row).center();
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, at);
     QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, at);
-
     auto* editor = editors.findChild<QPlainTextEdit*>("mainEditor");
     QVERIFY(editor);
     QCOMPARE(editor->toPlainText(), QString("int x = 0x1F; // note"));
+    // What the C highlighter makes of it is checked with the other languages below.
     auto* highlighter = editors.findChild<rmgui::SourceHighlighter*>("mainHighlighter");
     QVERIFY(highlighter);
     QCOMPARE(highlighter->language(), rmgui::SourceHighlighter::Language::Cpp);
-    QVERIFY(HasFormatAt(editor, 0, highlighter->keywordFormat));    // int
-    QVERIFY(HasFormatAt(editor, 9, highlighter->numberFormat));     // 0x1F
-    QVERIFY(HasFormatAt(editor, 16, highlighter->commentFormat));   // // note
-    QVERIFY(!HasFormatAt(editor, 4, highlighter->keywordFormat));   // x
-  }
 
-  void typingGoesIntoTheMainTextAndMarksItUnsaved() {
-    rmtest::TestProgram prog;
-    rmgui::EditorsWindow editors(prog.app);
-    editors.show();
-    auto* editor = editors.findChild<QPlainTextEdit*>("mainEditor");
-    QVERIFY(editor);
+    QVERIFY(!prog.app.globals.EditorUnsaved);
     editor->setFocus();
-    QTest::keyClicks(editor, "ab");
+    editor->moveCursor(QTextCursor::End);
     QTest::keyClick(editor, Qt::Key_Return);
     QTest::keyClicks(editor, "cde");
-    QCOMPARE(QString::fromStdString(prog.app.mainText.Text()), QString("ab\ncde\n"));
+    QCOMPARE(QString::fromStdString(prog.app.mainText.Text()), QString("int x = 0x1F; // note\ncde\n"));
     QVERIFY(prog.app.globals.EditorUnsaved);
     QCOMPARE(editors.findChild<QLabel*>("caretStatus")->text(), QString("Col: 4 Line: 2"));
-  }
 
-  void filterMenuFiltersTheList() {
-    for (const char* name : {"a.c", "b.bmp", "c.png", "d.jpeg"}) Write(files_ + "/" + name, "x");
-    QVERIFY(QDir().mkpath(files_ + "/sub"));
-    rmtest::TestProgram prog;
-    prog.app.globals.ExplorerFolder = files_.toStdString();
-    rmgui::ExplorerWindow explorer(prog.app);
-    auto* list = explorer.findChild<QTreeWidget*>("fileList");
     auto* footer = explorer.findChild<QLabel*>("footerLabel");
+    auto* filter = explorer.findChild<QLabel*>("filterLabel");
     QCOMPARE(list->topLevelItemCount(), 5);
     QCOMPARE(footer->text(), QString("5 element(s)"));
-    QCOMPARE(explorer.findChild<QLabel*>("filterLabel")->text(), QString("Filter = All files *.*"));
-
+    QCOMPARE(filter->text(), QString("Filter = All files *.*"));
     auto* menu = explorer.findChild<QMenu*>("filterMenu");
     QVERIFY(menu);
     QAction* jpeg = nullptr;
@@ -133,56 +110,10 @@ class ExplorerEditorsTest : public QObject {
     QVERIFY(jpeg);
     jpeg->trigger();
     QCOMPARE(list->topLevelItemCount(), 2);
-    QVERIFY(Row(list, "sub"));
-    QVERIFY(Row(list, "d.jpeg"));
+    QVERIFY(Row(list, "sub") && Row(list, "d.jpeg"));
     QCOMPARE(footer->text(), QString("2 NOT FILTERED OUT element(s)"));
-    QCOMPARE(explorer.findChild<QLabel*>("filterLabel")->text(), QString("Filter = JPEG Pictures (JPG,JPEG)"));
+    QCOMPARE(filter->text(), QString("Filter = JPEG Pictures (JPG,JPEG)"));
     QVERIFY(jpeg->isChecked());
-  }
-
-  void projectCreatedThenActivatedFromTheList() {
-    rmtest::TestProgram prog;
-    prog.app.mainForm.LoadFolders();
-    QVERIFY(prog.app.mainForm.LoadConfigurationX());
-    QVERIFY(prog.app.mainForm.SaveConfigurationX());
-    rmgui::ExplorerWindow explorer(prog.app);
-    QSignalSpy changed(&explorer, &rmgui::ExplorerWindow::modelChanged);
-    auto* projects = explorer.findChild<QListWidget*>("projectList");
-    QVERIFY(projects);
-    QVERIFY(Project(projects, "default.LCD"));
-    QVERIFY(!Project(projects, "New Project.LCD"));
-
-    QTest::mouseClick(explorer.findChild<QPushButton*>("newProjectButton"), Qt::LeftButton);
-    QVERIFY(Project(projects, "New Project.LCD"));
-    QVERIFY(QString::fromStdString(prog.app.globals.ActiveProject).endsWith("/New Project.LCD"));
-    QCOMPARE(changed.count(), 1);
-
-    projects->setCurrentItem(Project(projects, "default.LCD"));
-    QTest::mouseClick(explorer.findChild<QPushButton*>("activateProjectButton"), Qt::LeftButton);
-    QVERIFY(QString::fromStdString(prog.app.globals.ActiveProject).endsWith("/default.LCD"));
-    QVERIFY(Project(projects, "default.LCD")->font().bold());
-    QVERIFY(!Project(projects, "New Project.LCD")->font().bold());
-    QCOMPARE(changed.count(), 2);
-  }
-
-  void projectRenamedInPlace() {
-    rmtest::TestProgram prog;
-    prog.app.mainForm.LoadFolders();
-    QVERIFY(prog.app.mainForm.LoadConfigurationX());
-    QVERIFY(prog.app.mainForm.SaveConfigurationX());
-    rmgui::ExplorerWindow explorer(prog.app);
-    explorer.show();
-    auto* projects = explorer.findChild<QListWidget*>("projectList");
-    QTest::mouseClick(explorer.findChild<QPushButton*>("newProjectButton"), Qt::LeftButton);
-    QListWidgetItem* item = Project(projects, "New Project.LCD");
-    QVERIFY(item);
-    projects->setCurrentItem(item);
-    QTest::mouseClick(explorer.findChild<QPushButton*>("renameProjectButton"), Qt::LeftButton);
-    QVERIFY(projects->findChild<QLineEdit*>() != nullptr);  // the edit in place is open
-    item->setText("Board");  // what the editor commits
-    QTRY_VERIFY(Project(projects, "Board.LCD") != nullptr);
-    QVERIFY(!Project(projects, "New Project.LCD"));
-    QVERIFY(QFile::exists(QString::fromStdString(prog.app.exploForm.ProjectsFolder()) + "Board.LCD"));
   }
 
   // One line of each language and what some of its pieces must look like.
@@ -192,11 +123,13 @@ class ExplorerEditorsTest : public QObject {
     QTest::addColumn<int>("keywordAt");
     QTest::addColumn<int>("numberAt");
     QTest::addColumn<int>("commentAt");
+    QTest::addColumn<int>("plainAt");
     using L = rmgui::SourceHighlighter::Language;
-    QTest::newRow("asm") << int(L::Assembler) << "  mov r0, $FF ; load" << 2 << 10 << 15;
-    QTest::newRow("basic") << int(L::VisualBasic) << "DATA &H1F, 2 ' table" << 0 << 6 << 14;
-    QTest::newRow("pascal") << int(L::Pascal) << "const A = $0F; { mask }" << 0 << 10 << 17;
-    QTest::newRow("report") << int(L::General) << "Line 3 [FIXED] OK // done" << 8 << 5 << 20;
+    QTest::newRow("c") << int(L::Cpp) << "int x = 0x1F; // note" << 0 << 9 << 16 << 4;
+    QTest::newRow("asm") << int(L::Assembler) << "  mov r0, $FF ; load" << 2 << 10 << 15 << 1;
+    QTest::newRow("basic") << int(L::VisualBasic) << "DATA &H1F, 2 ' table" << 0 << 6 << 14 << 9;
+    QTest::newRow("pascal") << int(L::Pascal) << "const A = $0F; { mask }" << 0 << 10 << 17 << 6;
+    QTest::newRow("report") << int(L::General) << "Line 3 [FIXED] OK // done" << 8 << 5 << 20 << 4;
   }
   void highlighterColoursEachLanguage() {
     QFETCH(int, language);
@@ -204,6 +137,7 @@ class ExplorerEditorsTest : public QObject {
     QFETCH(int, keywordAt);
     QFETCH(int, numberAt);
     QFETCH(int, commentAt);
+    QFETCH(int, plainAt);
     QPlainTextEdit editor;
     auto* highlighter = new rmgui::SourceHighlighter(editor.document());
     editor.setPlainText(line);
@@ -211,7 +145,8 @@ class ExplorerEditorsTest : public QObject {
     QVERIFY(HasFormatAt(&editor, keywordAt, highlighter->keywordFormat));
     QVERIFY(HasFormatAt(&editor, numberAt, highlighter->numberFormat));
     QVERIFY(HasFormatAt(&editor, commentAt, highlighter->commentFormat));
-    QVERIFY(!HasFormatAt(&editor, 1, highlighter->commentFormat));
+    QVERIFY(!HasFormatAt(&editor, plainAt, highlighter->commentFormat));
+    QVERIFY(!HasFormatAt(&editor, plainAt, highlighter->keywordFormat));
   }
 
   void hexViewShowsTheBytesOfTheHexBuffer() {

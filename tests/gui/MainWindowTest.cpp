@@ -1,25 +1,31 @@
-// The main window driven as a user drives it: menus, dialogs, the canvas under the mouse.
+// The main window driven as a user drives it: menus, dialogs, the canvas under the mouse, the
+// explorer's picture preview, and the user port (Esc and the progress bar) during long work.
 #include <QAction>
 #include <QDialog>
 #include <QFileDialog>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QListWidget>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QToolButton>
-#include <QSignalSpy>
 #include <QTest>
+#include <QThread>
 #include <QTimer>
+#include <QTreeWidget>
+#include <filesystem>
 
 #include "gui/CanvasWidget.h"
 #include "gui/DesktopProgram.h"
 #include "gui/GuiTestSupport.h"
 #include "gui/MainWindow.h"
+#include "gui/QtUi.h"
 #include "engine/OutputNaming.h"
 #include "shell/WindowPlaces.h"
 #include "support/ShellTestSupport.h"
@@ -126,17 +132,9 @@ class MainWindowTest : public QObject {
     AnswerNextMessage("No", &replace);
     s.Trigger("Save Data Array");
     QCOMPARE(replace, QString(" File already exits,  Overwrite ?"));
-  }
 
-  // An opened picture comes first in the recent files and opens again from there, twice in a row
-  // (the list is rebuilt in between).
-  void recentFileReopens() {
-    Started s;
-    const std::string picture = WriteLargePicture(s.home.Path());
-    AnswerNextMessage("Yes");
-    QVERIFY(s.app().mainForm.OpenPic(picture));
-    s.app().pixelForm.DiscardSelection();
-    s.window().SyncAll();
+    // The opened picture comes first in the recent files and opens again from there, twice in a
+    // row (the list is rebuilt in between).
     auto* recent = s.window().findChild<QMenu*>("recentMenu");
     QVERIFY(recent && recent->isEnabled());
     for (int round = 0; round < 2; ++round) {
@@ -169,7 +167,8 @@ class MainWindowTest : public QObject {
   }
 
   // Activating another project in the explorer's list brings its display size to the canvas,
-  // the size menu and the combo, and empties the text editor.
+  // the size menu and the combo, and empties the text editor; a project renamed in place keeps
+  // its settings, and the active one is shown bold.
   void projectSwitch() {
     Started s;
     auto newProject = [&] {
@@ -186,11 +185,16 @@ class MainWindowTest : public QObject {
     s.window().SyncAll();
 
     auto* projects = s.window().findChild<QListWidget*>("projectList");
-    auto activate = [&](const QString& name) {
+    auto project = [&](const QString& name) {
       const auto found = projects->findItems(name, Qt::MatchExactly);
-      QVERIFY2(found.size() == 1, qPrintable("no project " + name));
-      projects->setCurrentItem(found.front());
+      return found.size() == 1 ? found.front() : nullptr;
+    };
+    auto activate = [&](const QString& name) {
+      QVERIFY2(project(name), qPrintable("no project " + name));
+      projects->setCurrentItem(project(name));
       QTest::mouseClick(s.window().findChild<QPushButton*>("activateProjectButton"), Qt::LeftButton);
+      QVERIFY(QString::fromStdString(s.app().globals.ActiveProject).endsWith("/" + name));
+      QVERIFY(project(name)->font().bold());
     };
     auto* combo = s.window().findChild<QComboBox*>("sizeCombo");
     activate("New Project.LCD");
@@ -199,7 +203,18 @@ class MainWindowTest : public QObject {
     QVERIFY(s.window().FindAction("160 x 100")->isChecked());
     QCOMPARE(s.window().findChild<QPlainTextEdit*>("mainEditor")->toPlainText(), QString());
 
-    activate("New Project(1).LCD");
+    projects->setCurrentItem(project("New Project(1).LCD"));
+    QTest::mouseClick(s.window().findChild<QPushButton*>("renameProjectButton"), Qt::LeftButton);
+    QVERIFY(projects->findChild<QLineEdit*>() != nullptr);  // the edit in place is open
+    QString renamed;
+    AnswerNextMessage("OK", &renamed);
+    project("New Project(1).LCD")->setText("Board");  // what the editor commits
+    QCOMPARE(renamed, QString("Project has been renamed"));
+    QTRY_VERIFY(project("Board.LCD") != nullptr);
+    QVERIFY(!project("New Project(1).LCD"));
+    QVERIFY(QFile::exists(QString::fromStdString(s.app().exploForm.ProjectsFolder()) + "Board.LCD"));
+    activate("Board.LCD");
+    QVERIFY(!project("New Project.LCD")->font().bold());
     QCOMPARE(QSize(s.app().pixelForm.MatrixWidth(), s.app().pixelForm.MatrixHeight()), QSize(96, 40));
     QCOMPARE(combo->currentText(), QString("96X40"));
   }
@@ -253,26 +268,10 @@ class MainWindowTest : public QObject {
     QCOMPARE(s.app().pixelForm.Zoom, s.app().pixelForm.NormalZoom);
   }
 
-  // Undo takes the canvas back before the paste and redo puts the paste back; the buttons are
-  // enabled as the history allows.
-  void undoAndRedo() {
-    Started s;
-    rm::Bitmap dot(4, 4, rm::kBlack);
-    s.app().pixelForm.FloatSelection(dot, 2, 2);
-    s.Trigger("OK Paste Layer");
-    QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(3, 3), rm::kBlack);
-    QAction* undo = s.window().FindAction("Undo");
-    QAction* redo = s.window().FindAction("Redo");
-    QVERIFY(undo->isEnabled());
-    undo->trigger();
-    QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(3, 3), rm::kWhite);
-    QVERIFY(redo->isEnabled());
-    redo->trigger();
-    QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(3, 3), rm::kBlack);
-  }
-
-  // A floating picture is dragged with the mouse and laid down by a click beside it.
-  void dragAndPasteSelection() {
+  // A floating picture is dragged with the mouse and laid down by a click beside it; Undo takes
+  // the canvas back before the paste and Redo puts the paste back, the actions enabled as the
+  // history allows.
+  void dragPasteUndoAndRedo() {
     Started s;
     s.app().pixelForm.FloatSelection(rm::Bitmap(4, 4, rm::kBlack), 0, 0);
     s.app().pixelForm.CopyBitmapToCanvas();
@@ -287,6 +286,14 @@ class MainWindowTest : public QObject {
     QVERIFY(!s.app().pixelForm.FloatingSelection);
     QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(10, 5), rm::kBlack);
     QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(0, 0), rm::kWhite);
+    QAction* undo = s.window().FindAction("Undo");
+    QVERIFY(undo->isEnabled());
+    undo->trigger();
+    QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(10, 5), rm::kWhite);
+    QAction* redo = s.window().FindAction("Redo");
+    QVERIFY(redo->isEnabled());
+    redo->trigger();
+    QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(10, 5), rm::kBlack);
   }
 
   // A threshold typed beside the slider is applied as the slider would apply it: a gray pixel
@@ -340,6 +347,62 @@ class MainWindowTest : public QObject {
     QCOMPARE(place.width, 1500);
     QCOMPARE(place.height, 950);
     QCOMPARE(again.Window().size(), QSize(1500, 950));
+  }
+
+  // A picture chosen in the explorer's list is shown in the preview, turned and sent to the
+  // canvas by the preview's buttons.
+  void previewTurnAndExport() {
+    Started s;
+    const std::string folder = s.home.Path() + "/pictures";
+    std::filesystem::create_directories(folder);
+    std::string error;
+    QVERIFY(s.app().codecs->SavePng(rm::Bitmap(20, 10, rm::kBlack), folder + "/bar.png", error));
+    s.app().exploForm.EnterFolder(folder);
+    s.window().SyncAll();
+    auto* list = s.window().findChild<QTreeWidget*>("fileList");
+    const auto found = list->findItems("bar.png", Qt::MatchExactly);
+    QCOMPARE(found.size(), 1);
+    list->setCurrentItem(found.front());
+    auto* size = s.window().findChild<QLabel*>("previewSize");
+    QCOMPARE(size->text(), QString("W : 20  H : 10"));
+    QTest::mouseClick(s.window().findChild<QPushButton*>("previewTurnRight"), Qt::LeftButton);
+    QCOMPARE(size->text(), QString("W : 10  H : 20"));
+    QTest::mouseClick(s.window().findChild<QPushButton*>("previewExport"), Qt::LeftButton);
+    QVERIFY(s.app().pixelForm.FloatingSelection);
+    const rm::Bitmap& sent = s.app().pixelForm.SelectionBitmap;
+    QCOMPARE(QSize(sent.Width(), sent.Height()), QSize(10, 20));
+  }
+
+  // Long work polls Esc between its steps: an Esc typed meanwhile is seen once, and clicks that
+  // come with it are swallowed so no command starts in the middle of another.
+  void escapeIsSeenOnceAndClicksWait() {
+    rmgui::QtUi ui;
+    QPushButton button("elsewhere");
+    int clicks = 0;
+    connect(&button, &QPushButton::clicked, [&] { ++clicks; });
+    button.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&button));
+    QThread::msleep(30);  // past the poll's pacing
+    QCoreApplication::postEvent(&button, new QKeyEvent(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, " "));
+    QCoreApplication::postEvent(&button, new QKeyEvent(QEvent::KeyRelease, Qt::Key_Space, Qt::NoModifier, " "));
+    QCoreApplication::postEvent(&button, new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));
+    ui.Progress(1, 10);  // the bar's repaint sees the Esc but keeps it for the work's poll
+    QVERIFY(ui.EscapePressed());
+    QCOMPARE(clicks, 0);
+    QThread::msleep(30);
+    QVERIFY(!ui.EscapePressed());
+  }
+
+  // The progress bar shows while work is under way and goes when it ends.
+  void progressBarFollowsTheWork() {
+    Started s;
+    auto* bar = s.window().findChild<QProgressBar*>("progressBar");
+    QVERIFY(bar);
+    s.program.Ui().Progress(250, 1000);
+    QVERIFY(bar->isVisible());
+    QCOMPARE(bar->value(), 250);
+    s.program.Ui().Progress(1000, 1000);
+    QVERIFY(!bar->isVisible());
   }
 };
 
