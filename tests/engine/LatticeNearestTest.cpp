@@ -82,12 +82,14 @@ TEST(LatticeNearest, TiesTakeTheLowerLevelAndBlueStaysInItsQuarter) {
       {1, 0x43FFFF, 0x33FFFF, "just below the second quarter"},
       {2, 0x80FFFF, 0x7BFFFF, "65536: blue 128 is nearest 132 but sorts below 0x840000, so 123"},
   };
-  for (const Case& c : cases) {
-    const LatticeCase& l = kDefaultLattices[c.lattice];
-    rm::NearestColour nearest;
-    nearest.SetPalette(Lattice(l.red, l.green, l.blue));
-    EXPECT_EQ(nearest.NearestColor(c.colour), c.expected) << l.name << ": " << c.why;
+  rm::NearestColour nearest[4];
+  for (int i = 0; i < 4; ++i) {
+    const LatticeCase& l = kDefaultLattices[i];
+    nearest[i].SetPalette(Lattice(l.red, l.green, l.blue));
   }
+  for (const Case& c : cases)
+    EXPECT_EQ(nearest[c.lattice].NearestColor(c.colour), c.expected)
+        << kDefaultLattices[c.lattice].name << ": " << c.why;
 }
 
 TEST(LatticeNearest, OnlyWholeLatticesWithQuartersOnBlueLevelsUseTables) {
