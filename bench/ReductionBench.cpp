@@ -29,16 +29,18 @@ rm::Bitmap PhotoLike(int w, int h) {
   return b;
 }
 
-// A program in the 262144 colours mode, whose palette the reductions below map onto.
+// A program in a palette mode (60: 262144 colours), whose default palette the reductions below
+// map onto.
 struct Program262144 {
   rmbench::QuietUi ui;
   rm::FixedClock clock{0};
   rm::Application app{ui, clock};
-  Program262144() { app.mainForm.SetColourMode(60, true); }
+  explicit Program262144(int mode = 60) { app.mainForm.SetColourMode(mode, true); }
 };
 
 // The first import of a photo in the 262144 colours mode: the answers are not cached yet.
-void ReductionPhotoTo262144(benchmark::State& state) {
+// `tables` false keeps the quarter search, to show what the lattice tables save.
+void ReductionPhotoTo262144(benchmark::State& state, bool tables) {
   Program262144 program;
   rm::Application& app = program.app;
   rmbench::QuietUi& ui = program.ui;
@@ -46,12 +48,29 @@ void ReductionPhotoTo262144(benchmark::State& state) {
   for (auto _ : state) {
     rm::Bitmap work = photo;
     rm::NearestColour nearest;
-    nearest.Configure(app.session);
+    nearest.SetPalette(app.session.PaletteTable, tables);
     if (!rm::ConvertToNearestColor(work, nearest, ui)) state.SkipWithError("no palette");
     benchmark::DoNotOptimize(work.Row(0));
   }
   state.counters["distinct_colours"] = rm::CountColors(photo);
   state.counters["palette"] = static_cast<double>(app.session.PaletteTable.size());
+}
+
+// Every one of the 2^24 colours against the quarter search, for the default palette of a mode:
+// the lattice tables must give the search's answer everywhere. Too long for a unit test, so it
+// runs here, once; a difference stops the bench with an error.
+void LatticeTablesAgreeWithTheSearch(benchmark::State& state, int mode) {
+  Program262144 program(mode);
+  rm::NearestColour tables, search;
+  tables.SetPalette(program.app.session.PaletteTable);
+  search.SetPalette(program.app.session.PaletteTable, false);
+  if (!tables.IsLattice()) state.SkipWithError("the default palette is not taken for a lattice");
+  long long differences = 0;
+  for (auto _ : state)
+    for (rm::Colour c = 1; c <= 0xFFFFFF; ++c)
+      if (tables.NearestColor(c) != search.Search(c)) ++differences;
+  state.counters["differences"] = static_cast<double>(differences);
+  if (differences != 0) state.SkipWithError("the lattice tables differ from the search");
 }
 
 void ReductionDither(benchmark::State& state, rm::ColorReduction reduction, rm::DitherMode mode) {
@@ -77,7 +96,12 @@ void ReductionMyColor(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(ReductionPhotoTo262144)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ReductionPhotoTo262144, lattice_tables, true)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ReductionPhotoTo262144, quarter_search, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(LatticeTablesAgreeWithTheSearch, c256, 56)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(LatticeTablesAgreeWithTheSearch, c4096, 57)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(LatticeTablesAgreeWithTheSearch, c65536, 59)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(LatticeTablesAgreeWithTheSearch, c262144, 60)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ReductionDither, floyd_steinberg_mono, rm::ColorReduction::Monochrome,
                   rm::DitherMode::FloydSteinberg)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ReductionDither, stevenson_arce_mono, rm::ColorReduction::Monochrome,

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <limits>
 #include <string>
 
@@ -14,6 +15,8 @@ namespace {
 constexpr Colour kNoColour = 0x1000000;
 
 int Square(int v) { return v * v; }
+
+int Component(Colour c, int axis) { return (c >> (8 * axis)) & 0xFF; }
 
 int Distance(Colour a, Colour b) {
   return Square(RedOf(a) - RedOf(b)) + Square(GreenOf(a) - GreenOf(b)) + Square(BlueOf(a) - BlueOf(b));
@@ -97,12 +100,14 @@ void NearestColour::Configure(const ConversionSession& session) {
   }
 }
 
-void NearestColour::SetPalette(std::vector<Colour> palette) {
+void NearestColour::SetPalette(std::vector<Colour> palette, bool latticeTables) {
   std::sort(palette.begin(), palette.end());
   palette_ = std::move(palette);
   cache_.Clear();
   const std::size_t n = palette_.size();
   grids_ = {};
+  lattice_ = Lattice();
+  if (latticeTables && lattice_.Build(palette_)) return;  // the tables answer: no grid to build
   if (n / 4 >= kGridFrom) {
     grids_[0].Build(palette_, 0, (n - 1) / 4);
     grids_[1].Build(palette_, n / 4, (n - 1) / 2);
@@ -111,11 +116,73 @@ void NearestColour::SetPalette(std::vector<Colour> palette) {
   }
 }
 
-namespace {
+int NearestColour::QuarterOf(Colour c, std::size_t& first, std::size_t& last) const {
+  const std::size_t n = palette_.size();
+  if (c < palette_[n / 4]) {
+    first = 0;
+    last = (n - 1) / 4;
+    return 0;
+  }
+  if (c < palette_[n / 2]) {
+    first = n / 4;
+    last = (n - 1) / 2;
+    return 1;
+  }
+  if (c < palette_[3 * n / 4]) {
+    first = n / 2;
+    last = 3 * (n - 1) / 4;
+    return 2;
+  }
+  first = 3 * n / 4;
+  last = n - 1;
+  return 3;
+}
 
-int Component(Colour c, int axis) { return (c >> (8 * axis)) & 0xFF; }
+bool NearestColour::Lattice::Build(const std::vector<Colour>& sorted) {
+  *this = Lattice();
+  const std::size_t n = sorted.size();
+  if (n < 8) return false;
+  // The levels of each channel, then the lattice test: no entry twice and as many entries as
+  // level combinations means every combination is there once.
+  std::array<std::array<bool, 256>, 3> used{};
+  for (std::size_t i = 0; i < n; ++i) {
+    if (i > 0 && sorted[i] == sorted[i - 1]) return false;
+    for (int a = 0; a < 3; ++a) used[a][static_cast<std::size_t>(Component(sorted[i], a))] = true;
+  }
+  std::array<std::vector<int>, 3> values;
+  for (int a = 0; a < 3; ++a)
+    for (int v = 0; v < 256; ++v)
+      if (used[a][static_cast<std::size_t>(v)]) values[a].push_back(v);
+  if (values[0].size() * values[1].size() * values[2].size() != n) return false;
+  const std::size_t plane = values[0].size() * values[1].size();
+  const std::size_t firsts[4] = {0, n / 4, n / 2, 3 * n / 4};
+  const std::size_t lasts[4] = {(n - 1) / 4, (n - 1) / 2, 3 * (n - 1) / 4, n - 1};
+  for (int q = 0; q < 4; ++q) {
+    if (firsts[q] % plane != 0 || (lasts[q] + 1) % plane != 0 || lasts[q] < firsts[q]) return false;
+    blueLow_[static_cast<std::size_t>(q)] = static_cast<int>(firsts[q] / plane);
+    blueHigh_[static_cast<std::size_t>(q)] = static_cast<int>(lasts[q] / plane);
+  }
+  for (int a = 0; a < 3; ++a) {
+    const std::vector<int>& lv = values[static_cast<std::size_t>(a)];
+    levels_[static_cast<std::size_t>(a)] = static_cast<int>(lv.size());
+    std::size_t k = 0;
+    for (int v = 0; v < 256; ++v) {
+      // Move up only while the next level is strictly nearer: a tie keeps the lower level.
+      while (k + 1 < lv.size() && std::abs(lv[k + 1] - v) < std::abs(lv[k] - v)) ++k;
+      level_[static_cast<std::size_t>(a)][static_cast<std::size_t>(v)] = static_cast<std::uint8_t>(k);
+    }
+  }
+  planeSize_ = plane;
+  return true;
+}
 
-}  // namespace
+Colour NearestColour::Lattice::Nearest(const std::vector<Colour>& sorted, Colour c, int quarter) const {
+  const auto q = static_cast<std::size_t>(quarter);
+  const int r = level_[0][static_cast<std::size_t>(Component(c, 0))];
+  const int g = level_[1][static_cast<std::size_t>(Component(c, 1))];
+  const int b = std::clamp<int>(level_[2][static_cast<std::size_t>(Component(c, 2))], blueLow_[q], blueHigh_[q]);
+  return sorted[static_cast<std::size_t>((b * levels_[1] + g) * levels_[0] + r)];
+}
 
 void NearestColour::QuarterGrid::Build(const std::vector<Colour>& palette, std::size_t first, std::size_t last) {
   int hi[3] = {0, 0, 0};
@@ -212,6 +279,7 @@ std::size_t NearestColour::QuarterGrid::Nearest(const std::vector<Colour>& palet
 Colour NearestColour::NearestColor(Colour c) {
   if (c == 0 || c == kNoColour) return c;
   if (palette_.empty() || c < 0 || c > 0xFFFFFF) return c;
+  if (!lattice_.Empty()) return Search(c);
   Colour found;
   if (cache_.Find(static_cast<std::uint32_t>(c), found)) return found;
   found = Search(c);
@@ -223,23 +291,9 @@ Colour NearestColour::Search(Colour c) const {
   const std::size_t n = palette_.size();
   if (n == 0) return c;
   std::size_t first, last;
-  if (c < palette_[n / 4]) {
-    first = 0;
-    last = (n - 1) / 4;
-  } else if (c < palette_[n / 2]) {
-    first = n / 4;
-    last = (n - 1) / 2;
-  } else if (c < palette_[3 * n / 4]) {
-    first = n / 2;
-    last = 3 * (n - 1) / 4;
-  } else {
-    first = 3 * n / 4;
-    last = n - 1;
-  }
-  if (!grids_[0].Empty()) {
-    const int quarter = first == 0 ? 0 : first == n / 4 ? 1 : first == n / 2 ? 2 : 3;
-    return palette_[grids_[static_cast<std::size_t>(quarter)].Nearest(palette_, c)];
-  }
+  const int quarter = QuarterOf(c, first, last);
+  if (!lattice_.Empty()) return lattice_.Nearest(palette_, c, quarter);
+  if (!grids_[0].Empty()) return palette_[grids_[static_cast<std::size_t>(quarter)].Nearest(palette_, c)];
   int best = kNoColour;
   Colour found = c;
   for (std::size_t i = first; i <= last; ++i) {

@@ -29,17 +29,20 @@ class NearestColour {
   // the 8 and 16 colour modes; in monochrome, 16M and the gray ramp modes colours pass unchanged.
   void Configure(const ConversionSession& session);
   // Searches `palette` (a sorted copy is kept). An empty palette passes colours unchanged.
-  void SetPalette(std::vector<Colour> palette);
+  // `latticeTables` false keeps the search even for a lattice, to check the tables against it.
+  void SetPalette(std::vector<Colour> palette, bool latticeTables = true);
 
   // The sorted palette searched; empty when colours pass unchanged.
   const std::vector<Colour>& Palette() const { return palette_; }
   std::size_t PaletteSize() const { return palette_.size(); }
 
   // 0 gives 0 and 0x1000000 gives 0x1000000 whatever the palette; other colours get the quarter
-  // search, remembered.
+  // search, remembered (a lattice palette answers from its tables and needs no memory).
   Colour NearestColor(Colour c);
   // The quarter search itself, without the cache and the two fixed answers.
   Colour Search(Colour c) const;
+  // Whether the palette is a lattice answered from per-channel tables.
+  bool IsLattice() const { return !lattice_.Empty(); }
 
   void ClearCache() { cache_.Clear(); }
   std::size_t CachedColours() const { return cache_.Size(); }
@@ -84,8 +87,33 @@ class NearestColour {
   };
   static constexpr std::size_t kGridFrom = 512;  // smaller quarters are walked
 
+  // The default palettes from 256 colours up are full blue x green x red lattices. The squared
+  // distance is a sum over the channels, so the nearest entry is the nearest level on each channel,
+  // the lower one on a tie (the lowest index, as the search takes it); the quarter rule only bounds
+  // the blue level, since sorted as numbers a lattice's quarters are whole runs of blue levels.
+  // Three tables of 256 levels then give the search's answer without searching.
+  class Lattice {
+   public:
+    // False, and empty, unless `sorted` (ascending, as kept) is such a lattice with quarters that
+    // start and end on a blue level.
+    bool Build(const std::vector<Colour>& sorted);
+    // The entry the quarter search finds for `c` in quarter 0..3.
+    Colour Nearest(const std::vector<Colour>& sorted, Colour c, int quarter) const;
+    bool Empty() const { return planeSize_ == 0; }
+
+   private:
+    std::array<std::array<std::uint8_t, 256>, 3> level_{};  // per channel: value to level index
+    std::array<int, 3> levels_{};                           // level count per channel
+    std::array<int, 4> blueLow_{}, blueHigh_{};             // blue levels of each quarter
+    std::size_t planeSize_ = 0;                             // entries of one blue level
+  };
+
+  // Which of the four sorted quarters the search looks in for `c`, with its first and last index.
+  int QuarterOf(Colour c, std::size_t& first, std::size_t& last) const;
+
   std::vector<Colour> palette_;
   std::array<QuarterGrid, 4> grids_;
+  Lattice lattice_;
   Cache cache_;
 };
 

@@ -36,8 +36,10 @@ std::map<std::string, HeldLock>& Table() {
 }
 
 std::chrono::milliseconds& PatienceValue() {
-  // Long enough for a few dozen commands of the program queued on one project.
-  static std::chrono::milliseconds patience{60000};
+  // A build may start dozens of our commands on one project at once (make -j); each holds the
+  // lock for a moment, but on a loaded machine the queue can take minutes, and every command must
+  // still succeed. Only a holder stuck for ten minutes makes a waiter give up.
+  static std::chrono::milliseconds patience{10 * 60 * 1000};
   return patience;
 }
 

@@ -261,8 +261,11 @@ TEST(PaletteNearest, FixedAnswersAndPassThroughModes) {
 
 TEST(PaletteNearest, EveryEntryFindsItselfAndTheCacheIsClearedWithThePalette) {
   rm::NearestColour nearest;
-  const std::vector<Colour> lattice = Shuffled(Lattice4096(), 5);
+  // One entry short of the lattice, so that the search and its cache answer, not the tables.
+  std::vector<Colour> lattice = Shuffled(Lattice4096(), 5);
+  lattice.pop_back();
   nearest.SetPalette(lattice);
+  ASSERT_FALSE(nearest.IsLattice());
   for (Colour c : lattice) ASSERT_EQ(nearest.NearestColor(c), c) << std::hex << c;
   // The cache gives the answers a search gives.
   std::mt19937 rng(17);
