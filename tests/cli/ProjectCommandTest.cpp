@@ -63,6 +63,7 @@ TEST_F(ProjectCli, RefusalsAndUsage) {
   ASSERT_EQ(Run({"project", "new"}).status, 0);  // "New Project.LCD", now active
   const std::tuple<rmtest::Args, int, std::string> cases[] = {
       {{"project", "delete", "New Project", "--yes"}, 1, "Active project can not be deleted !"},
+      {{"project", "rename", "default.LCD", "x"}, 1, "This default project can not be renamed !"},
       {{"project", "rename", "New Project", "default"}, 1, "There is already another project named like this !"},
       {{"project", "activate", "nowhere"}, 1, "no project named \"nowhere.LCD\""},
       {{"project", "delete", "nowhere"}, 1, "no project named"},
