@@ -3,14 +3,14 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 
-#include "shell/Application.h"
-#include "shell/ControllerSetup.h"
+#include "engine/Controllers.h"
+#include "shell/ConvertJob.h"
 
 namespace rmcli {
 
 using namespace rm;
 
-void AddHardwareOptions(CLI::App& c, HardwareOptions& o) {
+void AddHardwareOptions(CLI::App& c, ConvertRequest& o) {
   std::vector<std::string> names;
   for (const auto& p : kControllers) names.emplace_back(p.name);
   c.add_option("--controller", o.controller,
@@ -27,42 +27,6 @@ void AddHardwareOptions(CLI::App& c, HardwareOptions& o) {
                "highest down to bit 0, the bit it takes, e.g. 0,1,2,3,4,5,6,7 reverses a byte and 7,6,5,4,3,2,1,0 "
                "leaves it. A value is a pixel of 12, 16, 18 or 24 bits from 4096 colours up, a data byte "
                "otherwise; bits can only trade places in pairs. With --swap-rb it applies to the swapped pixel");
-}
-
-int ResolveController(ConvertOptions& o) {
-  if (o.hardware.controller.empty()) return 0;
-  const ControllerPreset* p = FindController(o.hardware.controller);
-  if (!p) {
-    std::fprintf(stderr, "rastermill: unknown controller: %s\n", o.hardware.controller.c_str());
-    return 2;
-  }
-  ControllerChoices c{o.mode, o.direction, o.origin, o.msbFirst ? 1 : o.msbLast ? -1 : 0};
-  for (const std::string& note : MergeControllerPreset(*p, c))
-    std::fprintf(stderr, "rastermill: note: %s\n", note.c_str());
-  o.mode = c.mode;
-  o.direction = c.direction;
-  o.origin = c.origin;
-  o.msbFirst = c.bitOrder > 0;
-  o.msbLast = c.bitOrder < 0;
-  if (p->swapRedBlue) o.hardware.swapRedBlue = true;
-  return 0;
-}
-
-int ApplyHardwareOptions(Application& app, const ConvertOptions& o) {
-  ControllerRequest request;
-  if (!o.hardware.controller.empty()) {
-    request.preset = FindController(o.hardware.controller);
-    request.modeChosen = o.mode != request.preset->mode;
-  }
-  request.widthChosen = o.width != 0;
-  request.rearrange.swapRedBlue = o.hardware.swapRedBlue;
-  request.rearrange.permutation = o.hardware.rearrange;
-  std::string error;
-  if (!ApplyControllerRequest(app, request, error)) {
-    std::fprintf(stderr, "rastermill: %s\n", error.c_str());
-    return 2;
-  }
-  return 0;
 }
 
 CLI::App* AddControllersCommand(CLI::App& app) {

@@ -2,63 +2,15 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
-#include <filesystem>
 
-#include "cli/CliNames.h"
-#include "cli/ProjectContext.h"
 #include "cli/StdoutCheck.h"
-#include "shell/ProjectLock.h"
-#include "engine/ColourModes.h"
 #include "shell/Application.h"
+#include "shell/CommandJobs.h"
 #include "shell/ConsoleUi.h"
 
 namespace rmcli {
 
 using namespace rm;
-namespace fs = std::filesystem;
-
-namespace {
-
-int Fail(const std::string& text, int status = 1) {
-  std::fprintf(stderr, "rastermill: %s\n", text.c_str());
-  return status;
-}
-
-// "board" names the project file "board.LCD", as the list shows it.
-std::string ProjectFileName(const std::string& name) {
-  if (name.empty() || TExploForm::HasProjectExtension(name)) return name;
-  return name + ".LCD";
-}
-
-const char* OutputName(OutputKind k) {
-  switch (k) {
-    case OutputKind::Bits8: return "8 bit text";
-    case OutputKind::Bits16: return "16 bit text";
-    case OutputKind::Bits32: return "32 bit text";
-    case OutputKind::BinaryFile: return "binary";
-    case OutputKind::IntelHex: return "Intel HEX";
-  }
-  return "?";
-}
-
-void Show(const Application& app) {
-  const ConversionSession& s = app.session;
-  const ColourModeInfo* mode = FindColourMode(s.ModeNumber);
-  std::error_code ec;
-  std::printf("project: %s\n", app.globals.ActiveProject.c_str());
-  std::printf("folder: %s\n", app.exploForm.ProjectsFolder().c_str());
-  std::printf("projects in folder: %zu\n", app.exploForm.ListAllProjects().size());
-  std::printf("header template: %s%s\n", s.HeaderIncludeFile.c_str(),
-              fs::exists(s.HeaderIncludeFile, ec) ? "" : " (missing)");
-  std::printf("colour mode: %s (%s)\n", mode ? std::string(mode->shortName).c_str() : "?",
-              mode ? std::string(mode->cliName).c_str() : "?");
-  std::printf("paging: %s, origin %s, %s\n", NameOf(s.Direction).c_str(), NameOf(s.Origin).c_str(),
-              s.BigEndian ? "MSB first" : "MSB last");
-  std::printf("output: %s%s\n", OutputName(s.Output), s.Compression ? ", compressed" : "");
-  std::printf("output folder: %s\n", s.OutputFolder.c_str());
-}
-
-}  // namespace
 
 void AddProjectCommands(CLI::App& c, ProjectOptions& o) {
   c.add_option("--project", o.project,
@@ -94,47 +46,10 @@ int RunProject(const ProjectOptions& o) {
   ui.SetVerbose(o.verbose);
   SystemClock clock;
   Application app(ui, clock);
-  std::string error;
-  const bool changes = o.action != "list" && o.action != "show";
-  if (!OpenProject(app, o.project, error, changes)) return Fail(error);
-  // The default project always exists: on the first run it is written here, as the desktop
-  // program writes it at its first quit. Looked for again under the lock: another process may
-  // have made it, with settings of its own, since it was read.
-  std::error_code ec;
-  if (!fs::exists(app.globals.ActiveProject, ec)) {
-    ProjectLock lock = ProjectLock::ForFile(app.globals.ActiveProject, ProjectLock::Mode::Exclusive);
-    if (!lock.Held()) return Fail(lock.Error());
-    if (!fs::exists(app.globals.ActiveProject, ec) && !app.mainForm.SaveConfigurationX(&error))
-      return Fail("project file could not be written: " + app.globals.ActiveProject + ": " + error);
-  }
-
-  TExploForm& explorer = app.exploForm;
-  const std::string name = ProjectFileName(o.name);
-  // The program offers only the projects of its list; a name typed on the command line is
-  // checked against it first.
-  if ((o.action == "activate" || o.action == "rename" || o.action == "delete") && !name.empty() &&
-      !fs::is_regular_file(explorer.ProjectsFolder() + name, ec))
-    return Fail("no project named \"" + name + "\" in " + explorer.ProjectsFolder());
-
-  if (o.action == "list") {
-    for (const auto& n : explorer.ListAllProjects())
-      std::printf("%s%s\n", explorer.ProjectsFolder() + n == app.globals.ActiveProject ? "* " : "  ", n.c_str());
-    return FinishStdout();
-  }
-  if (o.action == "show") {
-    Show(app);
-    return FinishStdout();
-  }
-  if (o.action == "new") {
-    const std::string made = explorer.SaveAsNewProject();
-    if (made.empty()) return 1;
-    std::printf("%s\n", made.c_str());
-    return FinishStdout();
-  }
-  if (o.action == "activate") return explorer.ActivateProject(name) ? 0 : 1;
-  if (o.action == "rename") return explorer.ProjectViewEdited(name, o.newName) ? 0 : 1;
-  if (o.action == "delete") return explorer.MenuItem6Click(name) ? 0 : 1;
-  return 2;
+  const JobOutcome outcome = RunProjectJob(app, {o.project, o.action, o.name, o.newName});
+  if (!outcome.Done() || outcome.output.empty()) return Report(outcome);
+  std::fputs(outcome.output.c_str(), stdout);
+  return FinishStdout();
 }
 
 }  // namespace rmcli

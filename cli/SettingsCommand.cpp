@@ -4,10 +4,11 @@
 #include <cstdio>
 #include <filesystem>
 
-#include "cli/ProjectContext.h"
 #include "cli/StdoutCheck.h"
 #include "shell/Application.h"
+#include "shell/CommandJobs.h"
 #include "shell/ConsoleUi.h"
+#include "shell/ProjectContext.h"
 #include "shell/ProjectStore.h"
 #include "shell/SettingsTable.h"
 
@@ -71,8 +72,9 @@ int RunSettings(const SettingsOptions& o) {
     return 0;
   }
   if (o.restoreFactory) {
-    if (!app.mainForm.RestoreDefaultSettings1Click()) return fail("the factory settings were not restored", 1);
-    std::fprintf(stderr, "rastermill: settings backed up to %s\n", app.globals.FactoryBackupFolder.c_str());
+    const JobOutcome restored = RestoreFactorySettings(app);
+    if (!restored.Done()) return Report(restored);
+    std::fprintf(stderr, "rastermill: settings backed up to %s\n", restored.output.c_str());
     return 0;
   }
   const SettingDef* def = FindSetting(o.key);
@@ -82,8 +84,7 @@ int RunSettings(const SettingsOptions& o) {
     return FinishStdout();
   }
   if (!StoreSetting(app, o.key, o.value, error)) return fail(error, 2);
-  if (!app.mainForm.SaveConfigurationX()) return fail("the project was not saved: " + app.globals.ActiveProject, 1);
-  return 0;
+  return Report(SaveProjectSettings(app));
 }
 
 }  // namespace rmcli

@@ -27,6 +27,7 @@
 #include "gui/CanvasWidget.h"
 #include "gui/MainWindow.h"
 #include "shell/Application.h"
+#include "shell/ConvertJob.h"
 
 namespace rmgui {
 
@@ -241,7 +242,17 @@ void MainWindow::BuildOutputMenu() {
     outputActions_.push_back({a, static_cast<int>(chosen)});
   }
   m->addSeparator();
-  Add(m, "Convert Work Canvas to Data", [this] { app_.imageForm.EncodeButtonClick(); }, QKeySequence("F9"));
+  // The same conversion as the command line's, of the canvas as it stands; the program shows
+  // what it made, or why it stopped, itself.
+  Add(
+      m, "Convert Work Canvas to Data",
+      [this] {
+        rm::ConvertRequest canvas;
+        canvas.currentCanvas = true;
+        canvas.target = rm::ConvertTarget::Editors;
+        rm::Convert(app_, canvas);
+      },
+      QKeySequence("F9"));
   // The converted data under the name the settings make, in the Output files folder.
   Add(m, "Save Data Array", [this] { app_.mainForm.SaveOutputFile(false); }, QKeySequence("Ctrl+Shift+S"));
   Add(m, "Export Work Canvas to Binary", [this] { app_.mainForm.ExportToBinaryClick(); });

@@ -6,17 +6,12 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "engine/Bitmap.h"
-#include "engine/ProgramVersion.h"
-#include "platform/PlatformImageCodecs.h"
-#include "shell/Folders.h"
 #include "support/CliRunner.h"
 #include "support/ShellTestSupport.h"
 #include "support/TestSupport.h"
@@ -27,21 +22,13 @@ namespace fs = std::filesystem;
 using rmtest::Launch;
 using rmtest::ReadFile;
 using Result = rmtest::CliResult;
-using Args = std::vector<std::string>;
 
-bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+using rmtest::Args;
+using rmtest::Has;
+using rmtest::Names;
 
-class FileSafety : public ::testing::Test {
+class FileSafety : public rmtest::CliFixture {
  protected:
-  void SetUp() override {
-    dir_ = rmtest::MakeTempDir();
-    ASSERT_FALSE(dir_.empty());
-    fs::create_directories(dir_ + "/home");
-    fs::create_directories(dir_ + "/out");
-  }
-  void TearDown() override { fs::remove_all(dir_); }
-
-  Result Run(const Args& args, const Launch& how = {}) { return rmtest::RunCli(args, dir_ + "/home", how); }
   // Runs every command at once, each in a process of its own.
   std::vector<Result> RunTogether(const std::vector<Args>& commands) {
     std::vector<Result> results(commands.size());
@@ -51,24 +38,10 @@ class FileSafety : public ::testing::Test {
     for (auto& t : threads) t.join();
     return results;
   }
-  std::string Inits() const { return dir_ + "/home/Documents/Rastermill inits " + rm::ProgramVersionTag() + "/"; }
-  std::string Out(const std::string& name) const { return dir_ + "/out/" + name; }
-  std::vector<std::string> Listing(const std::string& folder) const {
-    std::vector<std::string> names;
-    for (const auto& e : fs::directory_iterator(folder)) names.push_back(e.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
-  }
+  std::string Out(const std::string& name) const { return out_ + "/" + name; }
   std::string Picture(int w = 32, int h = 16) {
-    const std::string path = dir_ + "/p.png";
-    std::string error;
-    EXPECT_TRUE(rm::PlatformImageCodecs().SavePng(rmtest::PatternPicture(w, h, {rm::kBlack, rm::kWhite}, 11), path,
-                                                  error))
-        << error;
-    return path;
+    return Png("p.png", rmtest::PatternPicture(w, h, {rm::kBlack, rm::kWhite}, 11));
   }
-
-  std::string dir_;
 };
 
 // Fifty commands changing fifty different keys of one project at once, the first of them on a
@@ -88,7 +61,7 @@ TEST_F(FileSafety, SettingsChangedSideBySideAreAllKept) {
   ASSERT_EQ(list.status, 0) << list.err;
   for (const auto& [key, value] : changes) EXPECT_TRUE(Has(list.out, "] " + key + "=" + value + "\n")) << key;
   // Nothing but the project's own files (and the lock) in the folder: no temporaries left.
-  for (const auto& name : Listing(Inits())) EXPECT_EQ(name.find(".tmp"), std::string::npos) << name;
+  for (const auto& name : Names(Inits())) EXPECT_EQ(name.find(".tmp"), std::string::npos) << name;
 }
 
 // Readers never take a project that is being rewritten for a missing one: no factory value.
@@ -116,10 +89,14 @@ TEST_F(FileSafety, AnswersThatCannotBePrintedAreFailures) {
   ASSERT_EQ(Run({"project", "list"}).status, 0);
   Launch full;
   full.stdoutFile = "/dev/full";
+  // The large picture fills the stream's buffer, so the error appears during the write, not at
+  // the final flush.
   for (const Args& args : std::vector<Args>{{"settings", "list"},
                                             {"settings", "get", "GWI"},
                                             {"project", "list"},
-                                            {"project", "show"}}) {
+                                            {"project", "show"},
+                                            {"convert", Picture(256, 128)},
+                                            {"convert", Png("small.png", rm::Bitmap(8, 1))}}) {
     const Result r = Run(args, full);
     EXPECT_EQ(r.status, 1) << args[0] << " " << args[1];
     EXPECT_TRUE(Has(r.err, "rastermill: standard output: No space left on device")) << r.err;
@@ -134,7 +111,7 @@ TEST_F(FileSafety, AnswersThatCannotBePrintedAreFailures) {
 TEST_F(FileSafety, ProjectsAreMadeAndActivatedWholeOrNotAtAll) {
   ASSERT_EQ(Run({"project", "list"}).status, 0);
   const std::string pointer = ReadFile(Inits() + "Rastermill.ini");
-  const auto before = Listing(Inits());
+  const auto before = Names(Inits());
   Launch fullDisk;
   fullDisk.maxFileSize = 2000;  // the header template fits, the project file does not
 
@@ -142,7 +119,7 @@ TEST_F(FileSafety, ProjectsAreMadeAndActivatedWholeOrNotAtAll) {
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.out, "");
   EXPECT_TRUE(Has(r.err, "Project New Project.LCD could not be created : Cannot write")) << r.err;
-  EXPECT_EQ(Listing(Inits()), before);
+  EXPECT_EQ(Names(Inits()), before);
   EXPECT_EQ(ReadFile(Inits() + "Rastermill.ini"), pointer);
 
   ASSERT_EQ(Run({"project", "new"}).status, 0);
@@ -187,7 +164,7 @@ TEST_F(FileSafety, ConvertOutputsOfEveryKind) {
   EXPECT_TRUE(fs::is_symlink(Out("link.h")));
   EXPECT_EQ(table(ReadFile(dir_ + "/real/target.h")), expected);
   EXPECT_NE(ReadFile(dir_ + "/real/target.h").find("see info file " + Out("link.rtf")), std::string::npos);
-  EXPECT_EQ(Listing(dir_ + "/real"), std::vector<std::string>{"target.h"});
+  EXPECT_EQ(Names(dir_ + "/real"), Args{"target.h"});
 
   // /dev/null takes the data and stays what it is; no parameter file beside it.
   struct stat before {}, after {};
@@ -222,8 +199,8 @@ TEST_F(FileSafety, ConvertOutputsOfEveryKind) {
   EXPECT_EQ(ReadFile(Out("ro.h")), "keep\n");
   EXPECT_FALSE(fs::exists(Out("ro.rtf")));
 
-  EXPECT_EQ(Listing(dir_ + "/out"),
-            (std::vector<std::string>{"link.h", "link.rtf", "pipe.h", "plain.h", "plain.rtf", "ro.h"}));
+  EXPECT_EQ(Names(dir_ + "/out"),
+            (Args{"link.h", "link.rtf", "pipe.h", "plain.h", "plain.rtf", "ro.h"}));
 }
 
 // The settings of a conversion are kept only once its output is whole.

@@ -3,12 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <vector>
 
-#include "engine/Bitmap.h"
-#include "engine/ProgramVersion.h"
-#include "platform/PlatformImageCodecs.h"
-#include "shell/Folders.h"
 #include "support/CliRunner.h"
 #include "support/TestSupport.h"
 
@@ -18,22 +13,8 @@ namespace fs = std::filesystem;
 using rmtest::ReadFile;
 using Result = rmtest::CliResult;
 
-bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
-
-// The built program run in a home folder of the test's own.
-class ProjectCli : public ::testing::Test {
- protected:
-  void SetUp() override {
-    dir_ = rmtest::MakeTempDir();
-    ASSERT_FALSE(dir_.empty());
-    fs::create_directories(dir_ + "/home");
-  }
-  void TearDown() override { fs::remove_all(dir_); }
-  std::string Inits() const { return dir_ + "/home/Documents/Rastermill inits " + rm::ProgramVersionTag() + "/"; }
-  Result Run(const std::vector<std::string>& args) { return rmtest::RunCli(args, dir_ + "/home"); }
-
-  std::string dir_;
-};
+using rmtest::Has;
+using ProjectCli = rmtest::CliFixture;
 
 TEST_F(ProjectCli, FirstRunListsTheDefaultProjectWithItsTemplates) {
   const Result r = Run({"project", "list"});
@@ -80,12 +61,7 @@ TEST_F(ProjectCli, NewActivateRenameDeleteRoundTrip) {
 
 TEST_F(ProjectCli, RefusalsAndUsage) {
   ASSERT_EQ(Run({"project", "new"}).status, 0);  // "New Project.LCD", now active
-  const struct {
-    std::vector<std::string> args;
-    int status;
-    const char* stderrHas;
-  } cases[] = {
-      {{"project", "delete", "default", "--yes"}, 1, "This project can not be deleted !"},
+  const std::tuple<rmtest::Args, int, std::string> cases[] = {
       {{"project", "delete", "New Project", "--yes"}, 1, "Active project can not be deleted !"},
       {{"project", "rename", "default.LCD", "x"}, 1, "This default project can not be renamed !"},
       {{"project", "rename", "New Project", "default"}, 1, "There is already another project named like this !"},
@@ -97,12 +73,7 @@ TEST_F(ProjectCli, RefusalsAndUsage) {
       {{"project", "activate"}, 2, "NAME"},
       {{"project", "sideways"}, 2, "subcommand"},
   };
-  for (const auto& c : cases) {
-    const Result r = Run(c.args);
-    EXPECT_EQ(r.status, c.status) << c.stderrHas << ": " << r.err;
-    EXPECT_EQ(r.out, "") << c.stderrHas;
-    EXPECT_TRUE(Has(r.err, c.stderrHas)) << r.err;
-  }
+  for (const auto& [args, status, why] : cases) ExpectRefused(args, status, why);
   EXPECT_EQ(Run({"project", "list"}).out, "  default.LCD\n* New Project.LCD\n");
 }
 
@@ -121,20 +92,10 @@ TEST_F(ProjectCli, AnotherProjectFileAndItsFolder) {
   EXPECT_EQ(ReadFile(Inits() + "Rastermill.ini"), Inits() + "default.LCD\n");
 }
 
-TEST_F(ProjectCli, HelpListsEveryCommandAndOption) {
-  const Result r = Run({"project", "--help"});
-  EXPECT_EQ(r.status, 0);
-  for (const char* word : {"list", "new", "activate", "rename", "delete", "show", "--project", "--yes", "--verbose"})
-    EXPECT_TRUE(Has(r.out, word)) << word;
-  EXPECT_TRUE(Has(Run({"--help"}).out, "project"));
-}
-
 TEST_F(ProjectCli, ConversionsReadTheActiveProjectAndWriteItOnlyWhenAsked) {
-  const std::string png = dir_ + "/p.png";
   rm::Bitmap b(8, 2, rm::kWhite);
   b.SetPixel(0, 0, rm::kBlack);
-  std::string error;
-  ASSERT_TRUE(rm::PlatformImageCodecs().SavePng(b, png, error)) << error;
+  const std::string png = Png("p.png", b);
   // The first row of the picture is one byte, 0x80 in the factory's hexadecimal.
   EXPECT_TRUE(Has(Run({"convert", png}).out, "0x80"));
   ASSERT_EQ(Run({"settings", "set", "FXHB", "+D+"}).status, 0);
@@ -169,9 +130,7 @@ TEST_F(ProjectCli, ASettingIsKeptOrRefusedWithItsReason) {
   EXPECT_EQ(Run({"settings", "set", "GWI", "2000"}).status, 2);
   EXPECT_EQ(Run({"settings", "get", "GWI"}).out, "128\n");
   // A monochrome inversion kept by an earlier run does not outlive a mode named on the command line.
-  const std::string png = dir_ + "/p.png";
-  std::string error;
-  ASSERT_TRUE(rm::PlatformImageCodecs().SavePng(rm::Bitmap(8, 2, rm::kWhite), png, error)) << error;
+  const std::string png = Png("p.png", rm::Bitmap(8, 2, rm::kWhite));
   ASSERT_EQ(Run({"convert", png, "--mode", "mono-inv", "--save-settings"}).status, 0);
   EXPECT_EQ(Run({"settings", "get", "Neg"}).out, "1\n");
   ASSERT_EQ(Run({"convert", png, "--mode", "mono", "--save-settings"}).status, 0);

@@ -7,9 +7,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <filesystem>
+
+#include "shell/Folders.h"
+#include "platform/PlatformImageCodecs.h"
+#include "support/TestSupport.h"
 
 extern char** environ;
 
@@ -92,6 +98,55 @@ CliResult RunCli(const std::vector<std::string>& args, const std::string& home, 
   EXPECT_NE(r.status, 126) << "the child could not be set up";
   EXPECT_NE(r.status, 127) << "could not run " << RM_CLI_PATH;
   return r;
+}
+
+bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+std::string Join(const Args& args) {
+  std::string s;
+  for (const auto& a : args) s += (s.empty() ? "" : " ") + a;
+  return s;
+}
+
+Args Concat(Args a, const Args& b) {
+  a.insert(a.end(), b.begin(), b.end());
+  return a;
+}
+
+Args Names(const std::string& folder) {
+  Args names;
+  for (const auto& e : std::filesystem::directory_iterator(folder)) names.push_back(e.path().filename().string());
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+void CliFixture::SetUp() {
+  dir_ = MakeTempDir();
+  ASSERT_FALSE(dir_.empty());
+  in_ = dir_ + "/in";
+  out_ = dir_ + "/out";
+  for (const auto& d : {in_, out_, dir_ + "/home"}) std::filesystem::create_directories(d);
+}
+
+void CliFixture::TearDown() { std::filesystem::remove_all(dir_); }
+
+void CliFixture::ExpectRefused(const Args& args, int status, const std::string& why, const Launch& how) {
+  SCOPED_TRACE(Join(args));
+  const CliResult r = Run(args, how);
+  EXPECT_EQ(r.status, status) << r.err;
+  EXPECT_EQ(r.out, "");
+  EXPECT_TRUE(Has(r.err, why)) << r.err;
+}
+
+std::string CliFixture::Png(const std::string& name, const rm::Bitmap& picture) {
+  const std::string path = in_ + "/" + name;
+  std::string error;
+  EXPECT_TRUE(rm::PlatformImageCodecs().SavePng(picture, path, error)) << error;
+  return path;
+}
+
+std::string CliFixture::Inits() const {
+  return dir_ + "/home/Documents/Rastermill inits " + rm::ProgramVersionTag() + "/";
 }
 
 }  // namespace rmtest

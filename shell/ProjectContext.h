@@ -1,11 +1,12 @@
 #pragma once
 #include <string>
+#include <vector>
+
+#include "shell/JobOutcome.h"
 
 namespace rm {
-class Application;
-}
 
-namespace rmcli {
+class Application;
 
 // Brings `app` to the state the desktop program starts in: the program's folders found or made,
 // and the settings of the active project read (or of `projectFile` when one is given), with the
@@ -14,6 +15,10 @@ namespace rmcli {
 // refuses a project held by another program, as the desktop does, and holds the settings folders
 // alone until the process ends, so that the program's other processes neither read a half-done
 // change nor lose theirs to it. False with a message in `error` when the project cannot be read.
-bool OpenProject(rm::Application& app, const std::string& projectFile, std::string& error, bool forWriting = false);
+bool OpenProject(Application& app, const std::string& projectFile, std::string& error, bool forWriting = false);
 
-}  // namespace rmcli
+// Sets each "KEY=VALUE" of `settings` as the settings panel would, in order; a malformed one or
+// a refused value stops with status 2.
+JobOutcome ApplySettingOverrides(Application& app, const std::vector<std::string>& settings);
+
+}  // namespace rm

@@ -1,9 +1,6 @@
-#include "cli/CliNames.h"
+#include "shell/CommandNames.h"
 
-namespace rmcli {
-
-using rm::OriginCorner;
-using rm::PagingDirection;
+namespace rm {
 
 const std::map<std::string, PagingDirection>& Directions() {
   static const std::map<std::string, PagingDirection> m = {
@@ -31,4 +28,4 @@ std::string Find(const std::map<std::string, T>& names, T value) {
 std::string NameOf(PagingDirection d) { return Find(Directions(), d); }
 std::string NameOf(OriginCorner o) { return Find(Origins(), o); }
 
-}  // namespace rmcli
+}  // namespace rm

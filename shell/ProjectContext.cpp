@@ -1,4 +1,4 @@
-#include "cli/ProjectContext.h"
+#include "shell/ProjectContext.h"
 
 #include <filesystem>
 #include <memory>
@@ -6,8 +6,9 @@
 
 #include "shell/Application.h"
 #include "shell/ProjectLock.h"
+#include "shell/SettingsTable.h"
 
-namespace rmcli {
+namespace rm {
 
 namespace fs = std::filesystem;
 
@@ -17,13 +18,13 @@ namespace {
 // its read-change-write is one step for the program's other processes.
 // Never destroyed: the system lets go of them when the process ends, whatever the order in
 // which the program's statics go.
-std::vector<std::unique_ptr<rm::ProjectLock>>& CommandLocks() {
-  static auto* locks = new std::vector<std::unique_ptr<rm::ProjectLock>>;
+std::vector<std::unique_ptr<ProjectLock>>& CommandLocks() {
+  static auto* locks = new std::vector<std::unique_ptr<ProjectLock>>;
   return *locks;
 }
 
 bool HoldForCommand(const std::string& folder, std::string& error) {
-  auto lock = std::make_unique<rm::ProjectLock>(folder, rm::ProjectLock::Mode::Exclusive);
+  auto lock = std::make_unique<ProjectLock>(folder, ProjectLock::Mode::Exclusive);
   if (!lock->Held()) {
     error = lock->Error();
     return false;
@@ -34,10 +35,10 @@ bool HoldForCommand(const std::string& folder, std::string& error) {
 
 }  // namespace
 
-bool OpenProject(rm::Application& app, const std::string& projectFile, std::string& error, bool forWriting) {
+bool OpenProject(Application& app, const std::string& projectFile, std::string& error, bool forWriting) {
   if (forWriting) {
     // The pointer file's folder first, then the project's: the order every change keeps.
-    const std::string inits = rm::ProgramInitsFolder();
+    const std::string inits = ProgramInitsFolder();
     std::error_code ec;
     fs::create_directories(inits, ec);
     if (!HoldForCommand(inits, error)) return false;
@@ -69,4 +70,14 @@ bool OpenProject(rm::Application& app, const std::string& projectFile, std::stri
   return true;
 }
 
-}  // namespace rmcli
+JobOutcome ApplySettingOverrides(Application& app, const std::vector<std::string>& settings) {
+  std::string error;
+  for (const auto& kv : settings) {
+    const std::size_t eq = kv.find('=');
+    if (eq == std::string::npos || eq == 0) return JobOutcome::Failed("--set takes KEY=VALUE, not \"" + kv + "\"", 2);
+    if (!ApplySetting(app, kv.substr(0, eq), kv.substr(eq + 1), error)) return JobOutcome::Failed(error, 2);
+  }
+  return {};
+}
+
+}  // namespace rm
