@@ -380,7 +380,7 @@ void DataEncoder::FinishPacking() {
   // Packed 4096 colours puts two pixels into three bytes: an odd last pixel's low four bits.
   if (s_.Colours4096 && s_.Packed && s_.Packed4096Phase != 0) {
     if (!BeforeByte()) return;
-    Emit((s_.Packed4096First << 4) & 240);
+    EmitWide((s_.Packed4096First << 4) & 240);
     s_.Packed4096Phase = 0;
   }
 }
@@ -777,7 +777,9 @@ bool DataEncoder::ValueOf(Colour c, int& value) {
 }
 
 std::uint32_t DataEncoder::Transform(std::uint32_t v, int width) const {
-  if (!s_.BigEndian) v = static_cast<std::uint32_t>(ReverseByteBits(static_cast<int>(v)));
+  // A byte's bits are mirrored here, before the rearrangement; a wide value keeps its bits and
+  // has each of its bytes mirrored as it goes out (EmitWide).
+  if (!s_.BigEndian && width == 8) v = static_cast<std::uint32_t>(ReverseByteBits(static_cast<int>(v)));
   switch (width) {
     case 12: v = Reorder4096Output(v, s_.CanvasBits); break;
     case 16: v = Reorder65kOutput(v, s_.CanvasBits); break;
@@ -796,6 +798,13 @@ void DataEncoder::Emit(int byte) {
   }
   s_.CurrentByte = byte & 0xFF;
   formatter_.EmitDataByte();
+}
+
+void DataEncoder::EmitWide(int byte) {
+  // MSB last is a bit order, the same for every byte: each byte of a pixel of 12 bits and more is
+  // the byte of MSB first with its bits reversed. Mirroring the whole value as a byte would keep
+  // its low 8 bits only and drop the rest of the colour.
+  Emit(s_.BigEndian ? byte : ReverseByteBits(byte));
 }
 
 void DataEncoder::PackMonochrome(Step step) {
@@ -942,24 +951,24 @@ void DataEncoder::Pack(Step step) {
     const std::uint32_t v = Transform(raw, 12);
     if (!s_.Packed) {
       if (s_.SwapFirstLast) {
-        Emit(static_cast<int>(v & 255));
+        EmitWide(static_cast<int>(v & 255));
         formatter_.StartDataComment();
-        Emit(static_cast<int>((v >> 8) & 15));
+        EmitWide(static_cast<int>((v >> 8) & 15));
       } else {
-        Emit(static_cast<int>((v >> 8) & 15));
+        EmitWide(static_cast<int>((v >> 8) & 15));
         formatter_.StartDataComment();
-        Emit(static_cast<int>(v & 255));
+        EmitWide(static_cast<int>(v & 255));
       }
       return;
     }
     if (s_.Packed4096Phase == 0) {
       s_.Packed4096First = static_cast<int>(v);
-      Emit((s_.Packed4096First >> 4) & 255);
+      EmitWide((s_.Packed4096First >> 4) & 255);
       s_.Packed4096Phase = 1;
     } else {
-      Emit(((s_.Packed4096First << 4) & 240) + static_cast<int>((v >> 8) & 15));
+      EmitWide(((s_.Packed4096First << 4) & 240) + static_cast<int>((v >> 8) & 15));
       formatter_.StartDataComment();
-      Emit(static_cast<int>(v & 255));
+      EmitWide(static_cast<int>(v & 255));
       s_.Packed4096Phase = 0;
     }
     return;
@@ -972,9 +981,9 @@ void DataEncoder::Pack(Step step) {
       lo = static_cast<int>(((v >> 11) & 31) + (v & 0x7E0)) & 255;
     }
     if (s_.SwapFirstLast) std::swap(hi, lo);
-    Emit(hi);
+    EmitWide(hi);
     formatter_.StartDataComment();
-    Emit(lo);
+    EmitWide(lo);
     return;
   }
   if (s_.Colours262kPacked || s_.Colours262kUnpacked) {
@@ -992,7 +1001,7 @@ void DataEncoder::Pack(Step step) {
     if (s_.SwapFirstLast) std::swap(b[0], b[2]);
     for (int i = 0; i < 3; ++i) {
       if (i > 0) formatter_.StartDataComment();
-      Emit(b[i]);
+      EmitWide(b[i]);
     }
     return;
   }
@@ -1004,16 +1013,16 @@ void DataEncoder::Pack(Step step) {
     const bool zeroFirst = alpha && !s_.Rgba;
     const bool zeroLast = alpha && s_.Rgba && !s_.SwapFirstLast;
     if (zeroFirst) {
-      Emit(0);
+      EmitWide(0);
       formatter_.StartDataComment();
     }
     for (int i = 0; i < 3; ++i) {
       if (i > 0) formatter_.StartDataComment();
-      Emit(b[i]);
+      EmitWide(b[i]);
     }
     if (zeroLast) {
       formatter_.StartDataComment();
-      Emit(0);
+      EmitWide(0);
     }
   }
 }

@@ -121,6 +121,8 @@ class DataEncoder {
   void ReportColourNotFound(Colour c);
   std::uint32_t Transform(std::uint32_t v, int width) const;
   void Emit(int byte);
+  // A byte of a pixel of 12 bits and more, in the bit order of the output.
+  void EmitWide(int byte);
   int HorizontalPages(bool sliced) const;
   int VerticalPages(bool all) const;
   void ApplyLowerHalf(int& y1, int& y2) const;
