@@ -238,13 +238,7 @@ TEST(GoldenData, SyntaxOptions) {
       {"syntax-groups.txt", 1, 32, 4,
        [](TestProgram& p) {
          p.app.mainForm.SetDataPerLine(4);
-         auto& s = p.app.session.Syntax;
-         s.SeparatorOn = true;
-         s.Groups = true;
-         s.ColRowPrefix = "  {";
-         s.ColRowSuffix = "  },";
-         s.ArrayPrefix = "{{";
-         s.ArraySuffix = "}};";
+         GroupMarks(p);
        }},
       {"syntax-negative.txt", 1, 32, 4, [](TestProgram& p) { p.app.mainForm.ToggleNegativeOutput(); }},
       {"word16.txt", 59, 8, 4, [](TestProgram& p) { p.app.mainForm.data16bitClick(); }},
