@@ -8,6 +8,8 @@
 #include "engine/DataFormatter.h"
 #include "engine/HeaderTemplate.h"
 #include "engine/Palette.h"
+#include "engine/PixelPacker.h"
+#include "engine/ScanOrder.h"
 #include "engine/HexBuffer.h"
 #include "engine/TextLines.h"
 #include "engine/UiPort.h"
@@ -25,9 +27,9 @@ struct CanvasState {
   int frameCount = 0;
 };
 
-// Walks the export area of the pixel source in the order of the Paging Scheme, packs pixels into
-// bytes by colour mode and hands them to the formatter.
-class DataEncoder {
+// Walks the export area of the pixel source in the order of the Paging Scheme (ScanOrder), has the
+// packer make bytes of the pixels by colour mode (PixelPacker) and hands them to the formatter.
+class DataEncoder : private PackerOutput {
  public:
   DataEncoder(ConversionSession& session, TextLines& text, TextLines& aux, HexBuffer& hex, UiPort& ui);
 
@@ -51,21 +53,7 @@ class DataEncoder {
   // or, with `before`, from the same pixel of the frame before.
   void AutoFrame(const Bitmap* before = nullptr);
 
-  void WalkDown();
-  void WalkDownAll();
-  void WalkUp();
-  void WalkUpAll();
-  void WalkToRight();
-  void WalkToRightAll();
-  void WalkToLeft();
-  void WalkToLeftAll();
-
-  void PackDown();
-  void PackUp();
-  void PackRight();
-  void PackLeft();
-
-  // Compression of monochrome text tables. Every packer calls CompressStep once per byte, with
+  // Compression of monochrome text tables. The packer offers every monochrome byte, with
   // the byte in `CurrentByte`: it advances `ByteCount` and returns true when the byte is
   // swallowed, so it never reaches the data table. Without compression (and in font mode) it
   // does nothing and the formatter counts the bytes.
@@ -87,13 +75,13 @@ class DataEncoder {
   const CompressionState& Compression() const { return compression_; }
 
  private:
-  enum class Step { Down, Up, Right, Left };
-
   bool BeforeByte();
-  void Pack(Step step);
-  void PackMonochrome(Step step);
-  Colour ReadPixel(Step step);
-  void Advance(Step step);
+  // The packer's output: a byte to the formatter, or only counted while CountWalkBytes runs.
+  void Datum(int byte) override;
+  bool Compressed(int byte) override;
+  void NextDatumComment() override;
+  void PixelBit(int weight) override;
+  void ColourMissing(Colour c) override;
   // The table's surroundings: the header template filled in, the comments above the table,
   // the second plane, the descriptors and the closing comment below it.
   // `fixedName` and `fixedSize` replace the table's own name and size (the colour table's).
@@ -110,24 +98,10 @@ class DataEncoder {
   // A comment line of the chosen form: the prefix, the text and, for C comments, " */".
   std::string Comment(const std::string& text) const;
 
-  // The mode's value of a colour; false after reporting a colour that no table holds.
-  bool ValueOf(Colour c, int& value);
-  // The value of the pixel at (x, y), from the plane PrepareValues made when there is one.
-  bool ValueAt(int x, int y, int& value);
-  // Reads the current pixel's value and steps on, as ReadPixel does.
-  bool ReadValue(Step step, int& value);
-  // The values of the whole source, looked up once in row order before a walk.
-  void PrepareValues();
-  void ReportColourNotFound(Colour c);
-  std::uint32_t Transform(std::uint32_t v, int width) const;
-  void Emit(int byte);
-  int HorizontalPages(bool sliced) const;
-  int VerticalPages(bool all) const;
-  void ApplyLowerHalf(int& y1, int& y2) const;
   void RunWalker();
-  // The walker of the direction, then the byte a packer still holds when the pixels run out.
+  // The one walk of every direction: the groups and data of the session's ScanOrder, each datum
+  // packed by the packer, then the bytes a packer still holds when the pixels run out.
   void Walk();
-  void FinishPacking();
   // The bytes the walk of the current settings writes, found by running it without output. The
   // size a table declares and the separators it sets follow from it, so that they agree with
   // what is written whatever the area, the mode and the direction. -1 when a colour is missing
@@ -147,11 +121,7 @@ class DataEncoder {
   int walkCanvasWidth_ = 0;
   int walkCanvasHeight_ = 0;
   CanvasState canvas_;
-  ColourIndex colourIndex_;  // the mode's table, indexed once per walk
-  Colour lastColour_ = kOutside;
-  int lastValue_ = -1;
-  std::vector<std::int32_t> values_;
-  int valuesWidth_ = 0;
+  PixelPacker packer_{s_, *this};
   long long progressTick_ = 0;
   bool counting_ = false;  // CountWalkBytes runs: bytes are counted, nothing is written
   long long counted_ = 0;

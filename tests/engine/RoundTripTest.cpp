@@ -97,8 +97,7 @@ struct Packing {
   // pixel (its bits most significant first), '0' a bit that must be clear.
   std::string layout;
   int width = 0;                 // 12, 16, 18, 24: a wide value whose outer fields are swapped
-  bool reverseEachByte = false;  // little endian where each byte is mirrored
-  bool reverseValue = false;     // little endian on a wide value: only its mirrored low byte survives
+  bool reverseEachByte = false;  // MSB last: every byte mirrored, the bytes of wide values too
   bool swapBytes = false;        // Swap First and Last: a pixel's bytes (zero bytes aside) come reversed
   bool swapFieldsAtCut = false;  // 65536 Swap Red and Blue: the outer fields swapped once more
   bool invert = false;           // inverted monochrome
@@ -150,10 +149,8 @@ Decoded Unpack(const std::vector<std::uint8_t>& data, std::size_t pixels, const 
       k[i] = (k[i] << 1) | (present ? 1 : 0);
     }
     for (int i = 0; i < here; ++i) {
-      for (auto* x : {&v[i], &k[i]}) {
+      for (auto* x : {&v[i], &k[i]})
         for (int swaps = p.swapFieldsAtCut ? 2 : p.width ? 1 : 0; swaps > 0; --swaps) *x = SwapOuter(*x, p.width);
-        if (p.reverseValue) *x = Reverse8(*x & 0xFF) | (*x & ~0xFFu);
-      }
       d.value.push_back(v[i]);
       d.known.push_back(k[i]);
     }
@@ -346,8 +343,7 @@ std::string ConvertAndReadBack(rmtest::TestProgram& p, const Family& f, const Va
   // Down in two pages assembles eight pixels into two bytes at once, without mirroring them.
   packing.layout = twoPagesDown ? "aabbccddeeffgghh" : variant.layout;
   packing.width = f.width;
-  packing.reverseEachByte = !big && f.width == 0 && !twoPagesDown;
-  packing.reverseValue = !big && f.width != 0;
+  packing.reverseEachByte = !big && !twoPagesDown;
   packing.swapBytes = variant.swapBytes;
   packing.swapFieldsAtCut = variant.swapFieldsAtCut;
   packing.invert = f.mode == 2;
@@ -360,7 +356,6 @@ std::string ConvertAndReadBack(rmtest::TestProgram& p, const Family& f, const Va
   for (std::size_t i = 0; i < walk.size(); ++i) {
     const Colour c = picture.GetPixel(walk[i].x, walk[i].y);
     std::uint32_t expected = c == rm::kOutside ? 0 : values.at(c);  // below the picture reads as 0
-    if (packing.reverseValue) expected &= 0xFF;
     if (((got.value[i] ^ expected) & got.known[i]) == 0) continue;
     out << "pixel " << std::dec << i << " at (" << walk[i].x << ", " << walk[i].y << "), colour " << std::hex << c
         << ", should read " << expected << ", the data gives " << got.value[i] << " in the bits " << got.known[i];
@@ -414,5 +409,87 @@ std::string CaseName(const ::testing::TestParamInfo<Family>& info) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, RoundTrip, ::testing::ValuesIn(Families()), CaseName);
+
+}  // namespace
+
+namespace {
+
+std::vector<std::uint8_t> BinaryOf(int mode, const Bitmap& picture, void (*options)(ConversionSession&), bool big) {
+  rmtest::TestProgram p;
+  p.Setup(mode, picture);
+  options(p.app.session);
+  p.app.mainForm.HexOutput1Click();
+  big ? p.app.mainForm.MsbFirst() : p.app.mainForm.MsbLast();
+  EXPECT_TRUE(p.Convert()) << "mode " << mode << (p.ui.messages.empty() ? "" : ": " + p.ui.messages.back().text);
+  return p.app.hex.Bytes();
+}
+
+// MSB last is a bit order: in the modes of 12 bits a pixel and more each byte is the byte of MSB
+// first mirrored, so every bit of the colour is kept.
+TEST(BitOrder, MsbLastMirrorsEveryByteOfWidePixels) {
+  const struct {
+    int mode;
+    void (*options)(ConversionSession&);
+  } cases[] = {{57, NoOption}, {58, NoOption}, {58, SwapFirstLast}, {59, NoOption}, {59, SwapRedBlue},
+               {60, NoOption}, {61, NoOption}, {62, NoOption},      {63, NoOption}, {63, Rgba}};
+  for (const auto& c : cases) {
+    rmtest::TestProgram probe;
+    probe.Setup(c.mode, Bitmap(1, 1));
+    std::vector<Colour> colours;
+    for (const auto& [colour, value] : PictureColours(probe.app.session, c.mode)) colours.push_back(colour);
+    const Bitmap picture = rmtest::PatternPicture(5, 3, colours, 99);
+    const auto first = BinaryOf(c.mode, picture, c.options, true), last = BinaryOf(c.mode, picture, c.options, false);
+    ASSERT_EQ(first.size(), last.size()) << "mode " << c.mode;
+    for (std::size_t i = 0; i < first.size(); ++i)
+      ASSERT_EQ(Reverse8(first[i]), last[i]) << "mode " << c.mode << ", byte " << i;
+  }
+}
+
+// A half export of a horizontal walk gives the bytes of the half made into a picture of its own, from
+// either corner: the walk takes the half's rows, whatever the corner.
+TEST(HalfExport, TheHalfAsItsOwnPicture) {
+  for (int mode : {1, 26, 59}) {
+    rmtest::TestProgram probe;
+    probe.Setup(mode, Bitmap(1, 1));
+    std::vector<Colour> colours;
+    for (const auto& [colour, value] : PictureColours(probe.app.session, mode)) colours.push_back(colour);
+    const Bitmap picture = rmtest::PatternPicture(16, 12, colours, 5);
+    for (int entry : {1, 2}) {
+      Bitmap half(16, 6);
+      for (int y = 0; y < 6; ++y)
+        for (int x = 0; x < 16; ++x) half.SetPixel(x, y, picture.GetPixel(x, entry == 2 ? y + 6 : y));
+      for (D d : {D::ToRight, D::ToRightAll, D::ToLeft, D::ToLeftAll})
+        for (bool other : {false, true}) {
+          std::vector<std::uint8_t> bytes[2];
+          for (int whole : {0, 1}) {
+            rmtest::TestProgram p;
+            p.Setup(mode, whole ? half : picture);
+            p.app.globals.ExportEntry = whole ? 0 : entry;
+            p.app.mainForm.HexOutput1Click();
+            ASSERT_TRUE(p.app.mainForm.SetDirection(d));
+            if (other) p.app.mainForm.ToggleOriginCorner();
+            ASSERT_TRUE(p.Convert()) << (p.ui.messages.empty() ? "" : p.ui.messages.back().text);
+            bytes[whole] = p.app.hex.Bytes();
+          }
+          EXPECT_EQ(bytes[0], bytes[1]) << "mode " << mode << (entry == 2 ? ", lower half, " : ", upper half, ")
+                                        << kDirectionName[Index(d)] << (other ? ", other corner" : "");
+        }
+    }
+  }
+}
+
+// The red pixel of the README's table of bit and byte orders.
+TEST(BitOrder, RedPixelIn65536Colours) {
+  const struct {
+    void (*options)(ConversionSession&);
+    bool big;
+    std::vector<std::uint8_t> bytes;
+  } cases[] = {{NoOption, true, {0xF8, 0x00}},
+               {SwapFirstLast, true, {0x00, 0xF8}},
+               {SwapRedBlue, true, {0x00, 0x1F}},
+               {NoOption, false, {0x1F, 0x00}}};
+  for (const auto& c : cases)
+    EXPECT_EQ(BinaryOf(59, Bitmap(1, 1, rm::MakeColour(255, 0, 0)), c.options, c.big), c.bytes);
+}
 
 }  // namespace

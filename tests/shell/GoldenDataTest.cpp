@@ -3,6 +3,7 @@
 // UPDATE_GOLDEN=1 to rewrite them, and say in the commit why the bytes changed.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <functional>
 
 #include "engine/ColourModes.h"
@@ -98,6 +99,81 @@ TEST(GoldenData, DirectionsOriginsAndBitOrder) {
   for (const auto& c : cases) RunCase(c);
 }
 
+// Each walk of a set, from its direction's own corner and from the other one, into one file: a
+// header line per walk, then its table. Group marks are on where a set asks for them, so the file
+// shows where each walk opens and closes its lines or bands.
+struct WalkSet {
+  const char* file;
+  int mode;
+  int width, height;
+  std::vector<PagingDirection> directions;
+  std::function<void(TestProgram&)> setup;
+  // With group marks: the bytes of one group (sliced vertical, whole column, sliced horizontal,
+  // whole row), each group on a line of its own.
+  std::array<int, 4> groupBytes = {0, 0, 0, 0};
+};
+
+void GroupMarks(TestProgram& p) {
+  auto& s = p.app.session.Syntax;
+  s.SeparatorOn = true;
+  s.Groups = true;
+  s.ColRowPrefix = "  {";
+  s.ColRowSuffix = "  },";
+  s.ArrayPrefix = "{{";
+  s.ArraySuffix = "}};";
+}
+
+void RunWalks(const WalkSet& set) {
+  static const char* const names[] = {"Down", "Down All", "Up", "Up All", "To Right", "To Right All", "To Left",
+                                      "To Left All"};
+  std::string all;
+  for (PagingDirection d : set.directions) {
+    for (bool other : {false, true}) {
+      TestProgram p;
+      p.Setup(set.mode, Bitmap(1, 1));
+      p.app.pixelForm.SetCanvas(rmtest::PatternPicture(set.width, set.height, ModeColours(p.app.session)));
+      if (set.setup) set.setup(p);
+      const bool sliced = d == PagingDirection::Down || d == PagingDirection::Up || d == PagingDirection::ToRight ||
+                          d == PagingDirection::ToLeft;
+      if (const int n = set.groupBytes[(rm::IsHorizontal(d) ? 2 : 0) + (sliced ? 0 : 1)]; n > 0)
+        p.app.mainForm.SetDataPerLine(n);
+      ASSERT_TRUE(p.app.mainForm.SetDirection(d)) << set.file << ": " << names[static_cast<int>(d)];
+      if (other) p.app.mainForm.ToggleOriginCorner();
+      const std::string walk = std::string(names[static_cast<int>(d)]) + (other ? ", other corner" : "");
+      ASSERT_TRUE(p.Convert()) << set.file << ": " << walk << ": "
+                               << (p.ui.messages.empty() ? "" : p.ui.messages.back().text);
+      all += "---- " + walk + "\n" + p.TableText();
+    }
+  }
+  const std::string diff = rmtest::CompareGolden(std::string("data/") + set.file, all);
+  EXPECT_TRUE(diff.empty()) << diff;
+}
+
+TEST(GoldenData, EveryWalkFromBothCorners) {
+  using D = PagingDirection;
+  const std::vector<D> every = {D::Down, D::DownAll, D::Up, D::UpAll, D::ToRight, D::ToRightAll, D::ToLeft,
+                                D::ToLeftAll};
+  const std::vector<D> across = {D::ToRight, D::ToRightAll, D::ToLeft, D::ToLeftAll};
+  // The Export dialog's upper (1) or lower (2) half; halves exist for horizontal walks only.
+  const auto half = [](int entry) { return [entry](TestProgram& p) { p.app.globals.ExportEntry = entry; }; };
+  const WalkSet sets[] = {
+      {"walks-groups-mono.txt", 1, 16, 16, every, GroupMarks, {16, 2, 16, 2}},
+      {"walks-groups-gray16.txt", 26, 8, 4, every, GroupMarks, {8, 2, 4, 4}},
+      {"walks-groups-gray4.txt", 24, 8, 8, every, GroupMarks, {8, 2, 8, 2}},
+      {"walks-groups-c65k.txt", 59, 3, 2, every, GroupMarks, {6, 4, 4, 6}},
+      {"walks-half-upper.txt", 1, 16, 32, across, half(1)},
+      {"walks-half-lower.txt", 1, 16, 32, across, half(2)},
+      {"walks-6bit.txt", 1, 18, 4, across,
+       [](TestProgram& p) {
+         p.app.mainForm.SetDirection(PagingDirection::ToRightAll);
+         p.app.mainForm.Toggle6BitMode();
+       }},
+      // Horizontal monochrome bytes cut to their first 5 pixels.
+      {"walks-ppb5.txt", 1, 16, 4, across, [](TestProgram& p) { p.app.session.PixelsPerByteSetting = 5; }},
+  };
+  for (const auto& set : sets) RunWalks(set);
+}
+
 TEST(GoldenData, SyntaxOptions) {
   auto syntax = [](std::function<void(rm::DataSyntax&)> f) {
     return [f](TestProgram& p) { f(p.app.session.Syntax); };
@@ -162,13 +238,7 @@ TEST(GoldenData, SyntaxOptions) {
       {"syntax-groups.txt", 1, 32, 4,
        [](TestProgram& p) {
          p.app.mainForm.SetDataPerLine(4);
-         auto& s = p.app.session.Syntax;
-         s.SeparatorOn = true;
-         s.Groups = true;
-         s.ColRowPrefix = "  {";
-         s.ColRowSuffix = "  },";
-         s.ArrayPrefix = "{{";
-         s.ArraySuffix = "}};";
+         GroupMarks(p);
        }},
       {"syntax-negative.txt", 1, 32, 4, [](TestProgram& p) { p.app.mainForm.ToggleNegativeOutput(); }},
       {"word16.txt", 59, 8, 4, [](TestProgram& p) { p.app.mainForm.data16bitClick(); }},
