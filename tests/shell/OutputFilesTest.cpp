@@ -56,6 +56,7 @@ TEST(OutputNaming, ExtensionByOutputKindAndLanguage) {
     const char* libraryExtension;       // fexts; nullptr keeps the default
     const char* expected;
   } cases[] = {
+      {OutputKind::Bits8, {}, nullptr, "NewBitmap.h"},
       {OutputKind::Bits16, {"cfil"}, nullptr, "NewBitmap.c"},
       {OutputKind::Bits8, {"libf"}, nullptr, "NewBitmap.lib"},
       // Several switches on: assembler, library, BASIC, C is the order of precedence.
@@ -277,17 +278,17 @@ TEST_F(OutputFolder, NoFolderNoFiles) {
 
 TEST_F(OutputFolder, ExistingFileAsksUnlessAlwaysOverwrite) {
   struct Case {
-    const char* alwaysOverwrite;
-    const char* answer;  // nullptr: no question expected
+    const char* alwaysOverwrite;  // nullptr: the factory setting
+    const char* answer;           // nullptr: no question expected
     bool replaced;
-  } cases[] = {{"0", "No", false}, {"0", "Yes", true}, {"1", nullptr, true}};
+  } cases[] = {{"0", "No", false}, {"0", "Yes", true}, {"1", nullptr, true}, {nullptr, nullptr, true}};
   for (const auto& c : cases) {
-    SCOPED_TRACE(std::string(c.alwaysOverwrite) + " " + (c.answer ? c.answer : "-"));
+    SCOPED_TRACE(std::string(c.alwaysOverwrite ? c.alwaysOverwrite : "factory") + " " + (c.answer ? c.answer : "-"));
     TestProgram p;
     Prepare(p);
     const std::string path = dir_ + "/NewBitmap.h";
     std::ofstream(path, std::ios::binary) << "old\n";
-    Set(p, "Dnask", c.alwaysOverwrite);
+    if (c.alwaysOverwrite) Set(p, "Dnask", c.alwaysOverwrite);
     if (c.answer) p.ui.answers.push_back(c.answer);
     ASSERT_TRUE(p.Convert());
     EXPECT_EQ(Shown(p), c.answer ? Names{" File already exits,  Overwrite ?|Confirm"} : Names{});

@@ -16,6 +16,8 @@ std::vector<std::string> AllValues(const rm::Application& app) {
   return v;
 }
 
+std::string Name(const rm::SettingDef& d) { return std::string(d.section) + "/" + std::string(d.key); }
+
 TEST(ProjectStore, MissingAndUnreadableValuesTakeTheFactoryDefault) {
   TestProgram changed;
   std::string error;
@@ -30,6 +32,18 @@ TEST(ProjectStore, MissingAndUnreadableValuesTakeTheFactoryDefault) {
   EXPECT_EQ(changed.app.session.Syntax.LinePrefix, "0123456789abcde") << "a text is cut to its field";
   changed.app.session.Syntax.LinePrefix = factory.app.session.Syntax.LinePrefix;
   EXPECT_EQ(AllValues(changed.app), AllValues(factory.app));
+}
+
+TEST(ProjectStore, AFreshProgramHoldsTheFactoryDefaults) {
+  // What a new program starts with is what a factory restore (an empty project) gives. Not
+  // compared: PM follows the colour mode, and a program that has read no project has a 128 x 128
+  // canvas where the factory project has 128 x 64 (GHI).
+  const TestProgram fresh;
+  for (const auto& d : rm::SettingsTable()) {
+    if (d.read && !d.computed && d.Readable() && d.key != "PM" && d.key != "GHI") {
+      EXPECT_EQ(rm::GetSetting(fresh.app, d), d.defaultValue) << Name(d);
+    }
+  }
 }
 
 TEST(ProjectStore, KeysTheProgramDoesNotKnowAreKept) {
@@ -153,8 +167,6 @@ TEST(ProjectStore, EveryBoundVariableHasItsKey) {
   EXPECT_EQ(rm::FindSetting("B10/HCO")->type, rm::SettingType::Integer);
   EXPECT_EQ(rm::FindSetting("HCO")->type, rm::SettingType::Boolean);  // [B2] comes first when read
 }
-
-std::string Name(const rm::SettingDef& d) { return std::string(d.section) + "/" + std::string(d.key); }
 
 // A value the key takes that differs from `now`.
 std::string OtherValue(const rm::SettingDef& d, const std::string& now) {
