@@ -349,6 +349,7 @@ TEST(CanvasSize, CustomSizeKeystrokes) {
       {"96", 128, true, 8, 96, "96", false, ""},
       {"12a", 128, true, 8, 128, "128", false, ""},
       {"", 5, false, 1, 5, "5", false, ""},
+      {"-3", 5, true, 1, -3, "-3", false, ""},
       {"769", 64, false, 1, 768, "768", true, ""},
       {"1025", 64, true, 1, 1024, "1024", true, ""},
       {"1025", 64, true, 8, 1024, "1024", true, " In horizontal mode, width must be a multiple of 8 and <= 1024 !"},

@@ -58,7 +58,8 @@ TEST(ExplorerTypes, FilterWordsTakeTheirExtensionsOnly) {
       {"FONTS", "e.eff", true},       {"FONTS", "e.gif_old", false},   {"EFONTS", "e.gif_old", true},
       {"BATCH", "b.SPP", true},       {"SOURCES", "README", true},     {"SOURCES", "x.txt", false},
       {".JPG", "p.jpeg", true},       {".JPEG", "p.jpg", false},       {".TIFF", "p.tif", true},
-      {".TIF", "p.tiff", false},      {".BMP", "p.bmp.bak", false},
+      {".TIF", "p.tiff", false},      {".BMP", "p.bmp.bak", false},    {"VIDEO", "m.mpg", true},
+      {"TOUCH", "t.tsc", true},
   };
   for (const Case& c : cases)
     EXPECT_EQ(TExploForm::FilterAccepts(c.filter, c.name), c.shown) << c.filter << " " << c.name;
@@ -82,7 +83,8 @@ TEST(ExplorerTypes, HighlighterByExtension) {
   const std::vector<std::tuple<std::string, std::string, Hl>> cases = {
       {"a.asm", "lib", Hl::Assembler}, {"a.C", "lib", Hl::Cpp},            {"a.xyz", "xyz", Hl::Cpp},
       {"a.lib", "xyz", Hl::None},      {"a.bas", "lib", Hl::VisualBasic}, {"L.LOG", "lib", Hl::General},
-      {"a.html", "lib", Hl::Html},     {"a.hex", "lib", Hl::None}};
+      {"a.html", "lib", Hl::Html},     {"a.hex", "lib", Hl::None},        {"a.pas", "lib", Hl::Pascal},
+      {"a.xml", "lib", Hl::Xml}};
   for (const auto& [name, lib, hl] : cases) EXPECT_EQ(TExploForm2::Highlighters(name, lib), hl) << name;
 }
 

@@ -204,9 +204,12 @@ TEST_F(Import, RotationSizeLimit) {
   EXPECT_EQ(ShownMessages(p.ui), Lines{"Warning:  Picture too large for rotation \r "});
   EXPECT_EQ(g.ImportedBitmap.Width(), 3001);
 
-  g.ImportedBitmap = Bitmap(3000, 10, kGray);
-  p.app.mainForm.RotateImport();
-  EXPECT_EQ(g.ImportedBitmap.Height(), 3002);
+  for (const auto& [w, h] : {std::pair{3000, 10}, {10, 3000}}) {
+    g.ImportedBitmap = Bitmap(w, h, kGray);
+    p.app.mainForm.RotateImport();
+    EXPECT_EQ(g.ImportedBitmap.Width(), h + 2);
+  }
+  EXPECT_EQ(ShownMessages(p.ui).size(), 1u);
 }
 
 TEST_F(Import, PictureModeCanvasTakesThePictureSize) {

@@ -28,6 +28,7 @@ TEST(StatusAndLog, RepeatsReachTheLogOnceButTheStatusEveryTime) {
       {{"A", "A"}, {"A"}}, {{"A", "B", "A"}, {"A", "B", "A"}}, {{"A", "", "A"}, {"A"}},
       // Between two A: a line added by another route, then also an empty text.
       {{"A", "!x", "A"}, {"A", "x"}}, {{"A", "!x", "", "A"}, {"A", "x", "A"}}, {{"!x", "x"}, {"x"}},
+      {{"A", "A ", " A"}, {"A", "A ", " A"}},
   };
   for (const auto& c : cases) {
     TestProgram p;
@@ -152,6 +153,7 @@ TEST(MyMessageDialog, CaptionsReturnOneTwoFourAndLogTheSelectionAnswers) {
     int result;
     const char* buttonLine;  // the line after "Message Dialog :..." or nullptr
   } cases[] = {
+      {quit, 0, "Cancel", quit, 2, "Dialog Button Cancel"},
       {quit, 5, "Quit", {"Save+Quit", "Quit"}, 4, nullptr},
       {selection, 0, "Move", selection, 2, "Dialog Button Move "},
       {lower, 0, "Paste now", lower, 1, "Dialog Button Paste Now"},

@@ -40,10 +40,14 @@ TEST(SpecialModes, CheckModeStopsEachCallerButTheModesOwn) {
       {&Globals::VectorMode, 7, "Vectors Work Canvas mode is active ! \rQuit Vector Design Mode or Cancel ",
        {"Quit Vectors", "Cancel", "No Saves"}},
       {&Globals::TouchScriptMode, 1, "", {}},
+      {&Globals::TouchScriptMode, 0, "Touch panel script creation mode is active ! \rQuit script creation or Cancel ",
+       {"Quit Script", "Cancel"}},
       {&Globals::FontScriptMode, 2, "", {}},
       {&Globals::FontScriptMode, 1, kFontScript, {"Quit Script", "Cancel", "No Saves"}},
       {&Globals::SegmentedFontMode, 4, "", {}},
       {&Globals::EditableFontMode, 5, "", {}},
+      {&Globals::EditableFontMode, 2, "Editable Font creation mode is active ! \rQuit script creation or Cancel ",
+       {"Quit Font", "Cancel", "No Saves"}},
       // Modes outside the table never stop a caller.
       {&Globals::BatchEditMode, 0, "", {}},
   };
