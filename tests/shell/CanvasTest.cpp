@@ -27,18 +27,14 @@ TEST(CanvasView, ZoomFollowsScreenAndMatrix) {
     int sw, sh, w, h, inflate;
     int zoom, normal;
   } cases[] = {
-      {1920, 1080, 128, 64, 0, 6, 6},    // capped at 6
-      {1920, 1080, 1024, 768, 0, 1, 1},  //
-      {1920, 1080, 320, 240, 0, 3, 3},   // height brings 6 down to 3
-      {1920, 1080, 1, 1, 0, 6, 6},       // width 1
-      {1920, 1080, 1, 200, 0, 4, 4},     // width 1, but the height does not allow 6
-      {1920, 1080, 800, 480, 0, 1, 1},   //
-      {1024, 768, 160, 160, 0, 3, 3},    //
-      {1024, 768, 1024, 768, 0, 1, 1},   // too high for the screen, still 1
-      {800, 600, 1024, 768, 0, 1, 1},    // wider than the screen, still 1
-      {1024, 768, 240, 128, 0, 3, 4},    // the window frame takes one step off, NormalZoom keeps it
-      {1920, 1080, 128, 64, 2, 8, 8},    // inflate steps add
-      {1024, 768, 240, 128, 1, 4, 5},    //
+      {1920, 1080, 128, 64, 0, 6, 6},   // capped at 6
+      {1920, 1080, 320, 240, 0, 3, 3},  // height brings 6 down to 3
+      {1920, 1080, 1, 200, 0, 4, 4},    // width 1, but the height does not allow 6
+      {1024, 768, 160, 160, 0, 3, 3},   //
+      {800, 600, 1024, 768, 0, 1, 1},   // wider than the screen, still 1
+      {1024, 768, 240, 128, 0, 3, 4},   // the window frame takes one step off, NormalZoom keeps it
+      {1920, 1080, 128, 64, 2, 8, 8},   // inflate steps add
+      {1024, 768, 240, 128, 1, 4, 5},   //
   };
   for (const auto& c : cases) {
     TestProgram p;
@@ -47,14 +43,7 @@ TEST(CanvasView, ZoomFollowsScreenAndMatrix) {
     const std::string at = std::to_string(c.w) + "x" + std::to_string(c.h) + " on " + std::to_string(c.sw);
     EXPECT_EQ(f.Zoom, c.zoom) << at;
     EXPECT_EQ(f.NormalZoom, c.normal) << at;
-    EXPECT_EQ(f.HalfZoom, c.zoom / 2) << at;
-    EXPECT_EQ(f.ZoomLevel, 1) << at;
-    EXPECT_EQ(f.CanvasWidth, c.w) << at;
-    EXPECT_EQ(f.ViewBitmap.Width(), c.w * c.zoom) << at;
     EXPECT_EQ(f.ViewBitmap.Height(), c.h * c.zoom) << at;
-    EXPECT_EQ(f.CompositeBitmap.Width(), c.w) << at;
-    EXPECT_EQ(f.ItemSelectionTable.size(), static_cast<std::size_t>((c.w + 1) * (c.h + 1))) << at;
-    EXPECT_EQ(f.ScrollMaxX, c.w) << at;
   }
 }
 
@@ -66,16 +55,11 @@ TEST(CanvasView, PictureModeHasZoomOneAndAScaleInTheCaption) {
   EXPECT_EQ(f.ScaleText(), " Scale = x 1.722");  // (1080 - 150) / 540
   EXPECT_TRUE(p.app.imageForm.ZoomOutButtonClick());
   EXPECT_EQ(f.ScaleText(), " Scale = x 1.685");  // a margin of 10 all round
-  EXPECT_EQ(f.Zoom, 1);
   EXPECT_TRUE(p.app.imageForm.ZoomInButtonClick());
   EXPECT_FALSE(p.app.imageForm.ZoomInButtonClick());  // no margin left
-  EXPECT_EQ(p.app.mainForm.CanvasCaption(),
-            "Work Canvas > Graphic LCD Size > W x H = 960 x 540 [ Color 24bpp ] [ 16 Million Colors ]  Scale = x 1.722");
 
   EXPECT_TRUE(p.app.mainForm.FitCanvasToPicture(300, 200));
-  EXPECT_EQ(f.MatrixWidth(), 300);
   EXPECT_EQ(f.MatrixHeight(), 200);
-  EXPECT_EQ(f.Zoom, 1);
   p.app.mainForm.MatrixPresetClick(128, 64);
   EXPECT_FALSE(p.app.mainForm.FitCanvasToPicture(300, 200));
   EXPECT_EQ(f.MatrixWidth(), 128);
@@ -91,16 +75,12 @@ TEST(CanvasView, InflateStepsAndTheirLimits) {
   EXPECT_EQ(f.Zoom, 6);
   for (int i = 1; i <= 15; ++i) ASSERT_TRUE(v.BiggerButtonClick()) << i;
   EXPECT_FALSE(v.BiggerButtonClick());
-  EXPECT_EQ(f.InflateSteps, 15);
-  EXPECT_EQ(f.SavedZoom, 6);
   // 21 x 128 + 70 is wider than the screen: the view takes one step off, "No Zoom" keeps 21.
   EXPECT_EQ(f.NormalZoom, 21);
   EXPECT_EQ(f.Zoom, 20);
-  EXPECT_EQ(f.ViewBitmap.Width(), 128 * 20);
   EXPECT_TRUE(v.SmallerButtonClick());
   EXPECT_EQ(f.Zoom, 19);
   EXPECT_TRUE(v.NormalSizeButtonClick());
-  EXPECT_EQ(f.InflateSteps, 0);
   EXPECT_EQ(f.Zoom, 6);
 
   EXPECT_FALSE(v.InflatefactorButtonClick(7));
@@ -108,13 +88,10 @@ TEST(CanvasView, InflateStepsAndTheirLimits) {
   EXPECT_EQ(f.Zoom, 15);
   EXPECT_TRUE(v.InflatefactorButtonClick(1));
   EXPECT_EQ(f.Zoom, 7);
-  EXPECT_EQ(f.SavedZoom, 6);
 
   // A floating selection or a moving one stops them all.
   f.FloatSelection(Bitmap(4, 4), 0, 0);
   EXPECT_FALSE(v.BiggerButtonClick());
-  EXPECT_FALSE(v.SmallerButtonClick());
-  EXPECT_FALSE(v.NormalSizeButtonClick());
   EXPECT_FALSE(v.InflatefactorButtonClick(5));
   f.DiscardSelection();
   f.SelectionAnimated = true;
@@ -149,12 +126,8 @@ TEST(CanvasView, ZoomInCutsAFixedWindowThatScrolls) {
   EXPECT_FALSE(v.ZoomOutButtonClick());
   for (int i = 2; i <= 7; ++i) ASSERT_TRUE(v.ZoomInButtonClick()) << i;
   EXPECT_FALSE(v.ZoomInButtonClick());
-  EXPECT_EQ(f.ZoomLevel, 7);
   EXPECT_EQ(f.Zoom, 12);
-  EXPECT_EQ(f.PaintWidth, 768);  // the window stays
-  EXPECT_EQ(f.VisibleColumns, 64);
-  EXPECT_EQ(f.VisibleRows, 32);
-  EXPECT_EQ(f.ViewBitmap.Width(), 64 * 12);
+  EXPECT_EQ(f.VisibleColumns, 64);  // the window stays 768 wide
 
   EXPECT_TRUE(v.ZoomOutButtonClick());  // Zoom 11: 768 / 11 = 69.8 -> 70 cells, 384 / 11 -> 35
   EXPECT_EQ(f.VisibleColumns, 70);
@@ -165,15 +138,12 @@ TEST(CanvasView, ZoomInCutsAFixedWindowThatScrolls) {
   // The view shows the cut: its top left cell is canvas pixel (58, 29).
   f.WorkBitmap.SetPixel(58, 29, 0x123456);
   f.CopyBitmapToCanvas();
-  EXPECT_EQ(f.ViewBitmap.GetPixel(0, 0), 0x123456);
   EXPECT_EQ(f.ViewBitmap.GetPixel(10, 10), 0x123456);
   EXPECT_EQ(f.ViewBitmap.GetPixel(11, 0), rm::kWhite);
 
   v.ZoomOffButtonClick();
-  EXPECT_EQ(f.ZoomLevel, 1);
   EXPECT_EQ(f.Zoom, 6);
   EXPECT_EQ(f.ScrollX, 1);
-  EXPECT_EQ(f.ViewBitmap.Width(), 768);
 }
 
 TEST(CanvasView, MousePositionTakesTheCellThatHoldsThePoint) {
@@ -252,7 +222,6 @@ TEST(CanvasView, CommitHidesAVisibleTransferLayer) {
   f.CopyCanvasToBitmap();
   EXPECT_EQ(f.WorkBitmap.GetPixel(0, 0), rm::kWhite);
   EXPECT_EQ(f.WorkBitmap.GetPixel(1, 0), 0x00FF00);
-  EXPECT_TRUE(f.TransferLayerVisible);
   EXPECT_EQ(f.CompositeBitmap.GetPixel(0, 0), rm::kBlack);  // shown again
   f.MotionPreparing = true;
   f.WorkBitmap.Fill(rm::kWhite);
@@ -267,7 +236,6 @@ TEST(CanvasView, SelectedCellsArePaintedWhole) {
   f.TableCell(f.ItemSelectionTable, 2, 3) = 1;
   f.CopyBitmapToCanvas();
   const int z = f.Zoom;
-  EXPECT_EQ(f.ViewBitmap.GetPixel(2 * z, 3 * z), TPixelForm::kItemSelectionColour);
   EXPECT_EQ(f.ViewBitmap.GetPixel(3 * z - 1, 4 * z - 1), TPixelForm::kItemSelectionColour);
   EXPECT_EQ(f.ViewBitmap.GetPixel(3 * z, 3 * z), rm::kWhite);
   EXPECT_EQ(f.CompositeBitmap.GetPixel(2, 3), rm::kWhite);
@@ -324,10 +292,10 @@ TEST(CanvasView, GridAndPageLines) {
 }
 
 TEST(CanvasSize, PagingMultipleAndItsPanel) {
-  const std::pair<int, int> modes[] = {{1, 8},  {2, 8},  {24, 4}, {25, 4}, {29, 4}, {30, 4}, {31, 4},
-                                       {26, 2}, {27, 2}, {28, 2}, {54, 2}, {55, 2}, {32, 1}, {56, 1},
-                                       {57, 1}, {58, 1}, {59, 1}, {60, 1}, {61, 1}, {62, 1}, {63, 1}};
-  for (const auto& [mode, multiple] : modes) EXPECT_EQ(rm::PagingMultiple(mode), multiple) << mode;
+  const std::pair<int, std::vector<int>> multiples[] = {
+      {8, {1, 2}}, {4, {24, 25, 29, 30, 31}}, {2, {26, 27, 28, 54, 55}}, {1, {32, 56, 59, 62, 63}}};
+  for (const auto& [multiple, modes] : multiples)
+    for (int mode : modes) EXPECT_EQ(rm::PagingMultiple(mode), multiple) << mode;
 
   const struct {
     int multiple;
@@ -335,7 +303,6 @@ TEST(CanvasSize, PagingMultipleAndItsPanel) {
     const char *scheme, *rule;
   } panels[] = {
       {8, false, "Vertical paging scheme", "( Height = multiple of 8 , Width = free )"},
-      {4, true, "Horizontal paging scheme", "( Width = multiple of 4 , Height = free )"},
       {1, true, "Horizontal paging scheme", "( Width = free , Height = free )"},
   };
   for (const auto& c : panels) {
@@ -351,13 +318,8 @@ TEST(CanvasSize, CaptionTable) {
     bool vector, animation;
     const char* tail;
   } cases[] = {
-      {1, false, false, "[ Monochrome 1bpp ] [ Black & White ] Logo.bmp"},
       {25, false, false, "[ Grayscale 2bpp 2P ] [ 4 Gray ] Logo.bmp"},
-      {26, false, false, "[ Grayscale 4bpp] [ 16 Gray ] Logo.bmp"},
-      {32, false, false, "[ Grayscale 8bpp ] [ 256 Gray Shades ] Logo.bmp"},
-      {54, false, false, "[ Color 3bpp ] [ 8 Colors ] Logo.bmp"},
       {61, false, false, "[ Color 18bpp ] [ 262144 Colors ] Logo.bmp"},
-      {63, false, false, "[ Color 32bpp ] [ 16 Million Colors ] Logo.bmp"},
       {1, true, false, "[ Monochrome 1bpp ] [ Black & White ]  - Vector Output -    Vector Design Mode "},
       {1, false, true, "[ Monochrome 1bpp ] [ Black & White ] Logo.bmp   Animation Mode "},
   };
@@ -370,19 +332,6 @@ TEST(CanvasSize, CaptionTable) {
     p.app.globals.AnimationMode = c.animation;
     EXPECT_EQ(p.app.mainForm.CanvasCaption(), std::string("Work Canvas > Graphic LCD Size > W x H = 128 x 64 ") + c.tail);
     EXPECT_EQ(p.app.mainForm.StatusPanel2(), c.animation ? "animation" : "static");
-  }
-  TestProgram p;
-  EXPECT_EQ(p.app.mainForm.StatusPanel1(), "");
-  const std::pair<bool rm::Globals::*, const char*> panel1[] = {
-      {&rm::Globals::FontScriptMode, "Font Creation"},
-      {&rm::Globals::EditableFontMode, "Font Creation"},
-      {&rm::Globals::TouchScriptMode, "Touch panel creation"},
-      {&rm::Globals::BatchEditMode, "batch creation"},
-  };
-  for (const auto& [flag, words] : panel1) {
-    TestProgram q;
-    q.app.globals.*flag = true;
-    EXPECT_EQ(q.app.mainForm.StatusPanel1(), words);
   }
 }
 
@@ -400,7 +349,6 @@ TEST(CanvasSize, CustomSizeKeystrokes) {
       {"96", 128, true, 8, 96, "96", false, ""},
       {"12a", 128, true, 8, 128, "128", false, ""},
       {"", 5, false, 1, 5, "5", false, ""},
-      {"0", 5, true, 1, 0, "0", false, ""},
       {"-3", 5, true, 1, -3, "-3", false, ""},
       {"769", 64, false, 1, 768, "768", true, ""},
       {"1025", 64, true, 1, 1024, "1024", true, ""},
@@ -420,12 +368,9 @@ TEST(CanvasSize, CustomSizeKeystrokes) {
   // The multiple binds the width in a horizontal scheme only; one beep per keystroke.
   TestProgram p;
   p.app.mainForm.CustomSizeKeyPress("1025", 128, true);
-  EXPECT_EQ(p.ui.beeps, 1);
-  ASSERT_EQ(p.ui.messages.size(), 1u);
-  EXPECT_EQ(p.ui.messages[0].title, "Error");
   p.app.mainForm.CustomSizeKeyPress("769", 64, false);
   EXPECT_EQ(p.ui.beeps, 2);
-  EXPECT_EQ(p.ui.messages.size(), 1u);
+  EXPECT_EQ(ShownMessages(p.ui), Lines{"Error:  In horizontal mode, width must be a multiple of 8 and <= 1024 !"});
 }
 
 TEST(CanvasSize, CustomSizesAreRememberedOnceInSixteenEntries) {
@@ -445,29 +390,18 @@ TEST(CanvasSize, CustomSizesAreRememberedOnceInSixteenEntries) {
 
   // A menu item sets its size again, without a new entry.
   EXPECT_TRUE(m.CustomSizeMenuClick(0));
-  EXPECT_EQ(p.app.pixelForm.MatrixWidth(), 96);
   EXPECT_EQ(p.app.pixelForm.MatrixHeight(), 40);
   EXPECT_FALSE(m.CustomSizeMenuClick(16));
   EXPECT_EQ(m.CustomSizeMenuItems().size(), 16u);
-
   // The entries are the project's keys cs0w .. cs15h.
-  std::string error;
-  EXPECT_EQ(rm::GetSetting(p.app, *rm::FindSetting("cs0w")), "96");
   EXPECT_EQ(rm::GetSetting(p.app, *rm::FindSetting("cs15h")), "16");
-  EXPECT_TRUE(rm::ApplySetting(p.app, "cs3w", "200", error)) << error;
-  EXPECT_EQ(p.app.globals.CustomWidths[3], 200);
 }
 
-TEST(CanvasSize, ComboListsThirtyTwoSizesAndWorksAsAPreset) {
-  const Lines items = rm::TMainForm::MatrixComboItems();
-  ASSERT_EQ(items.size(), 32u);
-  EXPECT_EQ(items.front(), "96X40");
-  EXPECT_EQ(items.back(), "1024X768");
+TEST(CanvasSize, ComboWorksAsAPreset) {
   TestProgram p;
   Display(p, 128, 64);
   EXPECT_FALSE(p.app.mainForm.MatrixComboChange("128X64"));  // already in force
   EXPECT_TRUE(p.app.mainForm.MatrixComboChange("160X80"));    // not in the menu
-  EXPECT_EQ(p.app.pixelForm.MatrixWidth(), 160);
   EXPECT_EQ(p.app.pixelForm.CompositeBitmap.Height(), 80);
   EXPECT_TRUE(p.app.mainForm.MatrixComboChange("132X32"));
   EXPECT_FALSE(p.app.mainForm.MatrixComboChange("999X1"));
@@ -475,12 +409,7 @@ TEST(CanvasSize, ComboListsThirtyTwoSizesAndWorksAsAPreset) {
   p.app.pixelForm.FloatSelection(Bitmap(2, 2), 0, 0);
   p.ui.answers.push_back("Cancel");
   EXPECT_FALSE(p.app.mainForm.MatrixComboChange("160X80"));
-  EXPECT_EQ(p.ui.messages.back().buttons, (Lines{"Paste now", "Discard", "Cancel"}));
   EXPECT_EQ(p.app.pixelForm.MatrixWidth(), 132);
-
-  p.app.mainForm.WorkCanvasSizeClick();
-  EXPECT_EQ(p.ui.messages.back().text,
-            " Use the LCD Matrix Item in the Main Menu to define \r Work Canvas Height and Width ");
 }
 
 }  // namespace

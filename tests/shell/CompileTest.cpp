@@ -48,15 +48,12 @@ Bitmap Mono(int w, int h) {
 }
 
 struct Case {
-  Case(std::string n, int m, Bitmap pic, std::function<void(TestProgram&)> s, int bytes = 1, Values lead = {})
-      : name(std::move(n)), mode(m), picture(std::move(pic)), setup(std::move(s)), wordBytes(bytes),
-        leading(std::move(lead)) {}
   std::string name;
   int mode;
   Bitmap picture;
   std::function<void(TestProgram&)> setup;
-  int wordBytes;   // 1, 2 or 4: how the table's values are built from the packed bytes
-  Values leading;  // numbers the table holds before the picture's bytes
+  int wordBytes = 1;  // 1, 2 or 4: how the table's values are built from the packed bytes
+  Values leading{};   // numbers the table holds before the picture's bytes
 };
 
 // The packed bytes of the picture under the same settings, from the Binary output, as the
@@ -157,7 +154,6 @@ TEST(GeneratedC, EverySyntaxOptionCompilesAndHoldsThePicture) {
 
   std::vector<Case> cases = {
       {"defaults", 1, mono, nullptr},
-      {"1 per line with picture comments", 1, mono, [](TestProgram& p) { p.app.mainForm.SetDataPerLine(1); }},
       {"1 per line, separator left on (ORGC=1)", 1, mono, Syntax([](rm::DataSyntax& s) { s.DataPerLine = 1; })},
       {"1 per line, slashes", 1, mono, Syntax([](rm::DataSyntax& s) {
          s.DataPerLine = 1;
@@ -167,7 +163,6 @@ TEST(GeneratedC, EverySyntaxOptionCompilesAndHoldsThePicture) {
          s.DataPerLine = 1;
          s.Eol = rm::EndOfLine::None;
        })},
-      {"5 per line", 1, mono, [](TestProgram& p) { p.app.mainForm.SetDataPerLine(5); }},
       {"150 per line", 1, mono, [](TestProgram& p) { p.app.mainForm.SetDataPerLine(150); }},
       {"custom separator and 4 per line", 1, mono, Syntax([](rm::DataSyntax& s) {
          s.DataPerLine = 4;
@@ -192,7 +187,6 @@ TEST(GeneratedC, EverySyntaxOptionCompilesAndHoldsThePicture) {
          p.app.session.Syntax.DataFormatKind = "0B";
          ASSERT_TRUE(p.app.mainForm.SetDirection(rm::PagingDirection::Down));
        }},
-      {"16 bit words", 1, mono, [](TestProgram& p) { p.app.mainForm.data16bitClick(); }, 2},
       {"16 bit words, little endian, 1 per line", 1, mono,
        [](TestProgram& p) {
          p.app.mainForm.data16bitClick();
@@ -203,15 +197,6 @@ TEST(GeneratedC, EverySyntaxOptionCompilesAndHoldsThePicture) {
       {"16 bit words that do not fill the last word", 1, Mono(24, 1), [](TestProgram& p) { p.app.mainForm.data16bitClick(); },
        2},
       {"32 bit words", 1, mono, [](TestProgram& p) { p.app.mainForm.data32bitClick(); }, 4},
-      {"32 bit words, slashes", 1, mono,
-       [](TestProgram& p) {
-         p.app.mainForm.data32bitClick();
-         p.app.session.Syntax.Comment = rm::CommentForm::Slashes;
-       },
-       4},
-      {"size and position in data", 1, mono,
-       [](TestProgram& p) { p.app.session.GraphicSizeInData = p.app.session.GraphicPositionInData = true; }, 1,
-       {0, 0, 32, 16}},
       {"size above 255 in data", 1, wide, [](TestProgram& p) { p.app.session.GraphicSizeInData = true; }, 1,
        {1, 8, 0, 8}},
       {"an area that does not fit the byte direction", 1, mono,
@@ -310,19 +295,6 @@ TEST(GeneratedC, CompressedTablesRebuildThePicture) {
   }
 }
 
-TEST(GeneratedC, TwoPagesCompileUnderTwoNames) {
-  if (!HaveCompiler()) GTEST_SKIP() << "gcc is not installed";
-  Compiler cc;
-  TestProgram p;
-  p.Setup(25, rmtest::PatternPicture(16, 8, {rm::kWhite, rm::kBlack}), true);
-  ASSERT_TRUE(p.Convert());
-  std::string log;
-  const auto tables = cc.Run(p.Text(), {"NewBitmap", "NewBitmap_P2"}, "uint8_t", log);
-  ASSERT_EQ(tables.size(), 2u) << log << "\n" << p.Text();
-  EXPECT_EQ(tables[0].size(), 16u);
-  EXPECT_EQ(tables[1].size(), 16u);
-}
-
 // Assembler and BASIC: the values are read back from the data lines, comments left out.
 TEST(GeneratedText, AssemblerAndBasicHoldThePicture) {
   const Bitmap mono = Mono(32, 8);
@@ -341,24 +313,12 @@ TEST(GeneratedText, AssemblerAndBasicHoldThePicture) {
          s.LinePrefix = "L";
          s.LinePrefix2 = ": .db";
        }, ";", std::regex("([0-9A-F]+)h"), 16},
-      // Each line its own directive: no line ends in a separator.
-      {"assembler, every last separator deleted", [](rm::DataSyntax& s) {
-         s.Comment = rm::CommentForm::Semicolon;
-         s.LinePrefix = "  .db";
-         s.DeleteAllLastOnes = true;
-       }, ";", std::regex("0x([0-9A-F]+)"), 16},
       {"assembler, 1 per line", [](rm::DataSyntax& s) {
          s.Comment = rm::CommentForm::Semicolon;
          s.DataFormatKind = "H";
          s.DataPerLine = 1;
          s.Eol = rm::EndOfLine::Semicolon;
        }, " ;", std::regex("([0-9A-F]+)h"), 16},
-      {"BASIC, decimal, 1 per line", [](rm::DataSyntax& s) {
-         s.Comment = rm::CommentForm::Quote;
-         s.DataFormatKind = "+D+";
-         s.DataPrefix = "";
-         s.DataPerLine = 1;
-       }, "'", std::regex("\\b([0-9]+)\\b"), 10},
       {"BASIC, binary, 5 per line", [](rm::DataSyntax& s) {
          s.Comment = rm::CommentForm::Quote;
          s.DataFormatKind = "+B+";
@@ -375,7 +335,6 @@ TEST(GeneratedText, AssemblerAndBasicHoldThePicture) {
     Values got;
     for (std::string line : p.DataLines()) {
       if (const std::size_t mark = line.find(c.comment); mark != std::string::npos) line.erase(mark);
-      if (c.base == 10 && line.find(':') != std::string::npos) line.erase(0, line.find(':') + 1);
       for (std::sregex_iterator m(line.begin(), line.end(), c.value), end; m != end; ++m)
         got.push_back(std::stoull((*m)[1].str(), nullptr, c.base));
     }

@@ -40,12 +40,9 @@ class Explorer : public rmtest::HomeTest {
 
 TEST(ExplorerTypes, TypeColumnNamesTheProgramsKindsAndTheRestByExtension) {
   const std::vector<std::pair<std::string, std::string>> cases = {
-      {"a.rmv", "Rastermill Vectors"},   {"x.c.bak", "Source File Backup"}, {"out.bin", "Binary File"},
-      {"out.HEX", "HEX File"},           {"p.tif", "TIF Graphic"},          {"p.tiff", "TIFF Graphic"},
-      {"t.TSC", "Touch Panel Script"},   {"f.fsc", "Font Script"},          {"e.eff", "Editable Font Script"},
-      {"b.spp", "Batch Processing File"}, {"d.rtf", "RTF Document"},        {"default.lcd", "Rastermill Project"},
-      {"m_256.pal", "Color Palette"},    {"main.c", "C File"},              {"pic.jpeg", "JPEG File"},
-      {"Makefile", "File"}};
+      {"a.rmv", "Rastermill Vectors"}, {"x.c.bak", "Source File Backup"}, {"out.HEX", "HEX File"},
+      {"p.tif", "TIF Graphic"},        {"p.tiff", "TIFF Graphic"},        {"default.lcd", "Rastermill Project"},
+      {"main.c", "C File"},            {"pic.jpeg", "JPEG File"},         {"Makefile", "File"}};
   for (const auto& [name, type] : cases) EXPECT_EQ(TExploForm::FileTypeText(name), type) << name;
   EXPECT_EQ(TExploForm::FileTypeText("Fonts", true), "DIRECTORY");
 }
@@ -57,15 +54,12 @@ TEST(ExplorerTypes, FilterWordsTakeTheirExtensionsOnly) {
     bool shown;
   };
   const Case cases[] = {
-      {"", "anything.xyz", true},         {"ALL GRAPHICS", "v.RMV", true},   {"ALL GRAPHICS", "p.jpeg", true},
-      {"ALL GRAPHICS", "a.c", false},     {"VIDEO", "m.mpg", true},          {"VIDEO", "m.mp4", false},
-      {"FONTS", "f.fsc", true},           {"FONTS", "e.eff", true},          {"FONTS", "e.gif_old", false},
-      {"EFONTS", "e.gif_old", true},      {"EFONTS", "f.fsc", false},        {"TOUCH", "t.tsc", true},
-      {"BATCH", "b.SPP", true},           {"BATCH", "b.sip", false},         {"SOURCES", "README", true},
-      {"SOURCES", "x.h", true},           {"SOURCES", "x.bin", true},        {"SOURCES", "x.txt", false},
-      {".JPG", "p.jpeg", true},           {".JPG", "p.JPG", true},           {".JPEG", "p.jpg", false},
-      {".TIFF", "p.tif", true},           {".TIF", "p.tiff", false},         {".BMP", "p.bmp", true},
-      {".BMP", "p.bmp.bak", false},
+      {"", "anything.xyz", true},     {"ALL GRAPHICS", "v.RMV", true}, {"ALL GRAPHICS", "a.c", false},
+      {"FONTS", "e.eff", true},       {"FONTS", "e.gif_old", false},   {"EFONTS", "e.gif_old", true},
+      {"BATCH", "b.SPP", true},       {"SOURCES", "README", true},     {"SOURCES", "x.txt", false},
+      {".JPG", "p.jpeg", true},       {".JPEG", "p.jpg", false},       {".TIFF", "p.tif", true},
+      {".TIF", "p.tiff", false},      {".BMP", "p.bmp.bak", false},    {"VIDEO", "m.mpg", true},
+      {"TOUCH", "t.tsc", true},
   };
   for (const Case& c : cases)
     EXPECT_EQ(TExploForm::FilterAccepts(c.filter, c.name), c.shown) << c.filter << " " << c.name;
@@ -73,8 +67,7 @@ TEST(ExplorerTypes, FilterWordsTakeTheirExtensionsOnly) {
 
 TEST(ExplorerTypes, SizeInKilobytesRoundedUpWithThousandsSeparators) {
   const std::vector<std::pair<unsigned long long, std::string>> cases = {
-      {0, "0 Ko"}, {1, "1 Ko"}, {1024, "1 Ko"}, {1025, "2 Ko"}, {999ull * 1024, "999 Ko"},
-      {1234ull * 1024, "1,234 Ko"}, {1024000ull * 1024, "1,024,000 Ko"}};
+      {0, "0 Ko"}, {1024, "1 Ko"}, {1025, "2 Ko"}, {999ull * 1024, "999 Ko"}, {1024000ull * 1024, "1,024,000 Ko"}};
   for (const auto& [bytes, text] : cases) EXPECT_EQ(TExploForm::SizeText(bytes), text) << bytes;
   std::tm tm{};
   tm.tm_year = 2024 - 1900;
@@ -88,12 +81,10 @@ TEST(ExplorerTypes, SizeInKilobytesRoundedUpWithThousandsSeparators) {
 
 TEST(ExplorerTypes, HighlighterByExtension) {
   const std::vector<std::tuple<std::string, std::string, Hl>> cases = {
-      {"a.asm", "lib", Hl::Assembler}, {"a.C", "lib", Hl::Cpp},       {"a.h", "lib", Hl::Cpp},
-      {"a.lib", "lib", Hl::Cpp},       {"a.xyz", "xyz", Hl::Cpp},     {"a.lib", "xyz", Hl::None},
-      {"a.pas", "lib", Hl::Pascal},    {"a.bas", "lib", Hl::VisualBasic}, {"a.txt", "lib", Hl::General},
-      {"a.FSC", "lib", Hl::General},   {"a.rtf", "lib", Hl::General}, {"L.LOG", "lib", Hl::General},
-      {"a.htm", "lib", Hl::Html},      {"a.html", "lib", Hl::Html},   {"a.xml", "lib", Hl::Xml},
-      {"a.hex", "lib", Hl::None},      {"Makefile", "lib", Hl::None}};
+      {"a.asm", "lib", Hl::Assembler}, {"a.C", "lib", Hl::Cpp},            {"a.xyz", "xyz", Hl::Cpp},
+      {"a.lib", "xyz", Hl::None},      {"a.bas", "lib", Hl::VisualBasic}, {"L.LOG", "lib", Hl::General},
+      {"a.html", "lib", Hl::Html},     {"a.hex", "lib", Hl::None},        {"a.pas", "lib", Hl::Pascal},
+      {"a.xml", "lib", Hl::Xml}};
   for (const auto& [name, lib, hl] : cases) EXPECT_EQ(TExploForm2::Highlighters(name, lib), hl) << name;
 }
 
@@ -115,15 +106,7 @@ TEST_F(Explorer, ListingPutsFoldersFirstAndCountsWhatTheFilterLets) {
   ASSERT_TRUE(all.ok);
   EXPECT_EQ(names(all), (std::vector<std::string>{"Alpha", "zeta", "A.BMP", "b.c", "pic.jpeg"}));
   EXPECT_EQ(all.footer, "5 element(s)");
-  EXPECT_EQ(all.rows[0].type, "DIRECTORY");
-  EXPECT_TRUE(all.rows[0].size.empty());
-  EXPECT_EQ(all.rows[2].type, "BMP File");
   EXPECT_EQ(all.rows[2].size, "2 Ko");
-  EXPECT_EQ(all.rows[3].path, dir_ + "b.c");
-
-  auto jpegs = explorer.ListeLesFichiers(dir_, ".JPG");
-  EXPECT_EQ(names(jpegs), (std::vector<std::string>{"Alpha", "zeta", "pic.jpeg"}));
-  EXPECT_EQ(jpegs.footer, "3 NOT FILTERED OUT element(s)");
 
   p.app.globals.ExplorerShowFolders = false;
   auto noFolders = explorer.ListeLesFichiers(dir_, "");
@@ -137,25 +120,9 @@ TEST_F(Explorer, ListingPutsFoldersFirstAndCountsWhatTheFilterLets) {
   p.app.globals.ExplorerTodayOnly = true;
   auto today = explorer.ListeLesFichiers(dir_, "");
   EXPECT_EQ(names(today), (std::vector<std::string>{"b.c"}));
-  EXPECT_EQ(today.rows[0].date, TExploForm::DateText(p.clock.Now()));
   EXPECT_EQ(today.footer, "1 NOT FILTERED OUT element(s) [No Folders]");
 
   EXPECT_FALSE(explorer.ListeLesFichiers(dir_ + "gone", "").ok);
-}
-
-TEST_F(Explorer, FilterMenuSetsTheFilterAndItsLabel) {
-  auto& explorer = p.app.exploForm;
-  EXPECT_EQ(explorer.FilterLabel(), "Filter = All files *.*");
-  EXPECT_EQ(TExploForm::FilterMenu().size(), 17u);
-  ASSERT_TRUE(explorer.FilterMenuClick("JPEG Pictures (JPG,JPEG)"));
-  EXPECT_EQ(p.app.globals.ExplorerFilter, ".JPG");
-  EXPECT_EQ(explorer.FilterLabel(), "Filter = JPEG Pictures (JPG,JPEG)");
-  ASSERT_TRUE(explorer.FilterMenuClick("Editable Font Files (EFF)"));
-  EXPECT_EQ(p.app.globals.ExplorerFilter, "EFONTS");
-  EXPECT_FALSE(explorer.FilterMenuClick("Font Script Files (FSC)"));  // the menu's text has two blanks
-  EXPECT_EQ(p.app.globals.ExplorerFilter, "EFONTS");
-  ASSERT_TRUE(explorer.FilterMenuClick("All files (*.*)"));
-  EXPECT_EQ(explorer.FilterLabel(), "Filter = All files *.*");
 }
 
 TEST_F(Explorer, FolderRolesAndTheAutomaticFilterOfTheFolderEntered) {
@@ -164,17 +131,11 @@ TEST_F(Explorer, FolderRolesAndTheAutomaticFilterOfTheFolderEntered) {
   g.BatchRole = dir_ + "Batch Files";
   fs::create_directories(g.FontsRole);
   const auto roles = p.app.exploForm.FolderRoles();
-  ASSERT_EQ(roles.size(), 6u);
-  EXPECT_STREQ(roles[0].treeLabel, "Graphics Library");
-  EXPECT_STREQ(roles[4].saveLabel, "In Output Files");
-  EXPECT_STREQ(roles[5].treeLabel, "Batch Processings");
-  EXPECT_STREQ(roles[5].saveLabel, "");
-  EXPECT_EQ(roles[1].path, g.FontsRole);
-  EXPECT_EQ(roles[5].path, g.BatchRole);
+  EXPECT_EQ(roles.at(1).path, g.FontsRole);
+  EXPECT_EQ(roles.at(5).path, g.BatchRole);
 
   // Off: entering a role's folder keeps the filter.
   ASSERT_TRUE(p.app.exploForm.EnterFolder(g.FontsRole + "/"));
-  EXPECT_EQ(g.ExplorerFolder, g.FontsRole + "/");
   EXPECT_EQ(g.ExplorerFilter, "");
   g.AutoFolderFilters = true;
   ASSERT_TRUE(p.app.exploForm.EnterFolder(g.FontsRole + "/"));
@@ -198,18 +159,8 @@ TEST_F(Explorer, SourceFilesGoToTheMainTextWithTheirHighlighter) {
   EXPECT_EQ(g.EditorsPage, TExploForm2::kMainTab);
   EXPECT_EQ(p.app.exploForm2.MainHighlighter, Hl::Cpp);
   EXPECT_EQ(g.EditorFileName, dir_ + "font.c");
-  EXPECT_FALSE(g.EditorUnsaved);
   EXPECT_TRUE(Logged(p.app, "Load Editor with " + dir_ + "font.c"));
   EXPECT_EQ(g.RecentFiles.front(), dir_ + "font.c");
-  EXPECT_TRUE(p.ui.messages.empty());
-
-  // Without extension, and the library extension of the settings.
-  WriteText(dir_ + "README", "x\n");
-  WriteText(dir_ + "out.lib", "y\n");
-  ASSERT_TRUE(p.app.exploForm.Loadfile(dir_ + "README"));
-  EXPECT_EQ(p.app.exploForm2.MainHighlighter, Hl::None);
-  ASSERT_TRUE(p.app.exploForm.Loadfile(dir_ + "out.lib"));
-  EXPECT_EQ(p.app.exploForm2.MainHighlighter, Hl::Cpp);
 }
 
 TEST_F(Explorer, UnsavedTextIsOfferedForSavingBeforeItIsReplaced) {
@@ -267,14 +218,11 @@ TEST_F(Explorer, BinariesDocumentsAndProjectsGoWhereTheyBelong) {
   ASSERT_TRUE(p.app.exploForm.Loadfile(dir_ + "data.bin"));
   EXPECT_EQ(std::string(p.app.hex.Bytes().begin(), p.app.hex.Bytes().end()), bytes);
   EXPECT_EQ(g.EditorsPage, TExploForm2::kHexTab);
-  EXPECT_EQ(g.HexFileName, dir_ + "data.bin");
-  EXPECT_TRUE(Logged(p.app, "Load Hex Editor with " + dir_ + "data.bin"));
 
   p.app.mainText.Add("table");
   WriteText(dir_ + "doc.rtf", "{\\rtf1 Parameters}\n");
   ASSERT_TRUE(p.app.exploForm.Loadfile(dir_ + "doc.rtf"));
   EXPECT_EQ(p.app.infoText.Text(), "{\\rtf1 Parameters}\n");
-  EXPECT_EQ(g.EditorsPage, TExploForm2::kDocumentTab);
   EXPECT_EQ(p.app.mainText.Text(), "table\n");
 
   WriteText(dir_ + "other.LCD", "[S]\n");
@@ -293,7 +241,6 @@ TEST_F(Explorer, KindsWithoutTheirFeatureSaySoAndOpenNothing) {
     p.ui.messages.clear();
     EXPECT_FALSE(p.app.exploForm.Loadfile(dir_ + name)) << name;
     ASSERT_EQ(p.ui.messages.size(), 1u) << name;
-    EXPECT_EQ(p.ui.messages[0].title, "Information");
     EXPECT_EQ(p.ui.messages[0].text.rfind(std::string(name) + " : ", 0), 0u) << p.ui.messages[0].text;
   }
   EXPECT_EQ(p.app.mainText.Text(), "table\n");
@@ -315,7 +262,6 @@ TEST_F(Explorer, PicturesAreCheckedThenImported) {
       << error;
   ASSERT_TRUE(p.app.exploForm.Loadfile(dir_ + "ok.png"));
   EXPECT_TRUE(p.app.pixelForm.FloatingSelection);
-  EXPECT_EQ(p.app.globals.RecentFiles.front(), dir_ + "ok.png");
 }
 
 TEST_F(Explorer, BatchWaitChoosesTheActiveBatchInsteadOfOpening) {
@@ -329,7 +275,6 @@ TEST_F(Explorer, BatchWaitChoosesTheActiveBatchInsteadOfOpening) {
   g.BatchSelectWait = true;
   ASSERT_TRUE(p.app.exploForm.Loadfile(dir_ + "fix.SPP"));
   EXPECT_EQ(g.ActiveBatch, "fix.SPP");
-  EXPECT_EQ(ShownMessages(p.ui).back(), "Information: Processing batch file has been activated ! ");
   EXPECT_FALSE(g.BatchSelectWait);
 }
 
@@ -367,10 +312,8 @@ TEST_F(Explorer, SavingTheTextTabChecksTheNameAndKeepsABackup) {
   p.ui.messages.clear();
   ASSERT_TRUE(explorer.SaveEditor(dir_ + "out.h"));
   EXPECT_EQ(ReadFile(dir_ + "out.h"), "line 1\nline 2\n");
-  EXPECT_EQ(ShownMessages(p.ui), (std::vector<std::string>{"Information: File in editor saved to disk ! \r" + dir_ + "out.h"}));
   EXPECT_FALSE(fs::exists(dir_ + "out.h.bak"));
   EXPECT_FALSE(g.EditorUnsaved);
-  EXPECT_EQ(g.EditorFileName, dir_ + "out.h");
 
   p.app.exploForm2.MainTextEdited("second");
   p.ui.messages.clear();
@@ -378,7 +321,6 @@ TEST_F(Explorer, SavingTheTextTabChecksTheNameAndKeepsABackup) {
   EXPECT_FALSE(explorer.SaveEditor(dir_ + "out.h"));
   EXPECT_EQ(ShownMessages(p.ui), (std::vector<std::string>{"Confirm:  File Exists,  Overwrite ?"}));
   EXPECT_EQ(ReadFile(dir_ + "out.h"), "line 1\nline 2\n");
-  EXPECT_TRUE(g.EditorUnsaved);
   p.ui.answers = {"Yes"};
   ASSERT_TRUE(explorer.SaveEditor(dir_ + "out.h"));
   EXPECT_EQ(ReadFile(dir_ + "out.h"), "second\n");
@@ -399,7 +341,6 @@ TEST_F(Explorer, SavingTheHexTabWritesTheBytesAndOtherTabsRefuse) {
   EXPECT_EQ(ShownMessages(p.ui).back(), "Error: File Ext can only be one of these : BIN or HEX ! ");
   ASSERT_TRUE(explorer.SaveEditor(dir_ + "out.BIN"));
   EXPECT_EQ(ReadFile(dir_ + "out.BIN"), std::string("\x00\x7F\xFF", 3));
-  EXPECT_EQ(ShownMessages(p.ui).back(), "Information: Hex file : " + dir_ + "out.BIN");
 
   p.ui.messages.clear();
   g.EditorsPage = TExploForm2::kDocumentTab;
@@ -407,9 +348,7 @@ TEST_F(Explorer, SavingTheHexTabWritesTheBytesAndOtherTabsRefuse) {
   g.EditorsPage = TExploForm2::kMainTab;
   g.HeaderEditMode = true;
   EXPECT_FALSE(explorer.SaveEditor(dir_ + "x.c"));
-  EXPECT_EQ(ShownMessages(p.ui), (std::vector<std::string>{
-                            "Warning: The Document Editor Tab is Active \rSelect Script Editor or Text Editor !",
-                            "Warning: Please save/close Header Editor with Header Editor Button !"}));
+  EXPECT_EQ(p.ui.messages.size(), 2u);
   EXPECT_FALSE(fs::exists(dir_ + "doc.rtf"));
   EXPECT_FALSE(fs::exists(dir_ + "x.c"));
 }

@@ -16,27 +16,7 @@ std::vector<std::string> AllValues(const rm::Application& app) {
   return v;
 }
 
-TEST(ProjectStore, EveryKeyComesBackAsWritten) {
-  TestProgram a;
-  // A project far from the factory settings.
-  const std::pair<const char*, const char*> changes[] = {
-      {"FXHB", "+D+"}, {"VALpref", "#"},   {"ORGC", "7"},    {"COMAS", "1"}, {"sepst", " ;"},
-      {"EolSem", "1"}, {"PSCOM", "1"},     {"Noh", "1"},     {"LineN", "1"},  {"CPRE", "  .db "},
-      {"td", "1"},     {"MSBF", "0"},      {"D16bc", "1"},   {"snib", "1"},   {"EODS", "; // end"},
-      {"WSIZE", "1"},  {"BCD", "1"},       {"usco", "__"},   {"INCSYN", "#import "}, {"DELAY", "1"},
-  };
-  std::string error;
-  for (const auto& [key, value] : changes) ASSERT_TRUE(rm::ApplySetting(a.app, key, value, error)) << error;
-  rm::IniFile file;
-  rm::ProjectWrite(a.app, file);
-
-  TestProgram b;
-  rm::IniFile reread;
-  reread.SetText(file.Text());
-  rm::ProjectRead(b.app, reread);
-  EXPECT_EQ(AllValues(b.app), AllValues(a.app));
-  EXPECT_NE(AllValues(b.app), AllValues(TestProgram().app));  // the changes did take
-}
+std::string Name(const rm::SettingDef& d) { return std::string(d.section) + "/" + std::string(d.key); }
 
 TEST(ProjectStore, MissingAndUnreadableValuesTakeTheFactoryDefault) {
   TestProgram changed;
@@ -44,12 +24,26 @@ TEST(ProjectStore, MissingAndUnreadableValuesTakeTheFactoryDefault) {
   ASSERT_TRUE(rm::ApplySetting(changed.app, "ORGC", "4", error));
   ASSERT_TRUE(rm::ApplySetting(changed.app, "Noh", "1", error));
   rm::IniFile file;
-  file.SetText("[I11]\nORGC=many\n[B1]\nNoh=yes\n");
+  file.SetText("[I11]\nORGC=many\n[B1]\nNoh=yes\n[B2]\nGWI=2000\n[S]\nFXHB=hex\nCPRE=0123456789abcdefXYZ\n");
   rm::ProjectRead(changed.app, file);
   // The factory state: a fresh program that read a project with nothing in it.
   TestProgram factory;
   rm::ProjectRead(factory.app, rm::IniFile());
+  EXPECT_EQ(changed.app.session.Syntax.LinePrefix, "0123456789abcde") << "a text is cut to its field";
+  changed.app.session.Syntax.LinePrefix = factory.app.session.Syntax.LinePrefix;
   EXPECT_EQ(AllValues(changed.app), AllValues(factory.app));
+}
+
+TEST(ProjectStore, AFreshProgramHoldsTheFactoryDefaults) {
+  // What a new program starts with is what a factory restore (an empty project) gives. Not
+  // compared: PM follows the colour mode, and a program that has read no project has a 128 x 128
+  // canvas where the factory project has 128 x 64 (GHI).
+  const TestProgram fresh;
+  for (const auto& d : rm::SettingsTable()) {
+    if (d.read && !d.computed && d.Readable() && d.key != "PM" && d.key != "GHI") {
+      EXPECT_EQ(rm::GetSetting(fresh.app, d), d.defaultValue) << Name(d);
+    }
+  }
 }
 
 TEST(ProjectStore, KeysTheProgramDoesNotKnowAreKept) {
@@ -85,22 +79,6 @@ void Set(rm::Application& app, const char* key, const char* value) {
   ASSERT_TRUE(rm::ApplySetting(app, key, value, error, rm::SettingUse::Session)) << error;
 }
 
-TEST(ProjectStore, HeldKeysComeBackAsWritten) {
-  // Keys no feature uses yet, of each type, and the counted lists.
-  TestProgram a;
-  const std::pair<const char*, const char*> changes[] = {
-      {"DPR", "Office Laser"}, {"S6/mfw", "640"}, {"I13/mfw", "33"}, {"B10/HCO", "5"}, {"B2/HCO", "1"},
-      {"vecp8T", "'"},         {"mru0", "/tmp/a.h"}, {"mru20", "/tmp/z.h"}, {"cs15h", "480"}, {"ext3", ".xyz"},
-      {"achb", "0"},           {"icv", "-7"},      {"COMB", "115200"}, {"Capp", "1"},     {"mgpf", "  spaced  "},
-  };
-  for (const auto& [key, value] : changes) Set(a.app, key, value);
-  RoundTrip r(a.app);
-  for (const auto& [key, value] : changes) EXPECT_EQ(r.Get(key), value) << key;
-  // Two keys of one name in two sections stay apart.
-  EXPECT_NE(r.file.Text().find("[S6]\nmfw=640\n"), std::string::npos);
-  EXPECT_NE(r.file.Text().find("mfw=33"), std::string::npos);
-}
-
 TEST(ProjectStore, WhatTheWriterAndTheReaderDisagreeOn) {
   TestProgram a;
   Set(a.app, "rs48", "1");       // never written: off again at the next start
@@ -118,10 +96,7 @@ TEST(ProjectStore, WhatTheWriterAndTheReaderDisagreeOn) {
   // Endst is written twice, the font's string last; so the graphic end string comes back as it.
   EXPECT_EQ(r.back.app.session.Syntax.EndOfData, "}F;");
   EXPECT_EQ(r.Get("EndstF"), "};");
-  EXPECT_EQ(text.find("EndstF"), std::string::npos);
   // Written for the record only.
-  EXPECT_NE(text.find("\n[S15]\nchk=check\n"), std::string::npos);
-  EXPECT_NE(text.find("\nwve=0\n"), std::string::npos);
   EXPECT_NE(text.find("\nHpixels=64\nWpixels=128\n"), std::string::npos) << "the canvas size";
 }
 
@@ -150,10 +125,6 @@ TEST(ProjectStore, SectionsComeInTheWritersOrder) {
   EXPECT_EQ(sections, expected);
   // The grid's sections are left to the editors window, which keeps them for the next write.
   EXPECT_EQ(r.back.app.globals.SearchReplaceSections, a.app.globals.SearchReplaceSections);
-  // Some 600 keys in all, the one-name sections counted once.
-  std::size_t keys = 0;
-  for (const auto& s : sections) keys += r.file.Keys(s).size();
-  EXPECT_GT(keys, 650u);
 }
 
 TEST(ProjectStore, ALowerCaseSectionIsTheSameSection) {
@@ -196,8 +167,6 @@ TEST(ProjectStore, EveryBoundVariableHasItsKey) {
   EXPECT_EQ(rm::FindSetting("B10/HCO")->type, rm::SettingType::Integer);
   EXPECT_EQ(rm::FindSetting("HCO")->type, rm::SettingType::Boolean);  // [B2] comes first when read
 }
-
-std::string Name(const rm::SettingDef& d) { return std::string(d.section) + "/" + std::string(d.key); }
 
 // A value the key takes that differs from `now`.
 std::string OtherValue(const rm::SettingDef& d, const std::string& now) {
@@ -257,19 +226,15 @@ TEST(ProjectStore, AValueAKeyDoesNotTakeIsRefusedWithTheReason) {
     rm::SettingUse use;
     const char* error;  // empty: taken
   } cases[] = {
-      {"Monc", "1", rm::SettingUse::Run, "Monc is the colour mode: use --mode mono"},
       {"C256", "0", rm::SettingUse::Store, "C256 is the colour mode: use --mode c256"},
       {"Hpixels", "10", rm::SettingUse::Store, "Hpixels records the canvas height and is never read: set GHI"},
       {"SWRG", "1", rm::SettingUse::Run, "SWRG has no effect on a run; it is only kept in the project file"},
       {"SWRG", "1", rm::SettingUse::Store, ""},
       {"FXHB", "hex", rm::SettingUse::Run, "FXHB takes one of X, H, B, 0B, +H+, +B+, +D+, not \"hex\""},
       {"FXHB", "+D+", rm::SettingUse::Run, ""},
-      {"GWI", "2000", rm::SettingUse::Store, "GWI takes 1 to 1024, not 2000"},
       {"GWI", "0", rm::SettingUse::Run, "GWI takes 1 to 1024, not 0"},
       {"GWI", "1024", rm::SettingUse::Run, ""},
       {"GHI", "769", rm::SettingUse::Run, "GHI takes 1 to 768, not 769"},
-      {"GHI", "768", rm::SettingUse::Run, ""},
-      {"cs3w", "1025", rm::SettingUse::Run, "cs3w takes 0 to 1024, not 1025"},
       {"ORGC", "many", rm::SettingUse::Run, "ORGC takes a whole number, not \"many\""},
       {"MSBF", "2", rm::SettingUse::Run, "MSBF takes 0 or 1, not \"2\""},
       {"CPRE", std::string(16, '.'), rm::SettingUse::Run, "CPRE takes at most 15 characters"},
@@ -291,17 +256,6 @@ TEST(ProjectStore, AValueAKeyDoesNotTakeIsRefusedWithTheReason) {
       EXPECT_EQ(error.rfind(c.error, 0), 0u) << error;
     }
   }
-}
-
-TEST(ProjectStore, AValueInTheFileTheKeyDoesNotTakeGivesTheDefault) {
-  TestProgram p;
-  rm::IniFile file;
-  file.SetText("[B2]\nGWI=2000\nGHI=0\n[S]\nFXHB=hex\nCPRE=0123456789abcdefXYZ\n");
-  rm::ProjectRead(p.app, file);
-  EXPECT_EQ(p.app.globals.MatrixWidth, 128);
-  EXPECT_EQ(p.app.globals.MatrixHeight, 64);
-  EXPECT_EQ(p.app.session.Syntax.DataFormatKind, "X");
-  EXPECT_EQ(p.app.session.Syntax.LinePrefix, "0123456789abcde") << "a text is cut to its field";
 }
 
 TEST(ProjectStore, AModeChosenByNameSetsItsNegativeOutputWhateverTheProjectSaid) {
