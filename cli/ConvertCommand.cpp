@@ -7,6 +7,7 @@
 #include "engine/ColourModes.h"
 #include "platform/PlatformImageCodecs.h"
 #include "shell/Application.h"
+#include "shell/CommandNames.h"
 #include "shell/ConsoleUi.h"
 
 namespace rmcli {
@@ -41,7 +42,7 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& options) {
                "  tda whole columns left to right, each top to bottom\n"
                "  tua whole columns left to right, each bottom to top\n"
                "--origin turns the walk to start from another corner")
-      ->check(CLI::IsMember({"tr", "tl", "tra", "tla", "td", "tu", "tda", "tua"}));
+      ->check(CLI::IsMember(DirectionNames()));
   c.add_option("--origin", o.origin, "Origin corner of the walk")->check(CLI::IsMember({"TL", "TR", "BR", "BL"}));
   auto* first = c.add_flag("--msb-first", o.msbFirst,
                            "First pixel in the most significant bit; colour pixels high byte first");

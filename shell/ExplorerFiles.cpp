@@ -8,6 +8,7 @@
 #include "shell/Application.h"
 #include "shell/FileKinds.h"
 #include "shell/Folders.h"
+#include "shell/SettingsTableKeys.h"
 
 namespace rm {
 
@@ -179,12 +180,12 @@ bool TExploForm::FilterMenuClick(const std::string& menuText) {
 std::vector<TExploForm::FolderRole> TExploForm::FolderRoles() const {
   const Globals& g = app_.globals;
   return {
-      {"BFP", "Graphics Library", "In Graphics Library", g.GraphicsRole, "ALL GRAPHICS"},
-      {"FontFP", "Fonts", "In Fonts", g.FontsRole, "FONTS"},
-      {"tfp1", "Touch Panel", "In Touch Panel", g.TouchRole, "TOUCH"},
-      {"PFP", "Documents", "In Documents", g.DocumentsRole, ".RTF"},
-      {"OFP", "Output files", "In Output Files", g.OutputRole, "SOURCES"},
-      {"bfpa", "Batch Processings", "", g.BatchRole, "BATCH"},
+      {keys::BFP.key, "Graphics Library", "In Graphics Library", g.GraphicsRole, "ALL GRAPHICS"},
+      {keys::FontFP.key, "Fonts", "In Fonts", g.FontsRole, "FONTS"},
+      {keys::tfp1.key, "Touch Panel", "In Touch Panel", g.TouchRole, "TOUCH"},
+      {keys::PFP.key, "Documents", "In Documents", g.DocumentsRole, ".RTF"},
+      {keys::OFP.key, "Output files", "In Output Files", g.OutputRole, "SOURCES"},
+      {keys::bfpa.key, "Batch Processings", "", g.BatchRole, "BATCH"},
   };
 }
 

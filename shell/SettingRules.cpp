@@ -7,42 +7,41 @@
 #include "shell/Application.h"
 #include "shell/IniFile.h"
 #include "shell/SettingsTable.h"
+#include "shell/SettingsTableKeys.h"
 
 namespace rm {
 
 namespace {
 
 // The colour mode is chosen as a whole; its switches are written from the mode in force.
-constexpr std::pair<std::string_view, std::string_view> kColourSwitches[] = {
-    {"S4/Monc", "is the colour mode: use --mode mono"},
-    {"S4/Moni", "is the colour mode: use --mode mono-inv"},
-    {"S4/G4", "is the colour mode: use --mode gray4"},
-    {"S4/G42", "is the colour mode: use --mode gray4-2p"},
-    {"S4/G16", "is the colour mode: use --mode gray16, gray16h or gray16-st7528"},
-    {"S4/RGRA", "is part of the colour mode: use --mode gray16h"},
-    {"B1/ST7", "is part of the colour mode: use --mode gray16-st7528"},
-    {"S4/G32", "is the colour mode: use --mode gray32 or gray32r"},
-    {"S4/GRL32", "is the colour mode: use --mode gray32l"},
-    {"S4/G256", "is the colour mode: use --mode gray256"},
-    {"S4/C8", "is the colour mode: use --mode c8"},
-    {"S4/C16", "is the colour mode: use --mode c16"},
-    {"S4/C256", "is the colour mode: use --mode c256"},
-    {"S4/C256NP", "is the colour mode: use --mode c256"},
-    {"S4/C4096", "is the colour mode: use --mode c4096 or c4096u"},
-    {"S4/C65535", "is the colour mode: use --mode c65k"},
-    {"S4/C18", "is the colour mode: use --mode c262k"},
-    {"S4/C18u", "is the colour mode: use --mode c262ku"},
-    {"S4/C16M", "is the colour mode: use --mode c16m or c16m-alpha"},
-    {"S4/PM", "is part of the colour mode: use --mode c4096, gray32 or c16m (packed) or c4096u, gray32r, "
+constexpr std::pair<SettingKey, std::string_view> kColourSwitches[] = {
+    {keys::Monc, "is the colour mode: use --mode mono"},
+    {keys::Moni, "is the colour mode: use --mode mono-inv"},
+    {keys::G4, "is the colour mode: use --mode gray4"},
+    {keys::G42, "is the colour mode: use --mode gray4-2p"},
+    {keys::G16, "is the colour mode: use --mode gray16, gray16h or gray16-st7528"},
+    {keys::RGRA, "is part of the colour mode: use --mode gray16h"},
+    {keys::ST7, "is part of the colour mode: use --mode gray16-st7528"},
+    {keys::G32, "is the colour mode: use --mode gray32 or gray32r"},
+    {keys::GRL32, "is the colour mode: use --mode gray32l"},
+    {keys::G256, "is the colour mode: use --mode gray256"},
+    {keys::C8, "is the colour mode: use --mode c8"},
+    {keys::C16, "is the colour mode: use --mode c16"},
+    {keys::C256, "is the colour mode: use --mode c256"},
+    {keys::C256NP, "is the colour mode: use --mode c256"},
+    {keys::C4096, "is the colour mode: use --mode c4096 or c4096u"},
+    {keys::C65535, "is the colour mode: use --mode c65k"},
+    {keys::C18, "is the colour mode: use --mode c262k"},
+    {keys::C18u, "is the colour mode: use --mode c262ku"},
+    {keys::C16M, "is the colour mode: use --mode c16m or c16m-alpha"},
+    {keys::PM, "is part of the colour mode: use --mode c4096, gray32 or c16m (packed) or c4096u, gray32r, "
               "c16m-alpha"},
-    {"I8/Hpixels", "records the canvas height and is never read: set GHI"},
-    {"I8/Wpixels", "records the canvas width and is never read: set GWI"},
+    {keys::Hpixels, "records the canvas height and is never read: set GHI"},
+    {keys::Wpixels, "records the canvas width and is never read: set GWI"},
 };
 
-bool SameKey(const SettingDef& d, std::string_view sectionKey) {
-  const std::size_t slash = sectionKey.find('/');
-  const std::string_view s = sectionKey.substr(0, slash), k = sectionKey.substr(slash + 1);
-  return IniFile::SameName(d.section, s) && IniFile::SameName(d.key, k);
+bool SameKey(const SettingDef& d, const SettingKey& key) {
+  return IniFile::SameName(d.section, key.section) && IniFile::SameName(d.key, key.key);
 }
 
 bool ReadWhole(const std::string& v, long long& n) {
@@ -122,7 +121,7 @@ bool ApplySetting(Application& app, std::string_view key, const std::string& val
   }
   if (error = CheckSettingValue(*def, value); !error.empty()) return false;
   // The inverted output belongs to the monochrome modes: there it is the inverted mode.
-  if (IniFile::SameName(def->key, "Neg") && value == "1" && !app.session.Monochrome) {
+  if (def->monoInverts && value == "1" && !app.session.Monochrome) {
     error = "Neg inverts monochrome output only: use --mode mono-inv";
     return false;
   }

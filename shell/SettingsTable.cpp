@@ -4,11 +4,13 @@
 #include <cctype>
 #include <charconv>
 #include <memory>
+#include <stdexcept>
 #include <type_traits>
 #include <unordered_map>
 #include <utility>
 
 #include "shell/Application.h"
+#include "shell/SettingsTableKeys.h"
 
 namespace rm {
 
@@ -18,20 +20,31 @@ std::string B(bool v) { return v ? "1" : "0"; }
 bool ToBool(const std::string& v) { return std::stol(v) != 0; }
 int ToInt(const std::string& v) { return std::stoi(v); }
 
+// The radio groups' names; a group's row in the catalogue stands for all its choices' keys.
+constexpr const char* kCommentForm = "the comment form";
+constexpr const char* kEndOfLineForm = "the end of line form";
+constexpr const char* kPagingScheme = "the Paging Scheme";
+constexpr const char* kOriginCorner = "the origin corner";
+constexpr const char* kOutputKind = "the output kind";
+
 // Every key of the project file in reading order, one row each: section, key, type ('s' text,
-// 'b' boolean, 'i' whole number, '?' text whose default is the value in force before reading),
-// factory default and the variable it fills.
+// 'b' boolean, 'i' whole number, '?' text whose default is the value in force before reading,
+// 'r' a radio group named in place of the key, whose choices' switches stand here), factory
+// default and the variable it fills.
 struct CatalogueKey {
-  const char* section;
-  const char* key;
+  SettingKey at;
   char type;
   const char* def;
-  SettingField field = {};  // the variable it fills; none: a binding below, or held
+  SettingField field = {};  // the variable it fills; none: the value is held
   // What it takes and how the file treats it, blank-separated: "range:MIN:MAX" (a number),
   // "len:N" (a text field's length), "words:A,B" (the only words it takes), "unwritten" (read,
   // never written), "writeas:KEY" (written under another name), "writes:N" (written N times),
-  // "places:N" (one key read into N places, the last written wins).
+  // "places:N" (one key read into N places, the last written wins), "unread" (written for the
+  // record, never read), "canvas:w|h" (the work canvas's side), "is:A,B" (a switch on when
+  // its number field is one of these), "heldread" (read into the held values, written from the
+  // field), "monoinverts" (on in monochrome only, where it is the inverted mode).
   const char* takes = nullptr;
+  SettingField also = {};  // a second variable that takes the same value
 };
 
 void ApplyTakes(SettingDef& d, std::string_view takes, int& places) {
@@ -62,6 +75,19 @@ void ApplyTakes(SettingDef& d, std::string_view takes, int& places) {
       d.writes = std::stoi(arg);
     } else if (name == "places") {
       places = std::stoi(arg);
+    } else if (name == "is") {
+      for (std::size_t at = 0; at < arg.size(); at = arg.find(',', at) + 1) {
+        d.onFor.push_back(std::stoi(arg.substr(at)));
+        if (arg.find(',', at) == std::string::npos) break;
+      }
+    } else if (name == "unread") {
+      d.read = false;
+    } else if (name == "canvas") {
+      d.canvasSide = arg[0];
+    } else if (name == "heldread") {
+      d.heldOnRead = true;
+    } else if (name == "monoinverts") {
+      d.monoInverts = true;
     }
   }
 }
@@ -72,16 +98,16 @@ constexpr CatalogueKey kCatalogue[] = {
     {"S", "CARK", 's', "1"}, {"S", "CWBRK", 's', "2"}, {"S", "CHBRK", 's', "8"}, {"S", "XOFSRK", 's', "6"},
     {"S", "YOFSRK", 's', "7"}, {"S", "SARK", 's', "3"}, {"S", "CHARSBRK", 's', "5"}, {"S", "CSBRK", 's', "4"},
     {"S", "CSPBRK", 's', "9"}, {"S", "DPR", 's', "Microsoft Print To PDF"},
-    {"S", "PFP", '?', "", &Globals::DocumentsRole}, {"S", "BFP", '?', "", &Globals::GraphicsRole},
-    {"S", "OFP", '?', ""}, {"S", "EODS", 's', ";", &ConversionSession::DescriptorsEol}, {"S", "PHP", 's', "$"},
-    {"S", "CPRE", '?', "", &DataSyntax::LinePrefix, "len:15"}, {"S", "RELOI", '?', "", &Globals::LastArtworkPath},
+    {keys::PFP, '?', "", &Globals::DocumentsRole}, {keys::BFP, '?', "", &Globals::GraphicsRole},
+    {keys::OFP, '?', "", &ConversionSession::OutputFolder, nullptr, &Globals::OutputRole},
+    {"S", "EODS", 's', ";", &ConversionSession::DescriptorsEol}, {"S", "PHP", 's', "$"},
+    {keys::CPRE, '?', "", &DataSyntax::LinePrefix, "len:15"}, {"S", "RELOI", '?', "", &Globals::LastArtworkPath},
     {"S", "FHE1", 's', ""}, {"S", "FHE2", 's', "Font Size (2)"}, {"S", "FHE3", 's', "Chars Width"},
     {"S", "FHE4", 's', "Chars Height"}, {"S", "FHE5", 's', "First Char"}, {"S", "FHE6", 's', "n Chars"},
-    {"S", "PAOE", '?', ""}, {"S", "FXHB", 's', "X", &DataSyntax::DataFormatKind, "words:X,H,B,0B,+H+,+B+,+D+"},
+    {"S", "PAOE", '?', ""}, {keys::FXHB, 's', "X", &DataSyntax::DataFormatKind, "words:X,H,B,0B,+H+,+B+,+D+"},
     {"S", "COMAS", 'b', "0", &DataSyntax::SeparatorCustom}, {"S", "COMAh", 'b', "1", &DataSyntax::SeparatorOn},
-    {"S", "COMAv", 'b', "1", &DataSyntax::SeparatorComma}, {"S", "CCOM", 'b', "1"}, {"S", "STCOM", 'b', "0"},
-    {"S", "VBACOM", 'b', "0"}, {"S", "PSCOM", 'b', "0"}, {"S", "BSCOM", 'b', "0"}, {"S", "Eoln", 'b', "0"},
-    {"S", "Eolcom", 'b', "1"}, {"S", "EolStr", 'b', "0"}, {"S", "EolSem", 'b', "0"}, {"S", "FEoln", 'b', "0"},
+    {"S", "COMAv", 'b', "1", &DataSyntax::SeparatorComma}, {"S", kCommentForm, 'r', ""},
+    {"S", kEndOfLineForm, 'r', ""}, {"S", "FEoln", 'b', "0"},
     {"S", "FEolcom", 'b', "0"}, {"S", "FEolStr", 'b', "1"}, {"S", "FEolSem", 'b', "0"},
     {"S", "Asmf", 'b', "0", &ConversionSession::AsmFile}, {"S", "libf", 'b', "0", &ConversionSession::LibraryFile},
     {"S", "basf", 'b', "0", &ConversionSession::BasicFile}, {"S", "cfil", 'b', "0", &ConversionSession::CFile},
@@ -96,11 +122,11 @@ constexpr CatalogueKey kCatalogue[] = {
     {"S", "CSBRK_d", 's', "6"}, {"S", "CSPBRK_r", 's', "9"}, {"S", "CSPBRK_s", 's', "9"}, {"S", "CSPBRK_b", 's', "9"},
     {"S", "CSPBRK_d", 's', "9"},
     // [B17] output switches
-    {"B17", "CU8", 'b', "1", &DataSyntax::ConvertUint8}, {"B17", "ASW", 'b', "1"}, {"B17", "AFF", 'b', "0"},
+    {keys::CU8, 'b', "1", &DataSyntax::ConvertUint8}, {"B17", "ASW", 'b', "1"}, {"B17", "AFF", 'b', "0"},
     {"B17", "BCD", 'b', "0", &ConversionSession::CoordinatesDescriptors},
     {"B17", "BSD", 'b', "1", &ConversionSession::SizeDescriptors},
     // [B7] output and export switches, with the per-font-kind variants `_r`, `_s`, `_b`, `_d`
-    {"B7", "fbo", 'b', "1"}, {"B7", "rgb2", 'b', "0", &ConversionSession::SwapFirstLast}, {"B7", "limf", 'b', "0"},
+    {"B7", "fbo", 'b', "1"}, {keys::rgb2, 'b', "0", &ConversionSession::SwapFirstLast}, {"B7", "limf", 'b', "0"},
     {"B7", "nde", 'b', "0"}, {"B7", "ndcp", 'b', "1"}, {"B7", "vxma", 'b', "0"}, {"B7", "exm2", 'b', "0"},
     {"B7", "exm3", 'b', "0"}, {"B7", "exm22", 'b', "0"}, {"B7", "exm32", 'b', "0"}, {"B7", "ncodehc", 'b', "0"},
     {"B7", "ncodeh", 'b', "0"}, {"B7", "nodesch", 'b', "0"}, {"B7", "wxof", 'b', "1"}, {"B7", "wyof", 'b', "1"},
@@ -120,31 +146,30 @@ constexpr CatalogueKey kCatalogue[] = {
     {"B7", "wiw_b", 'b', "1"}, {"B7", "wiw_d", 'b', "1"}, {"B7", "wih_r", 'b', "1"}, {"B7", "wih_s", 'b', "1"},
     {"B7", "wih_b", 'b', "1"}, {"B7", "wih_d", 'b', "0"}, {"B7", "wsta", 'b', "1"}, {"B7", "wsta2b", 'b', "0"},
     {"B7", "wua", 'b', "1"}, {"B7", "wiw", 'b', "1"}, {"B7", "wih", 'b', "1"}, {"B7", "wcsp", 'b', "1"},
+    {"B7", "wve", 'b', "0", {}, "unread"},
     // [B13] stay-on-top switches and serial switches
     {"B13", "exsot", 'b', "0"}, {"B13", "ex2sot", 'b', "0"}, {"B13", "imsot", 'b', "0"}, {"B13", "lcdsot", 'b', "0"},
     {"B13", "brsot", 'b', "0"}, {"B13", "assot", 'b', "0"}, {"B13", "cosot", 'b', "0"}, {"B13", "adjsot", 'b', "0"},
     {"B13", "pixsot", 'b', "0"}, {"B13", "ESOT", 'b', "0"}, {"B13", "E2SOT", 'b', "0"}, {"B13", "ASOT", 'b', "0"},
     {"B13", "ISOT", 'b', "0"}, {"B13", "PSOT", 'b', "0"}, {"B13", "crlf", 'b', "1"},
-    {"B13", "rs48", 'b', "0", {}, "unwritten"},
+    {keys::rs48, 'b', "0", {}, "unwritten"},
     // [B3] paging scheme switches
-    {"B3", "tla", 'b', "0"}, {"B3", "tra", 'b', "0"}, {"B3", "tl", 'b', "0"}, {"B3", "tr", 'b', "1"},
-    {"B3", "td", 'b', "0"}, {"B3", "tu", 'b', "0"}, {"B3", "tua", 'b', "0"}, {"B3", "tda", 'b', "0"},
+    {"B3", kPagingScheme, 'r', ""},
     // [B2] canvas, matrix and header switches
-    {"B2", "MSBF", 'b', "1", &ConversionSession::BigEndian}, {"B2", "NOMAT", 'b', "0", &Globals::NoMatrixMode},
-    {"B2", "CCBM", 'b', "0"}, {"B2", "UMATB", 'b', "0", &Globals::UserMatrix}, {"B2", "FSM", 'b', "1", {}, "writes:2"},
+    {"B2", "MSBF", 'b', "1", &ConversionSession::BigEndian}, {keys::NOMAT, 'b', "0", &Globals::NoMatrixMode},
+    {"B2", "CCBM", 'b', "0"}, {keys::UMATB, 'b', "0", &Globals::UserMatrix}, {"B2", "FSM", 'b', "1", {}, "writes:2"},
     {"B2", "RSHAP", 'b', "1", {}, "writes:2"}, {"B2", "EX2H", 'b', "0"}, {"B2", "EXH", 'b', "0"},
     {"B2", "SWRG", 'b', "0"},
-    {"B2", "HCO", 'b', "0"}, {"B2", "CORN1", 'b', "1"}, {"B2", "CORN2", 'b', "0"}, {"B2", "CORN3", 'b', "0"},
-    {"B2", "CORN4", 'b', "0"}, {"B2", "DESC", 'b', "0"}, {"B2", "USELS", 'b', "0"},
+    {"B2", "HCO", 'b', "0"}, {"B2", kOriginCorner, 'r', ""}, {"B2", "DESC", 'b', "0"}, {"B2", "USELS", 'b', "0"},
     {"B2", "USmat", 'b', "0", &Globals::UserMatrix}, {"B2", "GWI", 'i', "128", &Globals::MatrixWidth, "range:1:1024"},
     {"B2", "GHI", 'i', "64", &Globals::MatrixHeight, "range:1:768"}, {"B2", "BTODOC", 'b', "1"},
     {"B2", "RTLFO", 'b', "0"},
     {"B2", "OUTLF", 'b', "0"}, {"B2", "LOOP", 'b', "1"},
-    {"B2", "WORIG", 'b', "0", &ConversionSession::GraphicPositionInData},
-    {"B2", "WSIZE", 'b', "0", &ConversionSession::GraphicSizeInData},
-    {"B2", "LCDSI", 'b', "1", &ClipSyntax::withPositionAndSize}, {"B2", "FISC", 'b', "0"}, {"B2", "LCDDEL", 'b', "0"},
-    {"B2", "DELAY", 'b', "0", &ClipSyntax::withDelay}, {"B2", "DElas", 'b', "0", &ClipSyntax::delayAfterLastFrame},
-    {"B2", "Ecli", 'b', "1", &ClipSyntax::enabled}, {"B2", "PLAYMS", 'b', "0"}, {"B2", "ccomp", 'b', "0"},
+    {keys::WORIG, 'b', "0", &ConversionSession::GraphicPositionInData},
+    {keys::WSIZE, 'b', "0", &ConversionSession::GraphicSizeInData},
+    {keys::LCDSI, 'b', "1", &ClipSyntax::withPositionAndSize}, {"B2", "FISC", 'b', "0"}, {"B2", "LCDDEL", 'b', "0"},
+    {keys::DELAY, 'b', "0", &ClipSyntax::withDelay}, {keys::DElas, 'b', "0", &ClipSyntax::delayAfterLastFrame},
+    {keys::Ecli, 'b', "1", &ClipSyntax::enabled}, {"B2", "PLAYMS", 'b', "0"}, {"B2", "ccomp", 'b', "0"},
     {"B2", "asrg", 'b', "0"}, {"B2", "SHBLU", 'b', "1"}, {"B2", "SHTUT", 'b', "1"}, {"B2", "SHSER", 'b', "0"},
     {"B2", "SHANI", 'b', "0"}, {"B2", "SHBAT", 'b', "0"}, {"B2", "SHTOU", 'b', "0"}, {"B2", "SHVECT", 'b', "0"},
     {"B2", "SHCPAL", 'b', "0"},
@@ -156,25 +181,25 @@ constexpr CatalogueKey kCatalogue[] = {
     {"B10", "ADD", 'i', "0"}, {"B10", "PFD", 'i', "0"}, {"B10", "EFD", 'i', "0"}, {"B10", "E2D", 'i', "0"},
     {"B10", "LFD", 'i', "0"}, {"B10", "EXLE", 'i', "120"}, {"B10", "EXTO", 'i', "60"}, {"B10", "WBITS", 'i', "0"},
     // [SX] serial link
-    {"SX", "COMP", '?', ""}, {"SX", "COMB", 's', "9600"}, {"SX", "COMS", 's', "1"}, {"SX", "COMPA", 's', ""},
+    {"SX", "COMP", '?', ""}, {keys::COMB, 's', "9600"}, {"SX", "COMS", 's', "1"}, {"SX", "COMPA", 's', ""},
     {"SX", "COMD", 's', "8"}, {"SX", "FCTR", 's', ""}, {"SX", "TERMI", '?', ""},
     // [I11] canvas numbers
-    {"I11", "OINT", 'i', "16"}, {"I11", "ORGC", 'i', "16", &DataSyntax::DataPerLine, "range:1:150"},
+    {"I11", "OINT", 'i', "16"}, {keys::ORGC, 'i', "16", &DataSyntax::DataPerLine, "range:1:150"},
     // [S13] output syntax and window placement strings
     {"S13", "feolst", 's', ","}, {"S13", "prpopr", 's', "ConvertMultipleGraphicFiles.SPP"},
-    {"S13", "cstrt", '?', "", &DataSyntax::CustomComment, "len:5"},
-    {"S13", "eolst", '?', "", &DataSyntax::EolString, "len:5"},
-    {"S13", "eofbl", '?', ""}, {"S13", "sepst", 's', ",", &DataSyntax::SeparatorString}, {"S13", "ppfpf", '?', ""},
-    {"S13", "cpfr", '?', "", &DataSyntax::LinePrefix2, "len:8"}, {"S13", "dperl", '?', ""}, {"S13", "et2", 's', "600"},
-    {"S13", "etl2", 's', "60"}, {"S13", "ew2", 's', "1000"}, {"S13", "ew1", 's', "1100"},
+    {keys::cstrt, '?', "", &DataSyntax::CustomComment, "len:5"},
+    {keys::eolst, '?', "", &DataSyntax::EolString, "len:5"},
+    {keys::eofbl, '?', ""}, {keys::sepst, 's', ",", &DataSyntax::SeparatorString}, {"S13", "ppfpf", '?', ""},
+    {keys::cpfr, '?', "", &DataSyntax::LinePrefix2, "len:8"}, {"S13", "dperl", '?', ""}, {keys::et2, 's', "600"},
+    {keys::etl2, 's', "60"}, {keys::ew2, 's', "1000"}, {keys::ew1, 's', "1100"},
     {"S13", "vew1", 's', "900", {}, "writeas:wew1"},
-    {"S13", "eh2", 's', "759"}, {"S13", "eta2", 's', "1"},
+    {keys::eh2, 's', "759"}, {keys::eta2, 's', "1"},
     // [S2] value and kerning syntax
     {"S2", "LCDW", 's', "100"}, {"S2", "SFONT", 's', "Arial"}, {"S2", "SFSTY", '?', ""}, {"S2", "KERLEND", 's', "},"},
     {"S2", "KERLBEG", 's', "{"}, {"S2", "KERTBEG", 's', "{"}, {"S2", "KERTEND", 's', "};"},
     {"S2", "KERSUF", 's', "[120][3]= "}, {"S2", "KERPREF", 's', "int "},
-    {"S2", "VALSUF", '?', "", &DataSyntax::DataSuffix, "len:10"},
-    {"S2", "VALpref", '?', "", &DataSyntax::DataPrefix, "len:10"},
+    {keys::VALSUF, '?', "", &DataSyntax::DataSuffix, "len:10"},
+    {keys::VALpref, '?', "", &DataSyntax::DataPrefix, "len:10"},
     // [I2] colours and sizes
     {"I2", "BGCO", 'i', "16777215", {}, "range:0:16777215"}, {"I2", "DOCOL", 'i', "0", {}, "range:0:16777215"},
     {"I2", "FSELH", 'i', "0"}, {"I2", "FSELW", 'i', "0"},
@@ -184,40 +209,42 @@ constexpr CatalogueKey kCatalogue[] = {
     // [B11] pixels per byte
     {"B11", "PPB", 'i', "8", &ConversionSession::PixelsPerByteSetting, "range:1:8"},
     // [S3] include, function and delay syntax
-    {"S3", "INCSYN", 's', "#include ", &ClipSyntax::include}, {"S3", "INCSSYN", 's', "<", &ClipSyntax::includeStart},
-    {"S3", "INCESYN", 's', ">", &ClipSyntax::includeEnd}, {"S3", "FPREF", 's', "void", &ClipSyntax::functionPrefix},
-    {"S3", "FSUFF", 's', "(void)", &ClipSyntax::functionSuffix}, {"S3", "LCDBS", 's', "{", &ClipSyntax::begin},
-    {"S3", "ENDSYN", 's', "};", &ClipSyntax::end}, {"S3", "SEPASY", '?', "", &ClipSyntax::separator},
-    {"S3", "DELSYN", 's', "delay", &ClipSyntax::delay}, {"S3", "DELSTA", 's', "(", &ClipSyntax::delayStart},
-    {"S3", "DELEND", 's', ")", &ClipSyntax::delayEnd},
-    {"S3", "LCOMPS", 's', "GLCD_xBitmap", &ClipSyntax::compressedCall},
-    {"S3", "LSTAS", 's', "(", &ClipSyntax::callStart}, {"S3", "LSTOEFF", '?', ""}, {"S3", "LSTOAN", '?', ""},
-    {"S3", "LSTOB2", '?', ""}, {"S3", "LSTNB2", '?', ""}, {"S3", "LENDS", 's', ")", &ClipSyntax::callEnd},
+    {keys::INCSYN, 's', "#include ", &ClipSyntax::include}, {keys::INCSSYN, 's', "<", &ClipSyntax::includeStart},
+    {keys::INCESYN, 's', ">", &ClipSyntax::includeEnd}, {keys::FPREF, 's', "void", &ClipSyntax::functionPrefix},
+    {keys::FSUFF, 's', "(void)", &ClipSyntax::functionSuffix}, {keys::LCDBS, 's', "{", &ClipSyntax::begin},
+    {keys::ENDSYN, 's', "};", &ClipSyntax::end}, {keys::SEPASY, '?', "", &ClipSyntax::separator},
+    {keys::DELSYN, 's', "delay", &ClipSyntax::delay}, {keys::DELSTA, 's', "(", &ClipSyntax::delayStart},
+    {keys::DELEND, 's', ")", &ClipSyntax::delayEnd},
+    {keys::LCOMPS, 's', "GLCD_xBitmap", &ClipSyntax::compressedCall},
+    {keys::LSTAS, 's', "(", &ClipSyntax::callStart}, {"S3", "LSTOEFF", '?', ""}, {"S3", "LSTOAN", '?', ""},
+    {"S3", "LSTOB2", '?', ""}, {"S3", "LSTNB2", '?', ""}, {keys::LENDS, 's', ")", &ClipSyntax::callEnd},
     // [I1] corner and colour choices
     {"I1", "MCORN", 'i', "1"}, {"I1", "HSPE", 'i', "1"}, {"I1", "TRCOLOR", 'i', "1"},
     // [B1] main group of switches
     {"B1", "Trans16", 'b', "0"}, {"B1", "Trans256", 'b', "0"}, {"B1", "Chfren", 'b', "0"},
     {"B1", "bw8", 'b', "1", &ConversionSession::Not6bit}, {"B1", "lgon", 'b', "0"}, {"B1", "ckol", 'b', "1"},
-    {"B1", "wwrap", 'b', "0"}, {"B1", "Lnumb", 'b', "0"}, {"B1", "Neg", 'b', "0"}, {"B1", "Wrack", 'b', "1"},
-    {"B1", "D8bc", 'b', "1"}, {"B1", "D16bc", 'b', "0"}, {"B1", "D32bc", 'b', "0"}, {"B1", "DHec", 'b', "0"},
-    {"B1", "DIHec", 'b', "0"}, {"B1", "Autf", 'b', "0"}, {"B1", "Antia", 'b', "0"}, {"B1", "SaAf", 's', ".BMP"},
+    {"B1", "wwrap", 'b', "0"}, {"B1", "Lnumb", 'b', "0"},
+    {keys::Neg, 'b', "0", &ConversionSession::NegativeOutput, "monoinverts"}, {"B1", "Wrack", 'b', "1"},
+    {"B1", kOutputKind, 'r', ""}, {"B1", "Autf", 'b', "0"}, {"B1", "Antia", 'b', "0"}, {"B1", "SaAf", 's', ".BMP"},
     {"B1", "Usit", 'b', "1"}, {"B1", "Fomask", 'b', "0"}, {"B1", "Impfn", 'b', "1"},
-    {"B1", "Addof", 'b', "0", &DataSyntax::LeadingZero}, {"B1", "snib", 'b', "0", &ConversionSession::SwapNibble},
+    {keys::Addof, 'b', "0", &DataSyntax::LeadingZero}, {keys::snib, 'b', "0", &ConversionSession::SwapNibble},
     {"B1", "Pamovc", 'b', "1"}, {"B1", "Rawd", 'b', "0"}, {"B1", "Rawd2", 'b', "1"}, {"B1", "DMDs", 'b', "0"},
-    {"B1", "gsch", 'b', "0"}, {"B1", "ST7", 'b', "0"}, {"B1", "Logws", 'b', "0"}, {"B1", "WelcomeWs", 'b', "0"},
-    {"B1", "Adjws", 'b', "0"}, {"B1", "LcdWs", 'b', "0"}, {"B1", "AsciiWs", 'b', "1"}, {"B1", "MainWs", 'b', "0"},
-    {"B1", "ConfWs", 'b', "0"}, {"B1", "PixelWs", 'b', "0"}, {"B1", "ImageWs", 'b', "1"}, {"B1", "ExploWs", 'b', "1"},
+    {"B1", "gsch", 'b', "0"}, {keys::ST7, 'b', "0", &ConversionSession::Gray16Slices, "heldread"},
+    {keys::Logws, 'b', "0"},
+    {"B1", "WelcomeWs", 'b', "0"},
+    {"B1", "Adjws", 'b', "0"}, {"B1", "LcdWs", 'b', "0"}, {"B1", "AsciiWs", 'b', "1"}, {keys::MainWs, 'b', "0"},
+    {keys::ConfWs, 'b', "0"}, {keys::PixelWs, 'b', "0"}, {keys::ImageWs, 'b', "1"}, {keys::ExploWs, 'b', "1"},
     {"B1", "VectoWs", 'b', "1"}, {"B1", "HidD", 'b', "0"}, {"B1", "BarVi", 'b', "0"},
-    {"B1", "ColRx", 'b', "0", &DataSyntax::Groups}, {"B1", "Noonts", 'b', "0", &DataSyntax::NoComments},
-    {"B1", "Noh", 'b', "0", &DataSyntax::NoHeader}, {"B1", "Nodcom", 'b', "0", &DataSyntax::NoDataComments},
-    {"B1", "Autop", 'b', "0"}, {"B1", "dellas", 'b', "1", &DataSyntax::DeleteVeryLastOne},
-    {"B1", "delallas", 'b', "0", &DataSyntax::DeleteAllLastOnes}, {"B1", "descsz", 'b', "1"},
+    {keys::ColRx, 'b', "0", &DataSyntax::Groups}, {keys::Noonts, 'b', "0", &DataSyntax::NoComments},
+    {keys::Noh, 'b', "0", &DataSyntax::NoHeader}, {keys::Nodcom, 'b', "0", &DataSyntax::NoDataComments},
+    {"B1", "Autop", 'b', "0"}, {keys::dellas, 'b', "1", &DataSyntax::DeleteVeryLastOne},
+    {keys::delallas, 'b', "0", &DataSyntax::DeleteAllLastOnes}, {"B1", "descsz", 'b', "1"},
     {"B1", "descsz2b", 'b', "0"}, {"B1", "csbits", 'b', "1"}, {"B1", "csbits2b", 'b', "0"}, {"B1", "Autpf", 'b', "0"},
-    {"B1", "LineN", 'b', "0", &DataSyntax::LineNumbers}, {"B1", "WithSp", 'b', "1", &DataSyntax::SpaceBetweenData},
+    {keys::LineN, 'b', "0", &DataSyntax::LineNumbers}, {keys::WithSp, 'b', "1", &DataSyntax::SpaceBetweenData},
     {"B1", "MDApp", 'b', "0"}, {"B1", "ExMD", 'b', "0"}, {"B1", "Wap", 'b', "0"}, {"B1", "Wap1", 'b', "0"},
     {"B1", "Dnask", 'b', "1", &Globals::AlwaysOverwrite}, {"B1", "Dnapo", 'b', "1"}, {"B1", "Ediins", 'b', "0"},
     {"B1", "TRPNG", 'b', "0"}, {"B1", "Sile", 'b', "0"}, {"B1", "Touih", 'b', "0"}, {"B1", "BrOff", 'b', "1"},
-    {"B1", "Expws2", 'b', "1"}, {"B1", "VecBarO", 'b', "0"}, {"B1", "VecBl", 'b', "0"}, {"B1", "VecLiOn", 'b', "1"},
+    {keys::Expws2, 'b', "1"}, {"B1", "VecBarO", 'b', "0"}, {"B1", "VecBl", 'b', "0"}, {"B1", "VecLiOn", 'b', "1"},
     {"B1", "VecCiOn", 'b', "1"}, {"B1", "VecReOn", 'b', "1"}, {"B1", "VecRodOn", 'b', "1"}, {"B1", "VecPon", 'b', "0"},
     {"B1", "VecTOn", 'b', "0"}, {"B1", "VecaOn", 'b', "0"}, {"B1", "VecVOn", 'b', "0"}, {"B1", "VecHli", 'b', "0"},
     {"B1", "VecFi", 'b', "0"}, {"B1", "ecRleWOn", 'b', "0"}, {"B1", "VedReleWn", 'b', "0"},
@@ -229,20 +256,34 @@ constexpr CatalogueKey kCatalogue[] = {
     {"B1", "GSile", 'b', "0"}, {"B1", "Capp", 'b', "0", &Globals::ConsoleMode}, {"B1", "Cendes", 'b', "0"},
     {"B1", "CendeM", 'b', "0"},
     {"B1", "Invcp", 'b', "0"}, {"B1", "ShwAdre", 'b', "1"}, {"B1", "ShwT", 'b', "1"}, {"B1", "ShowSe", 'b', "1"},
-    {"B1", "dore", 'b', "0", &ConversionSession::ReorderOn}, {"B1", "HexRo", 'b', "1"},
+    {keys::dore, 'b', "0", &ConversionSession::ReorderOn}, {"B1", "HexRo", 'b', "1"},
     // [S4] colour mode switches
-    {"S4", "lcdUncomp", 's', "GLCD_Bitmap", &ClipSyntax::call}, {"S4", "FontFP", '?', "", &Globals::FontsRole},
-    {"S4", "Moni", 'b', "0"}, {"S4", "Monc", 'b', "1"}, {"S4", "C256", 'b', "0"}, {"S4", "G256", 'b', "0"},
-    {"S4", "G256F", 'b', "1"}, {"S4", "G256NG", 'b', "1"}, {"S4", "ANTALQ", 'b', "1"}, {"S4", "C256NP", 'b', "0"},
-    {"S4", "C16", 'b', "0"}, {"S4", "C8", 'b', "0"}, {"S4", "C4096", 'b', "0"}, {"S4", "C65535", 'b', "0"},
-    {"S4", "C18", 'b', "0"}, {"S4", "C18u", 'b', "0"}, {"S4", "G16", 'b', "0"}, {"S4", "G4", 'b', "0"},
-    {"S4", "G42", 'b', "0"}, {"S4", "G32", 'b', "0"}, {"S4", "RGRA", 'b', "0"}, {"S4", "GRL32", 'b', "0"},
-    {"S4", "C16M", 'b', "0"}, {"S4", "PM", 'b', "0"}, {"S4", "RGBA", 'b', "0", &ConversionSession::Rgba},
+    {keys::lcdUncomp, 's', "GLCD_Bitmap", &ClipSyntax::call}, {keys::FontFP, '?', "", &Globals::FontsRole},
+    {keys::Moni, 'b', "0", &ConversionSession::ModeNumber, "is:2 heldread"},
+    {keys::Monc, 'b', "1", &ConversionSession::ModeNumber, "is:1 heldread"},
+    {keys::C256, 'b', "0", &ConversionSession::Colours256, "heldread"},
+    {keys::G256, 'b', "0", &ConversionSession::Gray256, "heldread"},
+    {"S4", "G256F", 'b', "1"}, {"S4", "G256NG", 'b', "1"}, {"S4", "ANTALQ", 'b', "1"},
+    {keys::C256NP, 'b', "0", &ConversionSession::Colours256NoPalette, "heldread"},
+    {keys::C16, 'b', "0", &ConversionSession::Colours16, "heldread"},
+    {keys::C8, 'b', "0", &ConversionSession::Colours8, "heldread"},
+    {keys::C4096, 'b', "0", &ConversionSession::Colours4096, "heldread"},
+    {keys::C65535, 'b', "0", &ConversionSession::Colours65536, "heldread"},
+    {keys::C18, 'b', "0", &ConversionSession::Colours262kPacked, "heldread"},
+    {keys::C18u, 'b', "0", &ConversionSession::Colours262kUnpacked, "heldread"},
+    {keys::G16, 'b', "0", &ConversionSession::Gray16, "heldread"},
+    {keys::G4, 'b', "0", &ConversionSession::Gray4, "heldread"},
+    {keys::G42, 'b', "0", &ConversionSession::Gray4TwoPages, "heldread"},
+    {keys::G32, 'b', "0", &ConversionSession::ModeNumber, "is:29,30 heldread"},
+    {keys::RGRA, 'b', "0", &ConversionSession::Gray16Horizontal, "heldread"},
+    {keys::GRL32, 'b', "0", &ConversionSession::Gray32Left, "heldread"},
+    {keys::C16M, 'b', "0", &ConversionSession::Colours16M, "heldread"},
+    {keys::PM, 'b', "0", &ConversionSession::Packed, "heldread"}, {keys::RGBA, 'b', "0", &ConversionSession::Rgba},
     // [S5] touch panel script syntax
-    {"S5", "tfp1", '?', "", &Globals::TouchRole}, {"S5", "tfp4", 's', "SetRegionX1"},
+    {keys::tfp1, '?', "", &Globals::TouchRole}, {"S5", "tfp4", 's', "SetRegionX1"},
     {"S5", "tfp5", 's', "SetRegionX2"}, {"S5", "tfp6", 's', "SetRegionY1"}, {"S5", "tfp7", 's', "SetRegionY2"},
-    {"S5", "tfp8", 's', "int "}, {"S5", "tfp9", 's', "(void)"}, {"S5", "tfp10", 's', "{"}, {"S5", "tfp11", 's', "};"},
-    {"S5", "tfp12", 's', "return "}, {"S5", "tfp14", 's', "0AA", &Globals::FillerText},
+    {keys::tfp8, 's', "int "}, {keys::tfp9, 's', "(void)"}, {keys::tfp10, 's', "{"}, {keys::tfp11, 's', "};"},
+    {"S5", "tfp12", 's', "return "}, {keys::tfp14, 's', "0AA", &Globals::FillerText},
     {"S5", "tfp13", 's', "vsReport"},
     // [I5] touch numbers
     {"I5", "tfp2", 'i', "0"}, {"I5", "tfp3", 'i', "8"}, {"I5", "splex", 'i', "270", {}, "writes:2"},
@@ -250,15 +291,15 @@ constexpr CatalogueKey kCatalogue[] = {
     // [S6] panel sizes
     {"S6", "mfw", 'i', "900"}, {"S6", "mfh", 'i', "50"}, {"S6", "mft", 'i', "0"}, {"S6", "mfl", 'i', "0"},
     // [S7] batch names and window placement
-    {"S7", "pprof", 's', "< No batch file selected >", &Globals::ActiveBatch}, {"S7", "fonpr", '?', ""},
-    {"S7", "fonsu", '?', ""}, {"S7", "vformp1", '?', ""}, {"S7", "vformp2", '?', ""}, {"S7", "formp1", '?', ""},
-    {"S7", "formp2", '?', ""}, {"S7", "formp3", '?', ""}, {"S7", "formp4", '?', ""}, {"S7", "formW3", 's', "920"},
-    {"S7", "formW4", 's', "570"}, {"S7", "formp5", '?', ""}, {"S7", "formp6", '?', ""},
+    {keys::pprof, 's', "< No batch file selected >", &Globals::ActiveBatch}, {"S7", "fonpr", '?', ""},
+    {"S7", "fonsu", '?', ""}, {"S7", "vformp1", '?', ""}, {"S7", "vformp2", '?', ""}, {keys::formp1, '?', ""},
+    {keys::formp2, '?', ""}, {keys::formp3, '?', ""}, {keys::formp4, '?', ""}, {keys::formW3, 's', "920"},
+    {keys::formW4, 's', "570"}, {keys::formp5, '?', ""}, {keys::formp6, '?', ""},
     {"S7", "formp7", '?', "", {}, "places:4"},
     // [S8] names and end strings
     {"S8", "nbmfn", 's', "NewBitmap.bmp", &ConversionSession::LastBitmapName},
-    {"S8", "Endst", 's', "};", &DataSyntax::EndOfData, "len:3"}, {"S8", "EndstF", 's', "};", {}, "writeas:Endst"},
-    {"S8", "begds", '?', "", &DataSyntax::BeginOfData, "len:3"},
+    {keys::Endst, 's', "};", &DataSyntax::EndOfData, "len:3"}, {"S8", "EndstF", 's', "};", {}, "writeas:Endst"},
+    {keys::begds, '?', "", &DataSyntax::BeginOfData, "len:3"},
     // [I8] colours of overlays
     {"I8", "col1", 'i', "32768", {}, "range:0:16777215"}, {"I8", "col2", 'i', "32896", {}, "range:0:16777215"},
     {"I8", "scol2", 'i', "8421376", {}, "range:0:16777215"},
@@ -267,14 +308,15 @@ constexpr CatalogueKey kCatalogue[] = {
     {"I8", "col6", 'i', "128", {}, "range:0:16777215"}, {"I8", "bsiz", 'i', "0"},
     {"I8", "saco", 'i', "16711680", {}, "range:0:16777215"}, {"I8", "itsec", 'i', "255", {}, "range:0:16777215"},
     {"I8", "ghco", 'i', "12639424", {}, "range:0:16777215"}, {"I8", "zfac", 'i', "0"}, {"I8", "engi", 'i', "0"},
+    {keys::Hpixels, 'i', "0", {}, "unread canvas:h"}, {keys::Wpixels, 'i', "0", {}, "unread canvas:w"},
     // [S12] font parameter strings
-    {"S12", "usco", 's', "_", &ConversionSession::Underscore}, {"S12", "fpar1", '?', ""}, {"S12", "fpar2", '?', ""},
+    {keys::usco, 's', "_", &ConversionSession::Underscore}, {"S12", "fpar1", '?', ""}, {"S12", "fpar2", '?', ""},
     {"S12", "fpar3", '?', ""}, {"S12", "fpar3L", '?', ""}, {"S12", "fpar4", '?', ""}, {"S12", "fpar5", '?', ""},
     {"S12", "fpar6", '?', ""}, {"S12", "fpar7", '?', ""}, {"S12", "fpar8", 's', "400"}, {"S12", "fpar9", '?', ""},
-    {"S12", "fpar10", '?', ""}, {"S12", "fpar11", '?', "", &DataSyntax::ColRowPrefix, "len:5"},
-    {"S12", "fpar12", '?', "", &DataSyntax::ColRowSuffix, "len:5"},
-    {"S12", "fpar13", '?', "", &DataSyntax::ArrayPrefix, "len:5"},
-    {"S12", "fpar14", '?', "", &DataSyntax::ArraySuffix, "len:5"},
+    {"S12", "fpar10", '?', ""}, {keys::fpar11, '?', "", &DataSyntax::ColRowPrefix, "len:5"},
+    {keys::fpar12, '?', "", &DataSyntax::ColRowSuffix, "len:5"},
+    {keys::fpar13, '?', "", &DataSyntax::ArrayPrefix, "len:5"},
+    {keys::fpar14, '?', "", &DataSyntax::ArraySuffix, "len:5"},
     {"S12", "fexts", 's', "lib", &ConversionSession::LibraryExtension},
     // [I13] filter numbers and panel sizes
     {"I13", "ifpa", 'i', "0"}, {"I13", "asfp", 'i', "0"}, {"I13", "adfp", 'i', "0"}, {"I13", "mfw", 'i', "0"},
@@ -284,7 +326,7 @@ constexpr CatalogueKey kCatalogue[] = {
     {"B9", "ffp2", 'b', "0"}, {"B9", "ffp3", 'b', "0"}, {"B9", "dowi", 'b', "0"},
     // [S14] vector library syntax
     {"S14", "mpfo", '?', ""}, {"S14", "mext", 's', ".txt"}, {"S14", "grxt", 's', ".BMP"},
-    {"S14", "cprx", '?', "", &DataSyntax::PointerPrefix, "len:6"}, {"S14", "ippfn", '?', ""},
+    {keys::cprx, '?', "", &DataSyntax::PointerPrefix, "len:6"}, {"S14", "ippfn", '?', ""},
     {"S14", "vecp1", 's', "GCLD.Bar"},
     {"S14", "vecp2", 's', "GCLD.Line"}, {"S14", "vecp3", 's', "GCLD.Circle"}, {"S14", "vecbmp", 's', "GCLD.DrawBitmap"},
     {"S14", "vecir", 's', "GCLD.InvertRect"}, {"S14", "vecn", 's', "GCLD.PrintNumber"},
@@ -298,10 +340,11 @@ constexpr CatalogueKey kCatalogue[] = {
     {"S14", "vecp11", 's', "GLCD.Arc"}, {"S14", "vecp11f", 's', "GLCD.Pie"}, {"S14", "vecp12", 's', "GLCD.Vline"},
     {"S14", "vecp13", 's', "GLCD.Hline"}, {"S14", "vecp14", 's', "GLCD.FillScr"},
     {"S14", "vecp14p", 's', "GLCD.ClearScr"}, {"S14", "vecgop", 's', "GLCD.GotoXY"},
+    {"S15", "chk", 's', "check", {}, "unread"},
     // [S16] batch and prefix strings
     {"S16", "mgpf", 's', "- define your batch source folder here-"}, {"S16", "mgex", 's', ".bmp"},
     {"S16", "gpfn", 's', "< No batch file selected >"}, {"S16", "pgppf", '?', ""},
-    {"S16", "bfpa", '?', "", &Globals::BatchRole}, {"S16", "impr", 's', "0x"}, {"S16", "adpr", 's', "0x"},
+    {keys::bfpa, '?', "", &Globals::BatchRole}, {"S16", "impr", 's', "0x"}, {"S16", "adpr", 's', "0x"},
     // [I16] graphic batch and list column numbers
     {"I16", "grpi", 'i', "1"}, {"I16", "lv1", 'i', "180"}, {"I16", "lv2", 'i', "120"}, {"I16", "lv3", 'i', "80"},
     {"I16", "lv4", 'i', "160"},
@@ -331,118 +374,34 @@ const std::vector<RadioGroup>& RadioGroups() {
   using OC = OriginCorner;
   using OK = OutputKind;
   static const std::vector<RadioGroup> groups = {
-      {"the comment form", "S", [](CA& a) { return static_cast<int>(a.session.Syntax.Comment); },
-       [](A& a, int v) { a.session.Syntax.Comment = static_cast<CF>(v); }, static_cast<int>(CF::C),
+      {kCommentForm, "S", [](CA& a) { return static_cast<int>(a.session.Syntax.Comment); },
+       [](A& a, int v) { a.session.Syntax.Comment = static_cast<CF>(v); },
+       static_cast<int>(CF::C), static_cast<int>(CF::C),
        {C("CCOM", CF::C), C("STCOM", CF::Custom), C("VBACOM", CF::Quote), C("PSCOM", CF::Slashes),
         C("BSCOM", CF::Semicolon)}},
-      {"the end of line form", "S", [](CA& a) { return static_cast<int>(a.session.Syntax.Eol); },
-       [](A& a, int v) { a.session.Syntax.Eol = static_cast<EL>(v); }, static_cast<int>(EL::Comma),
+      {kEndOfLineForm, "S", [](CA& a) { return static_cast<int>(a.session.Syntax.Eol); },
+       [](A& a, int v) { a.session.Syntax.Eol = static_cast<EL>(v); },
+       static_cast<int>(EL::Comma), static_cast<int>(EL::Comma),
        {C("Eoln", EL::None), C("Eolcom", EL::Comma), C("EolStr", EL::Custom), C("EolSem", EL::Semicolon)}},
-      {"the Paging Scheme", "B3", [](CA& a) { return static_cast<int>(a.session.Direction); },
+      {kPagingScheme, "B3", [](CA& a) { return static_cast<int>(a.session.Direction); },
        [](A& a, int v) {
          a.session.Direction = static_cast<PD>(v);
          a.session.Horizontal = IsHorizontal(a.session.Direction);
        },
-       -1,
+       -1, static_cast<int>(PD::ToRightAll),
        {C("tla", PD::ToLeft), C("tra", PD::ToRight), C("tl", PD::ToLeftAll), C("tr", PD::ToRightAll),
         C("td", PD::Down), C("tu", PD::Up), C("tua", PD::UpAll), C("tda", PD::DownAll)}},
-      {"the origin corner", "B2", [](CA& a) { return static_cast<int>(a.session.Origin); },
-       [](A& a, int v) { a.session.Origin = static_cast<OC>(v); }, static_cast<int>(OC::TL),
+      {kOriginCorner, "B2", [](CA& a) { return static_cast<int>(a.session.Origin); },
+       [](A& a, int v) { a.session.Origin = static_cast<OC>(v); }, static_cast<int>(OC::TL), static_cast<int>(OC::TL),
        {C("CORN1", OC::TL), C("CORN2", OC::TR), C("CORN3", OC::BR), C("CORN4", OC::BL)}},
-      {"the output kind", "B1", [](CA& a) { return static_cast<int>(a.session.Output); },
-       [](A& a, int v) { a.session.Output = static_cast<OK>(v); }, static_cast<int>(OK::Bits8),
+      {kOutputKind, "B1", [](CA& a) { return static_cast<int>(a.session.Output); },
+       [](A& a, int v) { a.session.Output = static_cast<OK>(v); },
+       static_cast<int>(OK::Bits8), static_cast<int>(OK::Bits8),
        {C("D8bc", OK::Bits8), C("D16bc", OK::Bits16), C("D32bc", OK::Bits32), C("DHec", OK::BinaryFile),
         C("DIHec", OK::IntelHex)}},
   };
   return groups;
 }
-
-// Keys whose value is more than one plain variable: a getter and setter of their own. A key with
-// neither a field in its row, a radio group nor an entry here is held.
-struct Binding {
-  std::string_view section;
-  std::string_view key;
-  std::string (*get)(const Application&) = nullptr;
-  void (*set)(Application&, const std::string&) = nullptr;
-};
-
-#define S_ (a.session)
-#define SYN (a.session.Syntax)
-
-// The sixteen custom display sizes, "cs0w", "cs0h" .. "cs15w", "cs15h": one getter and setter
-// per entry and side.
-template <std::size_t I, bool Width>
-std::string GetCustomSize(const Application& a) {
-  return std::to_string(Width ? a.globals.CustomWidths[I] : a.globals.CustomHeights[I]);
-}
-template <std::size_t I, bool Width>
-void SetCustomSize(Application& a, const std::string& v) {
-  (Width ? a.globals.CustomWidths : a.globals.CustomHeights)[I] = ToInt(v);
-}
-template <std::size_t... I>
-void AddCustomSizeBindings(std::vector<Binding>& b, std::index_sequence<I...>) {
-  static const std::vector<std::string> names = [] {
-    std::vector<std::string> n;
-    for (int i = 0; i < 16; ++i) {
-      n.push_back("cs" + std::to_string(i) + "w");
-      n.push_back("cs" + std::to_string(i) + "h");
-    }
-    return n;
-  }();
-  (b.push_back({"I2", names[2 * I], &GetCustomSize<I, true>, &SetCustomSize<I, true>}), ...);
-  (b.push_back({"I2", names[2 * I + 1], &GetCustomSize<I, false>, &SetCustomSize<I, false>}), ...);
-}
-
-std::vector<Binding> Bindings() {
-  using A = Application;
-  using CA = const Application;
-  std::vector<Binding> b = {
-      // The output folder is also the Output files folder role.
-      {"S", "OFP", [](CA& a) { return a.session.OutputFolder; },
-       [](A& a, const std::string& v) {
-         S_.OutputFolder = v;
-         a.globals.OutputRole = v;
-       }},
-      {"B1", "Neg", [](CA& a) { return B(a.session.NegativeOutput); },
-       [](A& a, const std::string& v) {
-         // In monochrome the inverted output is the inverted mode, as the menu's toggle makes it.
-         S_.NegativeOutput = ToBool(v) && a.session.Monochrome;
-         if (a.session.Monochrome) S_.ModeNumber = a.session.NegativeOutput ? 2 : 1;
-       }},
-      // The colour mode is written from the mode in force; what is read is held until the
-      // whole file is read, and then selects the mode (ColourModeFromSwitches).
-      {"S4", "Monc", [](CA& a) { return B(a.session.ModeNumber == 1); }, nullptr},
-      {"S4", "Moni", [](CA& a) { return B(a.session.ModeNumber == 2); }, nullptr},
-      {"S4", "C256", [](CA& a) { return B(a.session.Colours256); }, nullptr},
-      {"S4", "G256", [](CA& a) { return B(a.session.Gray256); }, nullptr},
-      {"S4", "C256NP", [](CA& a) { return B(a.session.Colours256NoPalette); }, nullptr},
-      {"S4", "C16", [](CA& a) { return B(a.session.Colours16); }, nullptr},
-      {"S4", "C8", [](CA& a) { return B(a.session.Colours8); }, nullptr},
-      {"S4", "C4096", [](CA& a) { return B(a.session.Colours4096); }, nullptr},
-      {"S4", "C65535", [](CA& a) { return B(a.session.Colours65536); }, nullptr},
-      {"S4", "C18", [](CA& a) { return B(a.session.Colours262kPacked); }, nullptr},
-      {"S4", "C18u", [](CA& a) { return B(a.session.Colours262kUnpacked); }, nullptr},
-      {"S4", "G16", [](CA& a) { return B(a.session.Gray16); }, nullptr},
-      {"S4", "G4", [](CA& a) { return B(a.session.Gray4); }, nullptr},
-      {"S4", "G42", [](CA& a) { return B(a.session.Gray4TwoPages); }, nullptr},
-      {"S4", "G32", [](CA& a) { return B(a.session.Gray32 && !a.session.Gray32Left); }, nullptr},
-      // The 16 gray levels with two horizontal pixels a byte have no switch of their own in the
-      // colour group; this one, otherwise unused, tells them from the vertical ones.
-      {"S4", "RGRA", [](CA& a) { return B(a.session.Gray16Horizontal); }, nullptr},
-      {"S4", "GRL32", [](CA& a) { return B(a.session.Gray32Left); }, nullptr},
-      {"S4", "C16M", [](CA& a) { return B(a.session.Colours16M); }, nullptr},
-      {"S4", "PM", [](CA& a) { return B(a.session.Packed); }, nullptr},
-      {"B1", "ST7", [](CA& a) { return B(a.session.Gray16Slices); }, nullptr},
-      // The canvas size, written for the record.
-      {"I8", "Hpixels", [](CA& a) { return std::to_string(a.pixelForm.WorkBitmap.Height()); }, nullptr},
-      {"I8", "Wpixels", [](CA& a) { return std::to_string(a.pixelForm.WorkBitmap.Width()); }, nullptr},
-  };
-  AddCustomSizeBindings(b, std::make_index_sequence<16>{});
-  return b;
-}
-
-#undef S_
-#undef SYN
 
 bool EqualNoCase(std::string_view a, std::string_view b) {
   return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
@@ -491,10 +450,16 @@ void AddCounted(std::vector<SettingDef>& t, const char* section, const std::stri
     t.push_back(Entry(section, CountedName(prefix + std::to_string(i) + suffix), type, def));
 }
 
+const RadioGroup& GroupNamed(std::string_view name) {
+  for (const RadioGroup& g : RadioGroups())
+    if (g.name == name) return g;
+  throw std::logic_error("no radio group " + std::string(name));
+}
+
 std::vector<SettingDef> BuildTable() {
   std::vector<SettingDef> t;
   for (const CatalogueKey& k : kCatalogue) {
-    const std::string_view section = k.section, key = k.key;
+    const std::string_view section = k.at.section, key = k.at.key;
     if (section == "B18") {
       // The lists, counted, come before the last two keys.
       AddCounted(t, "FS0", "ext", 20, "", SettingType::String, "");
@@ -507,12 +472,28 @@ std::vector<SettingDef> BuildTable() {
         w.min = h.min = 0;
         w.max = kMaxCustomWidth;
         h.max = kMaxCustomHeight;
+        w.field = &Globals::CustomWidths;
+        h.field = &Globals::CustomHeights;
+        w.index = h.index = i;
         t.push_back(w);
         t.push_back(h);
       }
     }
+    if (k.type == 'r') {
+      // One switch per choice, "1" on the choice a new project has.
+      const RadioGroup& g = GroupNamed(key);
+      for (const auto& [choiceKey, value] : g.choices) {
+        SettingDef d = Entry(section, choiceKey, SettingType::Boolean, value == g.defaultChoice ? "1" : "0");
+        d.radio = &g;
+        d.choice = value;
+        d.radioGroup = g.name;
+        t.push_back(d);
+      }
+      continue;
+    }
     SettingDef d = Entry(section, key, TypeOf(k.type), k.def);
     d.field = k.field;
+    d.mirror = k.also;
     d.computed = k.type == '?';
     // Where the written file does not read back as the program had it (the "takes" flags). These
     // are kept on purpose: projects written by this program and by earlier ones must read the
@@ -525,34 +506,8 @@ std::vector<SettingDef> BuildTable() {
     if (k.takes) ApplyTakes(d, k.takes, places);
     for (int i = 1; i < places; ++i) t.push_back(d);
     t.push_back(d);
-    // Keys written for the record and never read.
-    SettingDef w;
-    if (section == "B7" && key == "wcsp") w = Entry("B7", "wve", SettingType::Boolean, "0");
-    if (section == "I8" && key == "engi") {
-      t.push_back(Entry("I8", "Hpixels", SettingType::Integer, "0"));
-      w = Entry("I8", "Wpixels", SettingType::Integer, "0");
-    }
-    if (section == "S14" && key == "vecgop") w = Entry("S15", "chk", SettingType::String, "check");
-    if (!w.key.empty()) t.push_back(w);
   }
-  for (SettingDef& d : t)
-    if (d.key == "wve" || d.key == "Hpixels" || d.key == "Wpixels" || d.key == "chk") d.read = false;
   for (std::size_t i = 0; i < t.size(); ++i) t[i].held = i;
-
-  for (const Binding& b : Bindings())
-    for (SettingDef& d : t)
-      if (EqualNoCase(d.section, b.section) && EqualNoCase(d.key, b.key)) {
-        d.get = b.get;
-        d.set = b.set;
-      }
-  for (const RadioGroup& g : RadioGroups())
-    for (const auto& [key, value] : g.choices)
-      for (SettingDef& d : t)
-        if (EqualNoCase(d.section, g.section) && EqualNoCase(d.key, key)) {
-          d.radio = &g;
-          d.choice = value;
-          d.radioGroup = g.name;
-        }
   AddSettingRules(t);
   return t;
 }
@@ -570,10 +525,10 @@ const std::unordered_map<std::string, std::size_t>& KeyIndex() {
   return index;
 }
 
-bool SwitchOn(const Application& app, std::string_view sectionKey) {
+bool SwitchOn(const Application& app, const SettingKey& key) {
   // A switch with a variable of its own reads from it; the colour switches, written from the
   // mode in force, read from what the file said.
-  const SettingDef* d = FindSetting(sectionKey);
+  const SettingDef* d = FindSetting(key);
   const std::string v = d->Bound() ? GetSetting(app, *d) : app.globals.HeldSettings[d->held];
   return IsWholeNumber(v) && std::stol(v) != 0;
 }
@@ -617,6 +572,12 @@ const SettingDef* FindSetting(std::string_view key) {
   return it == index.end() ? nullptr : &SettingsTable()[it->second];
 }
 
+const SettingDef* FindSetting(const SettingKey& key) {
+  return FindSetting(std::string(key.section) + "/" + std::string(key.key));
+}
+
+const RadioGroup& PagingRadioGroup() { return GroupNamed(kPagingScheme); }
+
 namespace {
 
 template <typename>
@@ -634,13 +595,21 @@ auto& Owner(A& a) {
   else return a.globals.Clip;
 }
 
-std::string FieldValue(const Application& app, const SettingField& field) {
+// The variable a member names in `app`; for an array, its entry `index`.
+template <typename M, typename A>
+auto& Variable(A& app, M member, int index) {
+  auto& v = Owner<typename MemberOf<M>::Class>(app).*member;
+  if constexpr (std::is_array_v<std::remove_reference_t<decltype(v)>>) return v[index];
+  else return v;
+}
+
+std::string FieldValue(const Application& app, const SettingField& field, int index) {
   return std::visit(
-      [&app](auto m) -> std::string {
+      [&app, index](auto m) -> std::string {
         if constexpr (std::is_same_v<decltype(m), std::monostate>) {
           return {};
         } else {
-          const auto& v = Owner<typename MemberOf<decltype(m)>::Class>(app).*m;
+          const auto& v = Variable(app, m, index);
           if constexpr (std::is_same_v<std::decay_t<decltype(v)>, bool>) return B(v);
           else if constexpr (std::is_same_v<std::decay_t<decltype(v)>, int>) return std::to_string(v);
           else return v;
@@ -649,11 +618,11 @@ std::string FieldValue(const Application& app, const SettingField& field) {
       field);
 }
 
-void SetFieldValue(Application& app, const SettingField& field, const std::string& value) {
+void SetFieldValue(Application& app, const SettingField& field, int index, const std::string& value) {
   std::visit(
-      [&app, &value](auto m) {
+      [&app, &value, index](auto m) {
         if constexpr (!std::is_same_v<decltype(m), std::monostate>) {
-          auto& v = Owner<typename MemberOf<decltype(m)>::Class>(app).*m;
+          auto& v = Variable(app, m, index);
           if constexpr (std::is_same_v<std::decay_t<decltype(v)>, bool>) v = ToBool(value);
           else if constexpr (std::is_same_v<std::decay_t<decltype(v)>, int>) v = ToInt(value);
           else v = value;
@@ -666,9 +635,12 @@ void SetFieldValue(Application& app, const SettingField& field, const std::strin
 
 std::string GetSetting(const Application& app, const SettingDef& def) {
   if (def.radio) return B(def.radio->get(app) == def.choice);
-  if (def.get) return def.get(app);
-  if (def.field.index() != 0) return FieldValue(app, def.field);
-  return app.globals.HeldSettings[def.held];
+  if (def.canvasSide == 'w') return std::to_string(app.pixelForm.WorkBitmap.Width());
+  if (def.canvasSide == 'h') return std::to_string(app.pixelForm.WorkBitmap.Height());
+  if (def.field.index() == 0) return app.globals.HeldSettings[def.held];
+  const std::string v = FieldValue(app, def.field, def.index);
+  if (def.onFor.empty()) return v;
+  return B(std::find(def.onFor.begin(), def.onFor.end(), ToInt(v)) != def.onFor.end());
 }
 
 void SetSetting(Application& app, const SettingDef& def, const std::string& value) {
@@ -679,40 +651,44 @@ void SetSetting(Application& app, const SettingDef& def, const std::string& valu
       def.radio->set(app, def.choice);
     else if (def.radio->factory >= 0 && def.radio->get(app) == def.choice)
       def.radio->set(app, def.radio->factory);
-  } else if (def.set)
-    def.set(app, v);
-  else if (def.field.index() != 0)
-    SetFieldValue(app, def.field, v);
-  else
+  } else if (def.monoInverts) {
+    // In monochrome the inverted output is the inverted mode, as the menu's toggle makes it.
+    app.session.NegativeOutput = ToBool(v) && app.session.Monochrome;
+    if (app.session.Monochrome) app.session.ModeNumber = app.session.NegativeOutput ? 2 : 1;
+  } else if (def.Bound()) {
+    SetFieldValue(app, def.field, def.index, v);
+    SetFieldValue(app, def.mirror, def.index, v);
+  } else {
     app.globals.HeldSettings[def.held] = v;
+  }
 }
 
 int ColourModeFromSwitches(const Application& app) {
-  auto on = [&app](std::string_view k) { return SwitchOn(app, k); };
-  const bool packed = on("S4/PM");
-  if (!on("B2/NOMAT")) {
-    if (on("S4/Moni")) return 2;
-    if (on("S4/Monc")) return 1;
+  auto on = [&app](const SettingKey& k) { return SwitchOn(app, k); };
+  const bool packed = on(keys::PM);
+  if (!on(keys::NOMAT)) {
+    if (on(keys::Moni)) return 2;
+    if (on(keys::Monc)) return 1;
   }
-  if (on("S4/G256")) return 32;
-  if (on("S4/C256") || on("S4/C256NP")) return 56;
-  if (on("S4/C16")) return 55;
-  if (on("S4/C8")) return 54;
-  if (on("S4/C4096") && packed) return 57;
-  if (on("S4/C65535")) return 59;
-  if (on("S4/C18u")) return 61;
-  if (on("S4/C18")) return 60;
-  if (on("S4/G16") && on("B1/ST7")) return 28;
-  if (on("S4/G16") && !on("S4/RGRA")) return 26;
-  if (on("S4/G16")) return 27;
-  if (on("S4/G4")) return 24;
-  if (on("S4/G42")) return 25;
-  if (on("S4/G32") && packed) return 29;
-  if (on("S4/G32")) return 30;
-  if (on("S4/GRL32")) return 31;
-  if (on("S4/C4096")) return 58;
-  if (on("S4/C16M") && !packed) return 63;
-  if (on("S4/C16M")) return 62;
+  if (on(keys::G256)) return 32;
+  if (on(keys::C256) || on(keys::C256NP)) return 56;
+  if (on(keys::C16)) return 55;
+  if (on(keys::C8)) return 54;
+  if (on(keys::C4096) && packed) return 57;
+  if (on(keys::C65535)) return 59;
+  if (on(keys::C18u)) return 61;
+  if (on(keys::C18)) return 60;
+  if (on(keys::G16) && on(keys::ST7)) return 28;
+  if (on(keys::G16) && !on(keys::RGRA)) return 26;
+  if (on(keys::G16)) return 27;
+  if (on(keys::G4)) return 24;
+  if (on(keys::G42)) return 25;
+  if (on(keys::G32) && packed) return 29;
+  if (on(keys::G32)) return 30;
+  if (on(keys::GRL32)) return 31;
+  if (on(keys::C4096)) return 58;
+  if (on(keys::C16M) && !packed) return 63;
+  if (on(keys::C16M)) return 62;
   return 0;
 }
 

@@ -16,25 +16,35 @@ class Application;
 enum class SettingType { String, Integer, Boolean };
 
 // The variable a key fills, named as a member of the record that holds it; the value is read and
-// written by the key's type. Empty: the key has a getter and setter of its own, or is held.
+// written by the key's type. Empty: the key is held, or is a choice of a radio group.
 using SettingField =
     std::variant<std::monostate, bool ConversionSession::*, int ConversionSession::*, std::string ConversionSession::*,
                  bool DataSyntax::*, int DataSyntax::*, std::string DataSyntax::*, bool Globals::*, int Globals::*,
-                 std::string Globals::*, bool ClipSyntax::*, std::string ClipSyntax::*>;
+                 std::string Globals::*, bool ClipSyntax::*, std::string ClipSyntax::*, int (Globals::*)[16]>;
+
+// Where a key stands in the project file. The few keys the program reaches by name are spelled
+// once, as constants (SettingsTableKeys.h), which the table's rows use too.
+struct SettingKey {
+  std::string_view section;
+  std::string_view key;
+};
 
 // A radio group the program holds as one value, stored in the file as one switch per choice:
 // "1" selects that choice; "0" on the choice in force falls back to the factory choice (when the
-// group has one), so a file with none on still gives a choice. One row for the whole group.
+// group has one), so a file with none on still gives a choice. One row for the whole group,
+// with its choices' keys and values in reading order.
 struct RadioGroup {
   std::string_view name;
   std::string_view section;
   int (*get)(const Application&);
   void (*set)(Application&, int);
-  int factory;  // -1: "0" changes nothing
+  int factory;       // -1: "0" changes nothing
+  int defaultChoice; // the choice whose switch is on in a new project
   std::vector<std::pair<std::string_view, int>> choices;  // each choice's key and value
 };
 
-// One key of the project file: where it stands, its factory default and the variable it fills.
+// One key of the project file: where it stands, its type, its factory default, the variable it
+// fills and how the file's reader and writer treat it.
 // Reading, writing, listing and `--set KEY=VALUE` all go through this table. A key that no
 // feature of the program uses yet is still read, held (Globals::HeldSettings) and written back,
 // so a project made by a fuller version of the program loses nothing here.
@@ -54,12 +64,23 @@ struct SettingDef {
   // One choice of a radio group: the group and the value this key's switch stands for.
   const RadioGroup* radio = nullptr;
   int choice = 0;
-  // For a key whose value is more than one variable (a choice of a radio group, the colour mode).
-  std::string (*get)(const Application&) = nullptr;
-  void (*set)(Application&, const std::string&) = nullptr;
+  // Reader and writer quirks, each named where the row sets it (SettingsTable.cpp):
+  // `index`: the entry of an array field (the sixteen custom sizes).
+  int index = 0;
+  // `onFor`: a switch written as "1" when its (number) field is one of these, "0" otherwise.
+  std::vector<int> onFor;
+  // `heldOnRead`: what is read is held, not put into the field, until the whole file is read
+  // (the colour mode's switches); the field is what is written.
+  bool heldOnRead = false;
+  // `canvasSide`: 'w' or 'h', the work canvas's side, written for the record.
+  char canvasSide = 0;
+  // `monoInverts`: on only in monochrome, where turning it on or off is the inverted mode.
+  bool monoInverts = false;
+  // `mirror`: a second variable that takes the same value.
+  SettingField mirror;
   // False: no variable of the program stands behind the key; its value is only held.
-  bool Bound() const { return radio || set || field.index() != 0; }
-  bool Readable() const { return radio || get || field.index() != 0; }
+  bool Bound() const { return radio || (field.index() != 0 && !heldOnRead); }
+  bool Readable() const { return radio || canvasSide || field.index() != 0; }
   // What the key takes. A value from the file outside these gives the default; a value given by
   // the user outside them is refused.
   int min = INT_MIN, max = INT_MAX;    // integers
@@ -86,6 +107,9 @@ std::vector<std::string> FactoryHeldSettings();
 // "B10/HCO" (a few names stand in two sections); a bare name finds the first in reading order.
 // nullptr when unknown.
 const SettingDef* FindSetting(std::string_view key);
+const SettingDef* FindSetting(const SettingKey& key);
+// The paging scheme's radio group: its choices' keys are also the command line's direction names.
+const RadioGroup& PagingRadioGroup();
 
 // A value the user gives for one run (`--set KEY=VALUE`, a settings panel field): a boolean is 0
 // or 1, an integer a whole number within the key's range, a string no longer than its field and,

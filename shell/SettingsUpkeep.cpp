@@ -8,6 +8,7 @@
 #include "shell/Folders.h"
 #include "shell/ProjectLock.h"
 #include "shell/SettingsTable.h"
+#include "shell/SettingsTableKeys.h"
 
 namespace rm {
 
@@ -15,7 +16,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string Setting(const Application& app, const char* key) { return GetSetting(app, *FindSetting(key)); }
+std::string Setting(const Application& app, const SettingKey& key) { return GetSetting(app, *FindSetting(key)); }
 
 std::string LocalStamp(std::time_t t, const char* format) {
   std::tm tm{};
@@ -115,26 +116,26 @@ std::vector<std::string> TMainForm::ConfChildSettings() const {
   std::vector<std::string> r = {" *** Config Strings ***"};
   // The settings panel's fields in the order it shows them. "Edit1" and "Edit3" are its two
   // unnamed line prefix fields.
-  const std::pair<const char*, const char*> fields[] = {
-      {"IncludeEdit=", "INCSYN"},        {"IncStartEdit=", "INCSSYN"},      {"IncEndEdit=", "INCESYN"},
-      {"FunctionPrefixEdit=", "FPREF"},  {"FunctionSuffixEdit=", "FSUFF"},  {"TouchPrefixEdit=", "tfp8"},
-      {"TouchSuffixEdit=", "tfp9"},      {"BeginEdit=", "LCDBS"},           {"EndEdit=", "ENDSYN"},
-      {"FillerEdit=", "tfp14"},          {"TouchEndEdit=", "tfp11"},        {"TouchBeginEdit=", "tfp10"},
-      {"SeparatorEdit=", "SEPASY"},      {"DelaySyntaxEdit=", "DELSYN"},    {"DelayStartEdit=", "DELSTA"},
-      {"DelayEndEdit=", "DELEND"},       {"LCDCompFunctionEdit=", "LCOMPS"}, {"LCDUnCompFunctionEdit=", "lcdUncomp"},
-      {"LCDStartEdit=", "LSTAS"},        {"LCDEndEdit=", "LENDS"},          {"Edit1=", "CPRE"},
-      {"Edit3=", "cpfr"},                {"SuffixEdit=", "VALSUF"},         {"PrefixEdit=", "VALpref"},
-      {"Underscore=", "usco"},           {"Col/Row Prefix= ", "fpar11"},    {"Col/Row Sufffix= ", "fpar12"},
-      {"Array Prefix= ", "fpar13"},      {"Array Sufffix= ", "fpar14"},     {"EOL string= ", "eolst"},
-      {"EOF Block string= ", "eofbl"},   {"Comment string= ", "cstrt"},     {"Separator string= ", "sepst"},
+  const std::pair<const char*, SettingKey> fields[] = {
+      {"IncludeEdit=", keys::INCSYN},        {"IncStartEdit=", keys::INCSSYN},      {"IncEndEdit=", keys::INCESYN},
+      {"FunctionPrefixEdit=", keys::FPREF},  {"FunctionSuffixEdit=", keys::FSUFF},  {"TouchPrefixEdit=", keys::tfp8},
+      {"TouchSuffixEdit=", keys::tfp9},      {"BeginEdit=", keys::LCDBS},           {"EndEdit=", keys::ENDSYN},
+      {"FillerEdit=", keys::tfp14},          {"TouchEndEdit=", keys::tfp11},        {"TouchBeginEdit=", keys::tfp10},
+      {"SeparatorEdit=", keys::SEPASY},      {"DelaySyntaxEdit=", keys::DELSYN},    {"DelayStartEdit=", keys::DELSTA},
+      {"DelayEndEdit=", keys::DELEND},       {"LCDCompFunctionEdit=", keys::LCOMPS}, {"LCDUnCompFunctionEdit=", keys::lcdUncomp},
+      {"LCDStartEdit=", keys::LSTAS},        {"LCDEndEdit=", keys::LENDS},          {"Edit1=", keys::CPRE},
+      {"Edit3=", keys::cpfr},                {"SuffixEdit=", keys::VALSUF},         {"PrefixEdit=", keys::VALpref},
+      {"Underscore=", keys::usco},           {"Col/Row Prefix= ", keys::fpar11},    {"Col/Row Sufffix= ", keys::fpar12},
+      {"Array Prefix= ", keys::fpar13},      {"Array Sufffix= ", keys::fpar14},     {"EOL string= ", keys::eolst},
+      {"EOF Block string= ", keys::eofbl},   {"Comment string= ", keys::cstrt},     {"Separator string= ", keys::sepst},
   };
   for (const auto& [label, key] : fields) r.push_back(label + Setting(app_, key));
   r.push_back(" *** Postpro Config ***");
-  r.push_back("PostProFile=" + Setting(app_, "pprof"));
+  r.push_back("PostProFile=" + Setting(app_, keys::pprof));
   r.push_back(" *** Config boolean ***");
-  const std::pair<const char*, const char*> checks[] = {
-      {"LCDsize Checked", "LCDSI"}, {"Delay Checked", "DELAY"}, {"Delay after last frame Checked", "DElas"},
-      {"Clip unit Checked", "Ecli"}, {"Size in data Checked", "WSIZE"}, {"Position in data Checked", "WORIG"}};
+  const std::pair<const char*, SettingKey> checks[] = {
+      {"LCDsize Checked", keys::LCDSI}, {"Delay Checked", keys::DELAY}, {"Delay after last frame Checked", keys::DElas},
+      {"Clip unit Checked", keys::Ecli}, {"Size in data Checked", keys::WSIZE}, {"Position in data Checked", keys::WORIG}};
   for (const auto& [label, key] : checks)
     if (Setting(app_, key) != "0") r.push_back(label);
   r.push_back(" *** Config settings ***");
@@ -151,10 +152,10 @@ std::vector<std::string> TMainForm::ReadConfig() const {
   r.push_back("Project = " + g.ActiveProject);
   r.push_back("H x W =" + std::to_string(app_.pixelForm.MatrixHeight()) + " x " +
               std::to_string(app_.pixelForm.MatrixWidth()));
-  r.push_back(Setting(app_, "UMATB") != "0" ? "User defined Matrix" : "Predefined Matrix");
+  r.push_back(Setting(app_, keys::UMATB) != "0" ? "User defined Matrix" : "Predefined Matrix");
   r.push_back(DirectionInfoText(s.Direction));
-  r.push_back("COM Baud : " + Setting(app_, "COMB"));
-  r.push_back(std::string("Rs485 : ") + (Setting(app_, "rs48") != "0" ? "Yes" : "No"));
+  r.push_back("COM Baud : " + Setting(app_, keys::COMB));
+  r.push_back(std::string("Rs485 : ") + (Setting(app_, keys::rs48) != "0" ? "Yes" : "No"));
   return r;
 }
 

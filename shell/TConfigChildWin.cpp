@@ -11,6 +11,7 @@
 #include "engine/TextLines.h"
 #include "shell/Application.h"
 #include "shell/SettingsTable.h"
+#include "shell/SettingsTableKeys.h"
 
 namespace rm {
 
@@ -99,17 +100,17 @@ const char* EolName(EndOfLine e) {
   return "Comma";
 }
 
-// A field that edits one project key as it stands; its length and range are the key's own.
-ConfigField KeyField(std::string_view tab, std::string_view group, std::string_view label, K kind,
-                     std::string_view key) {
+// A field that edits one project key as it stands; its control, length and range come from the
+// key's row: a switch for a boolean, a number for an integer, text for a string.
+ConfigField KeyField(std::string_view tab, std::string_view group, std::string_view label, const SettingKey& key) {
   ConfigField f;
-  f.id = key.substr(key.find('/') + 1);
+  f.id = key.key;
   f.tab = tab;
   f.group = group;
   f.label = label;
-  f.kind = kind;
   f.key = key;
   if (const SettingDef* def = FindSetting(key)) {
+    f.kind = def->type == SettingType::Boolean ? K::Switch : def->type == SettingType::Integer ? K::Number : K::Text;
     f.maxLength = static_cast<int>(def->maxLength);
     if (def->type == SettingType::Integer && (def->min != INT_MIN || def->max != INT_MAX)) {
       f.minimum = def->min;
@@ -132,14 +133,11 @@ ConfigField OwnField(std::string_view id, std::string_view tab, std::string_view
   return f;
 }
 
-ConfigField Text(std::string_view label, std::string_view key) {
-  return KeyField(TConfigChildWin::kTableOutputTab, kDataArrayGroup, label, K::Text, key);
+ConfigField Output(std::string_view label, const SettingKey& key) {
+  return KeyField(TConfigChildWin::kTableOutputTab, kDataArrayGroup, label, key);
 }
-ConfigField Switch(std::string_view label, std::string_view key) {
-  return KeyField(TConfigChildWin::kTableOutputTab, kDataArrayGroup, label, K::Switch, key);
-}
-ConfigField Header(std::string_view label, std::string_view key) {
-  return KeyField(TConfigChildWin::kIncludeHeaderTab, kSourceHeaderGroup, label, K::Text, key);
+ConfigField Header(std::string_view label, const SettingKey& key) {
+  return KeyField(TConfigChildWin::kIncludeHeaderTab, kSourceHeaderGroup, label, key);
 }
 
 std::vector<ConfigField> BuildFields() {
@@ -147,7 +145,7 @@ std::vector<ConfigField> BuildFields() {
   const std::string_view out = TConfigChildWin::kTableOutputTab;
 
   ConfigField format = OwnField(
-      "FXHB", out, kDataArrayGroup, "Data Format Options", K::Choice,
+      keys::FXHB.key, out, kDataArrayGroup, "Data Format Options", K::Choice,
       [](CA& a) { return CaptionOf(kFormats, a.session.Syntax.DataFormatKind); },
       [](A& a, const std::string& v) {
         const ChoiceMap* m = ByCaption(kFormats, v);
@@ -155,15 +153,15 @@ std::vector<ConfigField> BuildFields() {
         a.session.Syntax.DataFormatKind = std::string(m->value);
         return true;
       });
-  format.key = "S/FXHB";
+  format.key = keys::FXHB;
   format.choices = Captions(kFormats);
   f.push_back(format);
-  f.push_back(Text("Data Format Prefix (a)", "S2/VALpref"));
-  f.push_back(Text("Data Format Suffix (b)", "S2/VALSUF"));
-  f.push_back(Switch("Space Between Data", "B1/WithSp"));
+  f.push_back(Output("Data Format Prefix (a)", keys::VALpref));
+  f.push_back(Output("Data Format Suffix (b)", keys::VALSUF));
+  f.push_back(Output("Space Between Data", keys::WithSp));
 
   ConfigField perLine = OwnField(
-      "ORGC", out, kDataArrayGroup, "Data Bytes per line", K::Number,
+      keys::ORGC.key, out, kDataArrayGroup, "Data Bytes per line", K::Number,
       [](CA& a) { return std::to_string(a.session.Syntax.DataPerLine); },
       [](A& a, const std::string& v) {
         const auto n = WholeNumber(v);
@@ -172,7 +170,7 @@ std::vector<ConfigField> BuildFields() {
         a.mainForm.SetDataPerLine(*n <= 0 ? 2 : std::min(*n, 150));
         return true;
       });
-  perLine.key = "I11/ORGC";
+  perLine.key = keys::ORGC;
   perLine.minimum = 0;
   perLine.maximum = 150;
   f.push_back(perLine);
@@ -193,7 +191,7 @@ std::vector<ConfigField> BuildFields() {
       });
   separator.choices = {kNone, ",", kCustom};
   f.push_back(separator);
-  f.push_back(Text("Custom Separator String", "S13/sepst"));
+  f.push_back(Output("Custom Separator String", keys::sepst));
 
   ConfigField eol = OwnField(
       "Eol", out, kDataArrayGroup, "End Of Line Char", K::Choice,
@@ -210,9 +208,9 @@ std::vector<ConfigField> BuildFields() {
       });
   eol.choices = Captions(kEols);
   f.push_back(eol);
-  f.push_back(Text("Custom End Of Line String", "S13/eolst"));
-  f.push_back(Switch("Delete Very Last One", "B1/dellas"));
-  f.push_back(Switch("Delete All Last Ones", "B1/delallas"));
+  f.push_back(Output("Custom End Of Line String", keys::eolst));
+  f.push_back(Output("Delete Very Last One", keys::dellas));
+  f.push_back(Output("Delete All Last Ones", keys::delallas));
 
   ConfigField comment = OwnField(
       "COM", out, kDataArrayGroup, "Prefix of Comments", K::Choice,
@@ -230,28 +228,28 @@ std::vector<ConfigField> BuildFields() {
       });
   comment.choices = Captions(kComments);
   f.push_back(comment);
-  f.push_back(Text("Custom Comment Prefix", "S13/cstrt"));
-  f.push_back(Switch("No Comments", "B1/Noonts"));
-  f.push_back(Switch("No Data Comments", "B1/Nodcom"));
-  f.push_back(Switch("No Header", "B1/Noh"));
-  f.push_back(Switch("Hex leading 0> 0A..F", "B1/Addof"));
-  f.push_back(Switch("Line Numbers", "B1/LineN"));
-  f.push_back(Text("Data Lines Prefix", "S/CPRE"));
-  f.push_back(Text("Prefix End", "S13/cpfr"));
-  f.push_back(Text("Begin of Data", "S8/begds"));
-  f.push_back(Text("End Of Data", "S8/Endst"));
-  f.push_back(Switch("Enable Group Setings", "B1/ColRx"));
-  f.push_back(Text("Column/Row Prefix", "S12/fpar11"));
-  f.push_back(Text("Column/Row Suffix", "S12/fpar12"));
-  f.push_back(Text("Array Prefix", "S12/fpar13"));
-  f.push_back(Text("Array Suffix", "S12/fpar14"));
-  f.push_back(Text("Compression Prefix", "S14/cprx"));
-  f.push_back(Switch("Convert uint8_t", "B17/CU8"));
+  f.push_back(Output("Custom Comment Prefix", keys::cstrt));
+  f.push_back(Output("No Comments", keys::Noonts));
+  f.push_back(Output("No Data Comments", keys::Nodcom));
+  f.push_back(Output("No Header", keys::Noh));
+  f.push_back(Output("Hex leading 0> 0A..F", keys::Addof));
+  f.push_back(Output("Line Numbers", keys::LineN));
+  f.push_back(Output("Data Lines Prefix", keys::CPRE));
+  f.push_back(Output("Prefix End", keys::cpfr));
+  f.push_back(Output("Begin of Data", keys::begds));
+  f.push_back(Output("End Of Data", keys::Endst));
+  f.push_back(Output("Enable Group Setings", keys::ColRx));
+  f.push_back(Output("Column/Row Prefix", keys::fpar11));
+  f.push_back(Output("Column/Row Suffix", keys::fpar12));
+  f.push_back(Output("Array Prefix", keys::fpar13));
+  f.push_back(Output("Array Suffix", keys::fpar14));
+  f.push_back(Output("Compression Prefix", keys::cprx));
+  f.push_back(Output("Convert uint8_t", keys::CU8));
 
   // Rearrangement of the data bits.
   const std::string_view re = TConfigChildWin::kRearrangeTab;
-  f.push_back(KeyField(re, kRearrangeGroup, "Rearrange Data Bits", K::Switch, "B1/dore"));
-  f.push_back(KeyField(re, kRearrangeGroup, "Swap First and Last Data Bytes", K::Switch, "B7/rgb2"));
+  f.push_back(KeyField(re, kRearrangeGroup, "Rearrange Data Bits", keys::dore));
+  f.push_back(KeyField(re, kRearrangeGroup, "Swap First and Last Data Bytes", keys::rgb2));
   f.push_back(OwnField(
       "SwapRedGreen", re, kRearrangeGroup, "Swap RED and GREEN in Data", K::Switch,
       [](CA& a) { return OnOff(a.session.SwapRedGreen); },
@@ -260,35 +258,36 @@ std::vector<ConfigField> BuildFields() {
         a.session.SwapRedGreen = IsOn(v);
         return true;
       }));
-  f.push_back(KeyField(re, kRearrangeGroup, "RGBA", K::Switch, "S4/RGBA"));
+  f.push_back(KeyField(re, kRearrangeGroup, "RGBA", keys::RGBA));
   ConfigField nibble = OwnField(
-      "snib", re, kRearrangeGroup, "Swap Nibble Bits (4+4)", K::Switch, [](CA& a) { return OnOff(a.session.SwapNibble); },
+      keys::snib.key, re, kRearrangeGroup, "Swap Nibble Bits (4+4)", K::Switch,
+      [](CA& a) { return OnOff(a.session.SwapNibble); },
       [](A& a, const std::string& v) {
         if (!IsSwitchText(v)) return false;
         a.session.SwapNibble = IsOn(v);
         a.mainForm.StatusBarAndLog(a.session.SwapNibble ? "Swap Nibble ON" : "Swap Nibble OFF");
         return true;
       });
-  nibble.key = "B1/snib";
+  nibble.key = keys::snib;
   nibble.logsItself = true;
   f.push_back(nibble);
 
   // The strings of the clip unit and the other generated source around the tables.
-  f.push_back(Header("Include Syntax", "S3/INCSYN"));
-  f.push_back(Header("Include Start", "S3/INCSSYN"));
-  f.push_back(Header("Include End", "S3/INCESYN"));
-  f.push_back(Header("Function Prefix", "S3/FPREF"));
-  f.push_back(Header("Function Suffix", "S3/FSUFF"));
-  f.push_back(Header("Begin", "S3/LCDBS"));
-  f.push_back(Header("End", "S3/ENDSYN"));
-  f.push_back(Header("Separator", "S3/SEPASY"));
-  f.push_back(Header("Delay Function", "S3/DELSYN"));
-  f.push_back(Header("Delay Start", "S3/DELSTA"));
-  f.push_back(Header("Delay End", "S3/DELEND"));
-  f.push_back(Header("Compressed Bitmap Function", "S3/LCOMPS"));
-  f.push_back(Header("Bitmap Function", "S4/lcdUncomp"));
-  f.push_back(Header("Bitmap Function Start", "S3/LSTAS"));
-  f.push_back(Header("Bitmap Function End", "S3/LENDS"));
+  f.push_back(Header("Include Syntax", keys::INCSYN));
+  f.push_back(Header("Include Start", keys::INCSSYN));
+  f.push_back(Header("Include End", keys::INCESYN));
+  f.push_back(Header("Function Prefix", keys::FPREF));
+  f.push_back(Header("Function Suffix", keys::FSUFF));
+  f.push_back(Header("Begin", keys::LCDBS));
+  f.push_back(Header("End", keys::ENDSYN));
+  f.push_back(Header("Separator", keys::SEPASY));
+  f.push_back(Header("Delay Function", keys::DELSYN));
+  f.push_back(Header("Delay Start", keys::DELSTA));
+  f.push_back(Header("Delay End", keys::DELEND));
+  f.push_back(Header("Compressed Bitmap Function", keys::LCOMPS));
+  f.push_back(Header("Bitmap Function", keys::lcdUncomp));
+  f.push_back(Header("Bitmap Function Start", keys::LSTAS));
+  f.push_back(Header("Bitmap Function End", keys::LENDS));
 
   f.push_back(OwnField(
       "RevertPalette", TConfigChildWin::kPalettesTab, kPaletteGroup,
@@ -362,7 +361,8 @@ bool TConfigChildWin::SetValue(const ConfigField& field, const std::string& valu
     if (!field.set(app_, v)) return false;
   } else {
     std::string error;
-    if (!ApplySetting(app_, field.key, v, error, SettingUse::Session)) return false;
+    const std::string key = std::string(field.key.section) + "/" + std::string(field.key.key);
+    if (!ApplySetting(app_, key, v, error, SettingUse::Session)) return false;
   }
   app_.globals.LastAction = std::string(field.label);
   if (!field.logsItself) {

@@ -3,6 +3,8 @@
 #include <string_view>
 #include <vector>
 
+#include "shell/SettingsTable.h"
+
 namespace rm {
 
 class Application;
@@ -22,9 +24,9 @@ struct ConfigField {
   std::string_view group;  // the group box inside the tab
   std::string_view label;  // its caption, as the panel shows it
   ConfigFieldKind kind = ConfigFieldKind::Text;
-  // The project key it edits as it stands ("S/FXHB"); empty when the field goes through its own
-  // getter and setter (a radio group stored as several keys, or a variable with no key).
-  std::string_view key;
+  // The project key it edits as it stands; empty when the field goes through its own getter and
+  // setter (a radio group stored as several keys, or a variable with no key).
+  SettingKey key;
   int maxLength = 0;
   int minimum = 0;
   int maximum = 0;

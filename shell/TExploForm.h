@@ -101,7 +101,7 @@ class TExploForm {
   // A folder role: its settings key, labels, folder and the filter the automatic project folder
   // filters give it. Save label empty for the batch role.
   struct FolderRole {
-    const char* key;
+    std::string_view key;
     const char* treeLabel;
     const char* saveLabel;
     std::string path;

@@ -4,6 +4,7 @@
 
 #include "shell/Application.h"
 #include "shell/SettingsTable.h"
+#include "shell/SettingsTableKeys.h"
 
 namespace rm {
 
@@ -11,29 +12,31 @@ namespace {
 
 // The keys of one window; empty where the project has none for it.
 struct PlaceKeys {
-  const char* left;
-  const char* top;
-  const char* width;
-  const char* height;
-  const char* tab;
-  const char* shown;
+  SettingKey left;
+  SettingKey top;
+  SettingKey width;
+  SettingKey height;
+  SettingKey tab;
+  SettingKey shown;
 };
 
 PlaceKeys KeysOf(DesktopWindow window) {
+  constexpr SettingKey none;
   switch (window) {
-    case DesktopWindow::Explorer: return {"formp2", "formp1", "ew1", "", "", "ExploWs"};
-    case DesktopWindow::Editors: return {"etl2", "et2", "ew2", "eh2", "eta2", "Expws2"};
-    case DesktopWindow::WorkCanvas: return {"formp4", "formp3", "formW3", "formW4", "", "ImageWs"};
-    case DesktopWindow::PixelPanel: return {"formp6", "formp5", "", "", "", "PixelWs"};
-    case DesktopWindow::Log: return {"", "", "", "", "", "Logws"};
-    case DesktopWindow::Settings: return {"", "", "", "", "", "ConfWs"};
-    case DesktopWindow::Main: return {"", "", "", "", "", "MainWs"};
+    case DesktopWindow::Explorer: return {keys::formp2, keys::formp1, keys::ew1, none, none, keys::ExploWs};
+    case DesktopWindow::Editors: return {keys::etl2, keys::et2, keys::ew2, keys::eh2, keys::eta2, keys::Expws2};
+    case DesktopWindow::WorkCanvas:
+      return {keys::formp4, keys::formp3, keys::formW3, keys::formW4, none, keys::ImageWs};
+    case DesktopWindow::PixelPanel: return {keys::formp6, keys::formp5, none, none, none, keys::PixelWs};
+    case DesktopWindow::Log: return {none, none, none, none, none, keys::Logws};
+    case DesktopWindow::Settings: return {none, none, none, none, none, keys::ConfWs};
+    case DesktopWindow::Main: return {none, none, none, none, none, keys::MainWs};
   }
-  return {"", "", "", "", "", ""};
+  return {};
 }
 
-int ReadNumber(const Application& app, const char* key) {
-  if (!*key) return -1;
+int ReadNumber(const Application& app, const SettingKey& key) {
+  if (key.key.empty()) return -1;
   const SettingDef* def = FindSetting(key);
   if (!def) return -1;
   const std::string text = GetSetting(app, *def);
@@ -42,8 +45,8 @@ int ReadNumber(const Application& app, const char* key) {
   return ec == std::errc() && end == text.data() + text.size() ? value : -1;
 }
 
-void WriteNumber(Application& app, const char* key, int value) {
-  if (!*key || value < 0) return;
+void WriteNumber(Application& app, const SettingKey& key, int value) {
+  if (key.key.empty() || value < 0) return;
   if (const SettingDef* def = FindSetting(key)) SetSetting(app, *def, std::to_string(value));
 }
 
