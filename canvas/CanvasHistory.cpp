@@ -7,7 +7,8 @@
 #include <memory>
 #include <new>
 
-#include "canvas/PixelGrid.h"
+#include "canvas/CanvasHistory.h"
+#include "canvas/TPixelForm.h"
 
 namespace rm {
 
@@ -67,8 +68,8 @@ std::shared_ptr<std::uint32_t[]> NewHistoryBlock(std::size_t words) {
 // touched. A changed band of few colours (the usual display artwork) is held as runs. All that
 // one push keeps goes into one block: on fresh memory a single allocation is far cheaper than
 // one per band. The index rules do not see any of this; an entry reads back as a whole bitmap.
-void TPixelForm::CopyCanvasToSaveTable() {
-  CopyBitmapToCanvas();
+void CanvasHistory::CopyCanvasToSaveTable() {
+  canvas_.CopyBitmapToCanvas();
   ++UndoIndex;
   UndoTop = UndoIndex;
   // Redo entries above the new one are dropped.
@@ -84,8 +85,8 @@ void TPixelForm::CopyCanvasToSaveTable() {
   const int belowIndex = static_cast<int>(undoStack_.size()) - 1;
   const SavedCanvas* below = belowIndex >= 0 ? &undoStack_.back() : nullptr;
   SavedCanvas entry;
-  entry.width = WorkBitmap.Width();
-  entry.height = WorkBitmap.Height();
+  entry.width = canvas_.WorkBitmap.Width();
+  entry.height = canvas_.WorkBitmap.Height();
   const int bandCount = (entry.height + kBandRows - 1) / kBandRows;
   const bool comparable = below && below->width == entry.width && below->height == entry.height;
   if (comparable && pushedIndex_ != belowIndex) {
@@ -105,7 +106,7 @@ void TPixelForm::CopyCanvasToSaveTable() {
   std::size_t scratchUsed = 0, needed = 0;
   for (int b = 0; b < bandCount; ++b) {
     const std::size_t n = bandPixels(b);
-    const std::uint32_t* pixels = WorkBitmap.Row(b * kBandRows);
+    const std::uint32_t* pixels = canvas_.WorkBitmap.Row(b * kBandRows);
     SavedBand& band = entry.bands[static_cast<std::size_t>(b)];
     if (comparable && std::memcmp(pushedCopy_.Row(b * kBandRows), pixels, n * sizeof(std::uint32_t)) == 0) {
       band = below->bands[static_cast<std::size_t>(b)];
@@ -129,23 +130,23 @@ void TPixelForm::CopyCanvasToSaveTable() {
       SavedBand& band = entry.bands[static_cast<std::size_t>(b)];
       if (band.words) continue;
       const std::uint32_t* from =
-          band.runs ? packScratch_.data() + packedAt[static_cast<std::size_t>(b)] : WorkBitmap.Row(b * kBandRows);
+          band.runs ? packScratch_.data() + packedAt[static_cast<std::size_t>(b)] : canvas_.WorkBitmap.Row(b * kBandRows);
       std::memcpy(block.get() + at, from, band.count * sizeof(std::uint32_t));
       band.words = std::shared_ptr<const std::uint32_t>(block, block.get() + at);
       at += band.count;
       if (comparable)
-        std::memcpy(pushedCopy_.Row(b * kBandRows), WorkBitmap.Row(b * kBandRows),
+        std::memcpy(pushedCopy_.Row(b * kBandRows), canvas_.WorkBitmap.Row(b * kBandRows),
                     bandPixels(b) * sizeof(std::uint32_t));
     }
   }
-  if (!comparable) pushedCopy_ = WorkBitmap;
+  if (!comparable) pushedCopy_ = canvas_.WorkBitmap;
   pushedIndex_ = UndoIndex;
   undoStack_.push_back(std::move(entry));
   UndoEnabled = UndoIndex > 0 && UndoIndex != UndoBase;
   RedoEnabled = false;
 }
 
-Bitmap TPixelForm::UndoEntry(int index) const {
+Bitmap CanvasHistory::UndoEntry(int index) const {
   if (index < 0 || index >= static_cast<int>(undoStack_.size())) return Bitmap();
   const SavedCanvas& e = undoStack_[static_cast<std::size_t>(index)];
   Bitmap b(e.width, e.height);
@@ -156,20 +157,20 @@ Bitmap TPixelForm::UndoEntry(int index) const {
 
 // An entry taken at another display size is laid at the top left of the canvas as it is now,
 // the way a size change keeps the picture.
-void TPixelForm::CopySaveTableToCanvas() {
+void CanvasHistory::CopySaveTableToCanvas() {
   if (UndoIndex < 0 || UndoIndex >= static_cast<int>(undoStack_.size())) return;
   const SavedCanvas& e = undoStack_[static_cast<std::size_t>(UndoIndex)];
-  if (e.width == WorkBitmap.Width() && e.height == WorkBitmap.Height()) {
+  if (e.width == canvas_.WorkBitmap.Width() && e.height == canvas_.WorkBitmap.Height()) {
     for (std::size_t i = 0; i < e.bands.size(); ++i)
-      UnpackBand(e.bands[i].words.get(), e.bands[i].count, e.bands[i].runs, WorkBitmap.Row(static_cast<int>(i) * kBandRows));
+      UnpackBand(e.bands[i].words.get(), e.bands[i].count, e.bands[i].runs, canvas_.WorkBitmap.Row(static_cast<int>(i) * kBandRows));
   } else {
-    WorkBitmap.Fill(BackgroundColour);
-    DrawTopLeft(UndoEntry(UndoIndex), WorkBitmap);
+    canvas_.WorkBitmap.Fill(canvas_.BackgroundColour);
+    DrawTopLeft(UndoEntry(UndoIndex), canvas_.WorkBitmap);
   }
-  CopyBitmapToCanvas();
+  canvas_.CopyBitmapToCanvas();
 }
 
-void TPixelForm::ResetHistory() {
+void CanvasHistory::ResetHistory() {
   undoStack_.clear();
   pushedIndex_ = -1;
   UndoIndex = -1;
@@ -180,37 +181,37 @@ void TPixelForm::ResetHistory() {
 
 // ---- Image Collection ------------------------------------------------------------------------
 
-void TPixelForm::StoreCollection(int slot) {
+void CanvasHistory::StoreCollection(int slot) {
   if (slot < 0 || slot >= kCollectionSlots) return;
   CopyCanvasToSaveTable();
   CollectionSlot& s = CollectionSlots[slot];
   // What the slot held comes back on "undo"; a slot that was free becomes free again.
   CollectionPrevious[slot] = s.Picture;
-  s.Picture = WorkBitmap;
-  s.Thumbnail = WorkBitmap;
+  s.Picture = canvas_.WorkBitmap;
+  s.Thumbnail = canvas_.WorkBitmap;
   LastCollectionSlot = slot;
 }
 
-bool TPixelForm::TakeCollection(int slot) {
+bool CanvasHistory::TakeCollection(int slot) {
   if (slot < 0 || slot >= kCollectionSlots || CollectionSlots[slot].Picture.Empty()) return false;
-  DrawTopLeft(CollectionSlots[slot].Picture, WorkBitmap);
-  CopyBitmapToCanvas();
+  DrawTopLeft(CollectionSlots[slot].Picture, canvas_.WorkBitmap);
+  canvas_.CopyBitmapToCanvas();
   return true;
 }
 
-bool TPixelForm::UndoCollection() {
+bool CanvasHistory::UndoCollection() {
   if (LastCollectionSlot < 0 || LastCollectionSlot >= kCollectionSlots) return false;
   CollectionSlot& s = CollectionSlots[LastCollectionSlot];
   s.Picture = CollectionPrevious[LastCollectionSlot];
-  s.Thumbnail = s.Picture.Empty() ? Bitmap(WorkBitmap.Width(), WorkBitmap.Height(), kCollectionGray) : s.Picture;
+  s.Thumbnail = s.Picture.Empty() ? Bitmap(canvas_.WorkBitmap.Width(), canvas_.WorkBitmap.Height(), kCollectionGray) : s.Picture;
   LastCollectionSlot = kCollectionSlots;
   return true;
 }
 
-void TPixelForm::DeleteCollection() {
+void CanvasHistory::DeleteCollection() {
   for (int i = 0; i < kCollectionSlots; ++i) {
     CollectionSlots[i].Picture = Bitmap();
-    CollectionSlots[i].Thumbnail = Bitmap(WorkBitmap.Width(), WorkBitmap.Height(), kCollectionGray);
+    CollectionSlots[i].Thumbnail = Bitmap(canvas_.WorkBitmap.Width(), canvas_.WorkBitmap.Height(), kCollectionGray);
     CollectionSlots[i].Actions = {"Actions="};
     CollectionPrevious[i] = Bitmap();
   }

@@ -7,7 +7,7 @@
 
 namespace rm {
 
-bool TMainForm::ConvertAnimation(const std::vector<Bitmap>& frames, const std::vector<int>& delaysMs) {
+bool AnimationEncoding::ConvertAnimation(const std::vector<Bitmap>& frames, const std::vector<int>& delaysMs) {
   ConversionSession& s = app_.session;
   Globals& g = app_.globals;
   UiPort& ui = app_.ui;
@@ -45,7 +45,7 @@ bool TMainForm::ConvertAnimation(const std::vector<Bitmap>& frames, const std::v
   std::vector<ClipFrame> clip;
   bool ok = true;
   for (int f = 1; f <= n; ++f) {
-    StatusBarAndLog("Encoding image # " + std::to_string(f));
+    app_.mainForm.StatusBarAndLog("Encoding image # " + std::to_string(f));
     app_.pixelForm.SetCanvas(frames[static_cast<std::size_t>(f - 1)]);
     s.PreviousFrame = f > 1 ? &frames[static_cast<std::size_t>(f - 2)] : nullptr;
     s.AnimationFrame = f;
@@ -53,7 +53,7 @@ bool TMainForm::ConvertAnimation(const std::vector<Bitmap>& frames, const std::v
     s.OutputFileName = frameFile(f);
     s.TableName = tableName;
     s.InfoFilePath = infoFile;  // every frame names the one parameter file of the run
-    const bool done = TranslateCanvas();
+    const bool done = app_.mainForm.TranslateCanvas();
     ClipFrame shown;
     shown.file = frameFile(f);
     shown.table = tableName + s.Underscore + std::to_string(f);
@@ -88,7 +88,7 @@ bool TMainForm::ConvertAnimation(const std::vector<Bitmap>& frames, const std::v
     g.AnimationBytes += record.bytes;
     g.AnimationFrameRecords.push_back(record);
     clip.push_back(shown);
-    if (toFiles && !SaveOutputFile(true)) {
+    if (toFiles && !app_.mainForm.SaveOutputFile(true)) {
       ok = false;
       break;
     }
@@ -119,7 +119,7 @@ bool TMainForm::ConvertAnimation(const std::vector<Bitmap>& frames, const std::v
       ui.MessageDlg(" File could not be saved to disk, access denied ! \r Reason = " + error, "Error", DlgType::Error,
                     {"OK"});
   }
-  if (toFiles && !g.AnimationFrameRecords.empty()) WriteInfoFile();
+  if (toFiles && !g.AnimationFrameRecords.empty()) app_.mainForm.WriteInfoFile();
   g.AnimationMode = wasActive;
   g.FrameCount = wasCount;
   app_.pixelForm.SetCanvas(original);

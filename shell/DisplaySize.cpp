@@ -33,28 +33,28 @@ bool ReadSize(const std::string& text, int& value) {
 
 }  // namespace
 
-bool TMainForm::IsMatrixPreset(int width, int height) {
+bool DisplaySize::IsMatrixPreset(int width, int height) {
   return std::any_of(std::begin(kMatrixPresets), std::end(kMatrixPresets),
                      [&](const MatrixSize& p) { return p.width == width && p.height == height; });
 }
 
-std::vector<std::pair<int, int>> TMainForm::MatrixPresets() {
+std::vector<std::pair<int, int>> DisplaySize::MatrixPresets() {
   std::vector<std::pair<int, int>> sizes;
   for (const MatrixSize& p : kMatrixPresets) sizes.emplace_back(p.width, p.height);
   return sizes;
 }
 
-bool TMainForm::MatrixPresetClick(int width, int height) {
+bool DisplaySize::MatrixPresetClick(int width, int height) {
   Globals& g = app_.globals;
   if (!IsMatrixPreset(width, height)) return false;
-  if (IsSelectionActive()) return false;
+  if (app_.mainForm.IsSelectionActive()) return false;
   // These two widths cannot be packed in bytes across a row.
   const bool rowsUnfit = height == 32 && (width == 100 || width == 122);
   if (rowsUnfit && IsHorizontal(app_.session.Direction)) {
     app_.ui.MessageDlg("This dot matrix size not compatible with horizontal paging scheme !\r Scheme will be changed "
                        "to vertical ! ",
                        "Warning", DlgType::Warning, {"OK"});
-    SetDirection(PagingDirection::Down);
+    app_.mainForm.SetDirection(PagingDirection::Down);
   }
   // The menu's tick follows MatrixWidth, MatrixHeight and UserMatrix; the front end draws it.
   if (g.MatrixWidth == width && g.MatrixHeight == height && !g.NoMatrixMode) return false;
@@ -65,7 +65,7 @@ bool TMainForm::MatrixPresetClick(int width, int height) {
   return true;
 }
 
-void TMainForm::CHLCDMatrix() {
+void DisplaySize::CHLCDMatrix() {
   Globals& g = app_.globals;
   g.UserMatrix = false;
   LCDMatrix();
@@ -73,21 +73,21 @@ void TMainForm::CHLCDMatrix() {
   g.UserMatrix = false;
 }
 
-void TMainForm::LCDMatrix() {
+void DisplaySize::LCDMatrix() {
   Globals& g = app_.globals;
   if (g.NoMatrixMode) {
     g.NoMatrixMode = false;
     g.ColourMenuEnabled = true;
     g.ExplorerNoMatrixMode = false;
-    SetColourMode(1, true);
+    app_.mainForm.SetColourMode(1, true);
     negativeOFf();
     CanvasRedraw();
     g.UserMatrix = true;
   }
-  StatusBarAndLog("LCD Matrix H:" + std::to_string(g.MatrixHeight) + " W:" + std::to_string(g.MatrixWidth));
+  app_.mainForm.StatusBarAndLog("LCD Matrix H:" + std::to_string(g.MatrixHeight) + " W:" + std::to_string(g.MatrixWidth));
 }
 
-void TMainForm::negativeOFf() {
+void DisplaySize::negativeOFf() {
   ConversionSession& s = app_.session;
   s.NegativeOutput = false;
   if (s.ModeNumber == 2) s.ModeNumber = 1;
@@ -95,7 +95,7 @@ void TMainForm::negativeOFf() {
 
 // The canvas takes the display size. The picture is kept where it fits, not scaled or cleared:
 // trying a few display sizes on a drawing must not lose it (TPixelForm::FormRedraw).
-void TMainForm::CanvasRedraw() {
+void DisplaySize::CanvasRedraw() {
   const Globals& g = app_.globals;
   TPixelForm& canvas = app_.pixelForm;
   canvas.DiscardSelection();
@@ -109,19 +109,19 @@ void TMainForm::CanvasRedraw() {
   app_.session.CanvasHeight = g.MatrixHeight;
 }
 
-void TMainForm::NoMatrix1Click() {
+void DisplaySize::NoMatrix1Click() {
   Globals& g = app_.globals;
-  if (IsSelectionActive()) return;
+  if (app_.mainForm.IsSelectionActive()) return;
   g.MatrixWidth = g.ScreenWidth / 2;
   g.MatrixHeight = g.ScreenHeight / 2;
   g.NoMatrixMode = true;
   g.ColourMenuEnabled = false;
-  SetColourMode(62, true);
+  app_.mainForm.SetColourMode(62, true);
   CanvasRedraw();
   g.ExplorerNoMatrixMode = true;
 }
 
-bool TMainForm::UserMatrixClick(const std::string& widthText, const std::string& heightText) {
+bool DisplaySize::UserMatrixClick(const std::string& widthText, const std::string& heightText) {
   Globals& g = app_.globals;
   ConversionSession& s = app_.session;
   int width = 0, height = 0;
@@ -131,8 +131,8 @@ bool TMainForm::UserMatrixClick(const std::string& widthText, const std::string&
                        "Warning", DlgType::Warning, {"OK"});
     return false;
   }
-  StatusBarAndLog("H:=" + std::to_string(height) + " W:=" + std::to_string(width));
-  StatusBarAndLog("Dot matrix size = User defined");
+  app_.mainForm.StatusBarAndLog("H:=" + std::to_string(height) + " W:=" + std::to_string(width));
+  app_.mainForm.StatusBarAndLog("Dot matrix size = User defined");
   width = std::clamp(width, 1, kMaxUserWidth);
   height = std::clamp(height, 1, kMaxUserHeight);
   // A size not yet in the custom list takes its first free entry (none when all sixteen are
@@ -173,7 +173,7 @@ bool TMainForm::UserMatrixClick(const std::string& widthText, const std::string&
                    : "Dot matrix size not compatible with vertical paging scheme !\rDo you want to change paging "
                      "scheme orientation to horizontal ?";
     if (app_.ui.MessageDlg(question, "Confirm", DlgType::Confirmation, {"Yes", "No"}) != "Yes" ||
-        !SetDirection(widthUnfit ? PagingDirection::Down : PagingDirection::ToRight))
+        !app_.mainForm.SetDirection(widthUnfit ? PagingDirection::Down : PagingDirection::ToRight))
       break;
   }
   g.MatrixWidth = previousWidth;
@@ -185,6 +185,63 @@ bool TMainForm::UserMatrixClick(const std::string& widthText, const std::string&
   s.CanvasWidth = previousCanvas.Width();
   s.CanvasHeight = previousCanvas.Height();
   return false;
+}
+
+// ---- the size combo and the custom sizes -----------------------------------------------------
+
+bool DisplaySize::FitCanvasToPicture(int width, int height) {
+  Globals& g = app_.globals;
+  if (!g.NoMatrixMode || width <= 0 || height <= 0) return false;
+  g.MatrixWidth = width;
+  g.MatrixHeight = height;
+  CanvasRedraw();
+  return true;
+}
+
+std::vector<std::string> DisplaySize::MatrixComboItems() {
+  std::vector<std::string> items;
+  for (const auto& [w, h] : MatrixPresets()) items.push_back(std::to_string(w) + "X" + std::to_string(h));
+  return items;
+}
+
+bool DisplaySize::MatrixComboChange(const std::string& text) {
+  for (const auto& [w, h] : MatrixPresets())
+    if (text == std::to_string(w) + "X" + std::to_string(h)) return MatrixPresetClick(w, h);
+  return false;
+}
+
+std::vector<std::string> DisplaySize::CustomSizeMenuItems() const {
+  const Globals& g = app_.globals;
+  std::vector<std::string> items;
+  for (int i = 0; i < 16; ++i)
+    if (g.CustomWidths[i] != 0)
+      items.push_back("Custom " + std::to_string(g.CustomWidths[i]) + " x " + std::to_string(g.CustomHeights[i]));
+  return items;
+}
+
+bool DisplaySize::CustomSizeMenuClick(int index) {
+  const Globals& g = app_.globals;
+  int seen = 0;
+  for (int i = 0; i < 16; ++i) {
+    if (g.CustomWidths[i] == 0) continue;
+    if (seen++ == index) return UserMatrixClick(std::to_string(g.CustomWidths[i]), std::to_string(g.CustomHeights[i]));
+  }
+  return false;
+}
+
+SizeKeyResult DisplaySize::CustomSizeKeyPress(const std::string& typed, int pending, bool isWidth) {
+  const ConversionSession& s = app_.session;
+  // The multiple binds the width in a horizontal scheme and the height in a vertical one.
+  const bool bound = isWidth == IsHorizontal(s.Direction);
+  const SizeKeyResult r = CustomSizeKey(typed, pending, isWidth, bound ? PagingMultiple(s.ModeNumber) : 1);
+  if (r.beep) app_.ui.Beep();
+  if (!r.message.empty()) app_.ui.MessageDlg(r.message, "Error", DlgType::Error, {"OK"});
+  return r;
+}
+
+void DisplaySize::WorkCanvasSizeClick() {
+  app_.ui.MessageDlg(" Use the LCD Matrix Item in the Main Menu to define \r Work Canvas Height and Width ",
+                     "Information", DlgType::Information, {"OK"});
 }
 
 }  // namespace rm

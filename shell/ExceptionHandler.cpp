@@ -77,7 +77,7 @@ Sorted Sort(const std::exception_ptr& fault) {
 
 }  // namespace
 
-void TMainForm::HiddenExcept(const std::string& text) {
+void ExceptionHandler::HiddenExcept(const std::string& text) {
   ++app_.globals.ErrorCount;
   app_.logWindow.Add(">> " + text);
 }
@@ -87,7 +87,7 @@ void TMainForm::HiddenExcept(const std::string& text) {
 // choose another name), and a silent log line would leave a failed command unexplained. A
 // console session only logs them, through MessageDlgA. The others only go to the log: the user
 // could do nothing about them, and the command that failed has already stopped.
-ReportKind TMainForm::MyExceptionHandler(std::exception_ptr fault) noexcept {
+ReportKind ExceptionHandler::MyExceptionHandler(std::exception_ptr fault) noexcept {
   Globals& g = app_.globals;
   g.ExceptionSeen = true;
   bool counted = false;  // the count has been settled, stepped or not
@@ -107,7 +107,7 @@ ReportKind TMainForm::MyExceptionHandler(std::exception_ptr fault) noexcept {
         if (s.outcome != Outcome::InvalidName) ++g.ErrorCount;
         counted = true;
         app_.logWindow.Add(">> " + std::string(message) + where);
-        MessageDlgA(message, "Error", 0, 4, 1);
+        app_.mainForm.MessageDlgA(message, "Error", 0, 4, 1);
         return ReportKind::HandledExcept;
       }
       case Outcome::FocusFault:

@@ -42,7 +42,7 @@ bool LessByName(const std::string& a, const std::string& b) {
 
 }  // namespace
 
-std::string TExploForm::FileTypeText(const std::string& fileName, bool isDirectory) {
+std::string ExplorerFiles::FileTypeText(const std::string& fileName, bool isDirectory) {
   if (isDirectory) return "DIRECTORY";
   static constexpr std::pair<const char*, const char*> kKinds[] = {
       {".RMV", "Rastermill Vectors"},   {".BAK", "Source File Backup"},   {".BIN", "Binary File"},
@@ -58,7 +58,7 @@ std::string TExploForm::FileTypeText(const std::string& fileName, bool isDirecto
   return ext.substr(1) + " File";
 }
 
-bool TExploForm::FilterAccepts(const std::string& filter, const std::string& fileName) {
+bool ExplorerFiles::FilterAccepts(const std::string& filter, const std::string& fileName) {
   if (filter.empty()) return true;
   const std::string ext = UpperExt(fileName);
   if (filter == "ALL GRAPHICS")
@@ -74,14 +74,14 @@ bool TExploForm::FilterAccepts(const std::string& filter, const std::string& fil
   return (single == ".JPG" && ext == ".JPEG") || (single == ".TIFF" && ext == ".TIF");
 }
 
-std::string TExploForm::SizeText(unsigned long long bytes) {
+std::string ExplorerFiles::SizeText(unsigned long long bytes) {
   const unsigned long long kb = (bytes + 1023) / 1024;
   std::string digits = std::to_string(kb);
   for (int at = static_cast<int>(digits.size()) - 3; at > 0; at -= 3) digits.insert(static_cast<std::size_t>(at), ",");
   return digits + " Ko";
 }
 
-std::string TExploForm::DateText(std::time_t when) {
+std::string ExplorerFiles::DateText(std::time_t when) {
   const std::tm tm = LocalTime(when);
   char buf[40];
   std::snprintf(buf, sizeof buf, "%.2d/%.2d/%.4d %.2d:%.2d", tm.tm_mday, tm.tm_mon + 1, tm.tm_year + 1900, tm.tm_hour,
@@ -89,7 +89,7 @@ std::string TExploForm::DateText(std::time_t when) {
   return buf;
 }
 
-TExploForm::FileListing TExploForm::ListeLesFichiers(const std::string& folder, const std::string& filter) const {
+ExplorerFiles::FileListing ExplorerFiles::ListeLesFichiers(const std::string& folder, const std::string& filter) const {
   const Globals& g = app_.globals;
   FileListing listing;
   std::vector<FileRow> folders, files;
@@ -137,7 +137,7 @@ TExploForm::FileListing TExploForm::ListeLesFichiers(const std::string& folder, 
   return listing;
 }
 
-const std::vector<TExploForm::FilterMenuItem>& TExploForm::FilterMenu() {
+const std::vector<ExplorerFiles::FilterMenuItem>& ExplorerFiles::FilterMenu() {
   static const std::vector<FilterMenuItem> kMenu = {
       {"All files (*.*)", ""},
       {"All graphic files", "ALL GRAPHICS"},
@@ -161,13 +161,13 @@ const std::vector<TExploForm::FilterMenuItem>& TExploForm::FilterMenu() {
   return kMenu;
 }
 
-std::string TExploForm::FilterLabel() const {
+std::string ExplorerFiles::FilterLabel() const {
   const Globals& g = app_.globals;
   if (g.ExplorerFilter.empty()) return "Filter = All files *.*";
   return "Filter = " + (g.ExplorerFilterText.empty() ? g.ExplorerFilter : g.ExplorerFilterText);
 }
 
-bool TExploForm::FilterMenuClick(const std::string& menuText) {
+bool ExplorerFiles::FilterMenuClick(const std::string& menuText) {
   for (const FilterMenuItem& item : FilterMenu()) {
     if (menuText != item.text) continue;
     app_.globals.ExplorerFilter = item.filter;
@@ -177,7 +177,7 @@ bool TExploForm::FilterMenuClick(const std::string& menuText) {
   return false;
 }
 
-std::vector<TExploForm::FolderRole> TExploForm::FolderRoles() const {
+std::vector<ExplorerFiles::FolderRole> ExplorerFiles::FolderRoles() const {
   const Globals& g = app_.globals;
   return {
       {keys::BFP.key, "Graphics Library", "In Graphics Library", g.GraphicsRole, "ALL GRAPHICS"},
@@ -189,7 +189,7 @@ std::vector<TExploForm::FolderRole> TExploForm::FolderRoles() const {
   };
 }
 
-std::vector<std::pair<std::string, std::string>> TExploForm::UserFolders() const {
+std::vector<std::pair<std::string, std::string>> ExplorerFiles::UserFolders() const {
   const Globals& g = app_.globals;
   const std::string home = HomeFolder();
   return {
@@ -200,7 +200,7 @@ std::vector<std::pair<std::string, std::string>> TExploForm::UserFolders() const
   };
 }
 
-bool TExploForm::EnterFolder(const std::string& folder) {
+bool ExplorerFiles::EnterFolder(const std::string& folder) {
   Globals& g = app_.globals;
   std::error_code ec;
   if (folder.empty() || !fs::is_directory(folder, ec)) {
@@ -221,7 +221,7 @@ bool TExploForm::EnterFolder(const std::string& folder) {
   return true;
 }
 
-bool TExploForm::Loadfile(const std::string& path) {
+bool ExplorerFiles::Loadfile(const std::string& path) {
   Globals& g = app_.globals;
   TMainForm& main = app_.mainForm;
   g.LastAction = "Load file";
@@ -291,7 +291,7 @@ bool TExploForm::Loadfile(const std::string& path) {
         // cannot be saved nothing replaces it.
         bool saved = false;
         if (!g.EditorFileName.empty())
-          saved = SaveFN(g.EditorFileName, false);
+          saved = app_.exploForm.SaveFN(g.EditorFileName, false);
         else if (!app_.session.OutputFolder.empty())
           saved = main.SaveOutputFile(false);
         else
@@ -299,7 +299,7 @@ bool TExploForm::Loadfile(const std::string& path) {
         if (!saved) return false;
       }
     }
-    return LoadSource(path);
+    return app_.exploForm.LoadSource(path);
   }
   if (ext == ".RTF") {
     TextLines document;
@@ -310,7 +310,7 @@ bool TExploForm::Loadfile(const std::string& path) {
     main.StatusBarAndLog("Load Document Editor with " + path);
     return true;
   }
-  if (ext == ".HEX" || ext == ".BIN") return LoadHex(path);
+  if (ext == ".HEX" || ext == ".BIN") return app_.exploForm.LoadHex(path);
 
   main.StatusBarAndLog(name + " : no part of the program opens this kind of file");
   return false;

@@ -38,7 +38,7 @@ std::string ProgramInitsFolder() {
          "/";
 }
 
-void TMainForm::LoadFolders() {
+void FolderSetup::LoadFolders() {
   Globals& g = app_.globals;
   g.LastAction = "load folders";
   const std::string home = HomeFolder();
@@ -61,7 +61,7 @@ void TMainForm::LoadFolders() {
   }
   if (!lock->Held()) {
     CreateProjectRoot(app_);
-    StatusBarAndLog(lock->Error());
+    app_.mainForm.StatusBarAndLog(lock->Error());
     app_.ui.MessageDlg(" Init file is opened by another application ! ", "Error", DlgType::Error, {"OK"});
     g.ActiveProject.clear();
     return;
@@ -103,16 +103,16 @@ void TMainForm::LoadFolders() {
   fs::create_directories(g.InitsFolder, ec);
   std::string error;
   if (!WriteFileAtomically(pointer, g.InitsFolder + "default.LCD\n", &error))
-    StatusBarAndLog("Init file not written : " + error);
+    app_.mainForm.StatusBarAndLog("Init file not written : " + error);
 }
 
-bool TMainForm::SaveFolders() {
+bool FolderSetup::SaveFolders() {
   Globals& g = app_.globals;
   const std::string pointer = g.InitsFolder + "Rastermill.ini";
   std::error_code ec;
   std::string error;
   ProjectLock lock(g.InitsFolder, ProjectLock::Mode::Exclusive);
-  if (!lock.Held()) StatusBarAndLog(lock.Error());
+  if (!lock.Held()) app_.mainForm.StatusBarAndLog(lock.Error());
   if (!lock.Held() || IsFileInUse(pointer) || !fs::exists(pointer, ec) ||
       !WriteFileAtomically(pointer, g.ActiveProject + "\n", &error)) {
     app_.ui.MessageDlg(" Init file is opened by another application or was deleted ! ", "Error", DlgType::Error,

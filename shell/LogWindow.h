@@ -9,7 +9,7 @@ namespace rm {
 
 // The log window: the list of the user's steps, in the order they happened. The window itself
 // belongs to the front end; this is its model. The status field and the repeat rule that feeds
-// it are in TMainForm::StatusBarAndLog.
+// it are in MessageLog::StatusBarAndLog.
 class TLogWindowForm {
  public:
   // Adds a line as it is and scrolls the list to it. Nothing happens while the window does not

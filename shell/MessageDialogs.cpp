@@ -52,7 +52,7 @@ bool SameCaption(const std::string& a, const char* b) {
 // Nobody is asked in a console session, nor when RepeatGuard holds back a message that already
 // stands in the status field. The answer is then the one Esc would give: Cancel, else No, else
 // OK, so an unattended run never agrees to something by itself.
-int TMainForm::MessageDlgA(const std::string& text, const std::string& title, int /*help*/, int buttons,
+int MessageDialogs::MessageDlgA(const std::string& text, const std::string& title, int /*help*/, int buttons,
                            int kind) {
   const Globals& g = app_.globals;
   TLogWindowForm& log = app_.logWindow;
@@ -81,7 +81,7 @@ int TMainForm::MessageDlgA(const std::string& text, const std::string& title, in
 
 // The same rules with the caller's captions. Unattended, the answer is the default button (or,
 // when that is not shown, the one Esc would give); a dialog closed without a button gives 0.
-int TMainForm::MyMessageDialog(const std::string& text, DlgType type, int defaultButton,
+int MessageDialogs::MyMessageDialog(const std::string& text, DlgType type, int defaultButton,
                                const std::vector<std::string>& captions, int buttons) {
   const Globals& g = app_.globals;
   TLogWindowForm& log = app_.logWindow;

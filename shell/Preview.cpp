@@ -7,7 +7,7 @@
 
 namespace rm {
 
-bool TExploForm2::LoadPreview(const std::string& fileName) {
+bool Preview::LoadPreview(const std::string& fileName) {
   if (app_.codecs == nullptr) {
     app_.mainForm.MessageDlgA(fileName + ": this program has no picture decoders, the file cannot be shown.",
                               "Loading a Graphic Error", 0, 4, 1);
@@ -28,22 +28,22 @@ bool TExploForm2::LoadPreview(const std::string& fileName) {
 }
 
 // A turn changes which pixels the crop rectangle covers, so it is dropped.
-void TExploForm2::PreviewTurnRight() {
+void Preview::PreviewTurnRight() {
   PreviewBitmap = RotateBitmap(PreviewBitmap, 90, kDefaultBackground, true);
   PreviewCropActive = false;
 }
 
-void TExploForm2::PreviewTurnLeft() {
+void Preview::PreviewTurnLeft() {
   PreviewBitmap = RotateBitmap(PreviewBitmap, 270, kDefaultBackground, true);
   PreviewCropActive = false;
 }
 
-void TExploForm2::PreviewHalfTurn() {
+void Preview::PreviewHalfTurn() {
   PreviewBitmap = RotateBitmap(PreviewBitmap, 180, kDefaultBackground, true);
   PreviewCropActive = false;
 }
 
-bool TExploForm2::SelectPreviewArea(int left, int top, int right, int bottom) {
+bool Preview::SelectPreviewArea(int left, int top, int right, int bottom) {
   // The user may drag in any direction and beyond the picture.
   if (left > right) std::swap(left, right);
   if (top > bottom) std::swap(top, bottom);
@@ -61,7 +61,7 @@ bool TExploForm2::SelectPreviewArea(int left, int top, int right, int bottom) {
   return true;
 }
 
-bool TExploForm2::ReloadOriginalPreview() {
+bool Preview::ReloadOriginalPreview() {
   if (PreviewOriginal.Empty()) return false;
   PreviewBitmap = PreviewOriginal;
   PreviewCropActive = false;
@@ -70,7 +70,7 @@ bool TExploForm2::ReloadOriginalPreview() {
   return true;
 }
 
-bool TExploForm2::ResizePreviewToFit() {
+bool Preview::ResizePreviewToFit() {
   if (PreviewBitmap.Empty()) return false;
   const PictureSize size = PropotionalResizeSize(PreviewBitmap.Width(), PreviewBitmap.Height(),
                                                  app_.pixelForm.MatrixWidth(), app_.pixelForm.MatrixHeight());
@@ -80,7 +80,7 @@ bool TExploForm2::ResizePreviewToFit() {
   return true;
 }
 
-bool TExploForm2::ExportGraphic() {
+bool Preview::ExportGraphic() {
   if (PreviewBitmap.Empty()) return false;
   TMainForm& main = app_.mainForm;
   if (main.IsSelectionActive()) return false;

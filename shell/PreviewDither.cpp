@@ -20,7 +20,7 @@ bool KeepInDocuments(Application& app, const Bitmap& picture, const std::string&
 
 }  // namespace
 
-bool TExploForm2::ConvertToDithered(Bitmap& preview) {
+bool Preview::ConvertToDithered(Bitmap& preview) {
   const TPixelForm& canvas = app_.pixelForm;
   // The original is kept so that "Reload Original Image" can undo the dither.
   bool ok = KeepInDocuments(app_, preview, "original_image_x_x.bmp");
@@ -30,7 +30,7 @@ bool TExploForm2::ConvertToDithered(Bitmap& preview) {
   return ok;
 }
 
-void TExploForm2::DitherBitmap(Bitmap& bitmap) {
+void Preview::DitherBitmap(Bitmap& bitmap) {
   if (!PreviewDithered) return;
   const TPixelForm& canvas = app_.pixelForm;
   KeepInDocuments(app_, bitmap, "original_image_x_x.bmp");

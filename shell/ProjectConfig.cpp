@@ -27,7 +27,7 @@ void ClearReadOnlyFolder(const std::string& projectPath) {
 
 }  // namespace
 
-bool TMainForm::LoadConfigurationX(bool testInUse) {
+bool ProjectConfig::LoadConfigurationX(bool testInUse) {
   Globals& g = app_.globals;
   g.LastAction = "Load Configuration";
   // Read under the folder's shared lock: no process of the program replaces the file meanwhile,
@@ -37,7 +37,7 @@ bool TMainForm::LoadConfigurationX(bool testInUse) {
   std::error_code ec;
   const bool exists = !g.ActiveProject.empty() && fs::is_regular_file(g.ActiveProject, ec);
   if ((lock && !lock->Held()) || (exists && testInUse && IsFileInUse(g.ActiveProject, FileUse::Read))) {
-    if (lock && !lock->Held()) StatusBarAndLog(lock->Error());
+    if (lock && !lock->Held()) app_.mainForm.StatusBarAndLog(lock->Error());
     app_.ui.MessageDlg(" Settings file is opened by another application ! ", "Error", DlgType::Error, {"OK"});
     return false;
   }
@@ -45,7 +45,7 @@ bool TMainForm::LoadConfigurationX(bool testInUse) {
   IniFile project;
   if (exists) {
     std::string error;
-    if (!project.Load(g.ActiveProject, &error)) StatusBarAndLog(error);
+    if (!project.Load(g.ActiveProject, &error)) app_.mainForm.StatusBarAndLog(error);
   } else {
     // No project yet (first run, or the pointer led nowhere): the factory state, saved as the
     // default project at the next write. The reads below all take their defaults, even when a
@@ -62,12 +62,12 @@ bool TMainForm::LoadConfigurationX(bool testInUse) {
   return true;
 }
 
-bool TMainForm::SaveConfigurationX(std::string* error) {
+bool ProjectConfig::SaveConfigurationX(std::string* error) {
   Globals& g = app_.globals;
   g.LastAction = "Save Configuration";
   std::string why;
   auto fail = [&](const std::string& reason) {
-    StatusBarAndLog(reason);
+    app_.mainForm.StatusBarAndLog(reason);
     if (error) *error = reason;
     return false;
   };

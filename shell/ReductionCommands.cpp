@@ -6,7 +6,7 @@
 
 namespace rm {
 
-void TImageForm::BWAdjustementTool1BWTrackBarChange(int position, bool mouseButtonHeld) {
+void ReductionCommands::BWAdjustementTool1BWTrackBarChange(int position, bool mouseButtonHeld) {
   TPixelForm& canvas = app_.pixelForm;
   if (canvas.TransferLayerVisible) return;
   position = std::clamp(position, 0, 255);
@@ -22,7 +22,7 @@ void TImageForm::BWAdjustementTool1BWTrackBarChange(int position, bool mouseButt
   app_.mainForm.StatusBarAndLog("Black/white balance changed, paste selection when ready");
 }
 
-void TImageForm::BWThresholdZeroButtonClick() { BWAdjustementTool1BWTrackBarChange(255 / 2, false); }
+void ReductionCommands::BWThresholdZeroButtonClick() { BWAdjustementTool1BWTrackBarChange(255 / 2, false); }
 
 namespace {
 
@@ -42,7 +42,7 @@ bool SelectWholeCanvasForDithering(Application& app) {
 
 }  // namespace
 
-bool TImageForm::PerformDitheringParametersbelow1Click() {
+bool ReductionCommands::PerformDitheringParametersbelow1Click() {
   // An animation dithers its frames through its own commands.
   if (app_.globals.AnimationMode) return false;
   TPixelForm& canvas = app_.pixelForm;
@@ -58,7 +58,7 @@ bool TImageForm::PerformDitheringParametersbelow1Click() {
   return true;
 }
 
-bool TImageForm::ConvertWorkCanvasToBWByDithering() {
+bool ReductionCommands::ConvertWorkCanvasToBWByDithering() {
   if (app_.globals.AnimationMode) return false;
   TPixelForm& canvas = app_.pixelForm;
   if (canvas.FloatingSelection) {
@@ -71,7 +71,7 @@ bool TImageForm::ConvertWorkCanvasToBWByDithering() {
   return true;
 }
 
-bool TImageForm::OKPasteLayerClick() {
+bool ReductionCommands::OKPasteLayerClick() {
   const TPixelForm::PasteOutcome outcome = app_.pixelForm.PasteLayerButtonClick();
   if (outcome == TPixelForm::PasteOutcome::Dithered) app_.usage.Add("idith");
   if (outcome != TPixelForm::PasteOutcome::Pasted) return false;

@@ -58,7 +58,7 @@ int HexValue(const std::string& text) {
 
 }  // namespace
 
-bool TMainForm::FormCreate(bool singleInstance) {
+bool StartUp::FormCreate(bool singleInstance) {
   Globals& g = app_.globals;
   ConversionSession& s = app_.session;
   g.StartStep = 4;
@@ -72,7 +72,7 @@ bool TMainForm::FormCreate(bool singleInstance) {
     if (!app_.instanceLock.Acquire(InstanceLockPath(inits))) {
       app_.ui.MessageDlg(" Another instance of Rastermill is already running !", "Message", DlgType::Information,
                          {"OK"});
-      StatusBarAndLog("Another instance of Rastermill is already running !");
+      app_.mainForm.StatusBarAndLog("Another instance of Rastermill is already running !");
       // No quit record: the counters belong to the instance that runs, whose session is not over.
       return false;
     }
@@ -80,7 +80,7 @@ bool TMainForm::FormCreate(bool singleInstance) {
 
   g.StartStep = 6;
   g.StartRegistryStep = 13;
-  ReadInfoFromRegistry();
+  app_.mainForm.ReadInfoFromRegistry();
   g.StartRegistryStep = 14;
 
   g.StartStep = 7;
@@ -90,13 +90,13 @@ bool TMainForm::FormCreate(bool singleInstance) {
   g.MatrixHeight = 128;
 
   g.StartStep = 8;
-  LoadFolders();
-  LoadConfigurationX();
+  app_.mainForm.LoadFolders();
+  app_.mainForm.LoadConfigurationX();
 
   g.StartStep = 9;
   s.CanvasWidth = g.MatrixWidth;
   s.CanvasHeight = g.MatrixHeight;
-  if (g.NoMatrixMode) NoMatrix1Click();
+  if (g.NoMatrixMode) app_.mainForm.NoMatrix1Click();
 
   g.StartStep = 10;
   g.FillerValue = HexValue(g.FillerText);
@@ -104,7 +104,7 @@ bool TMainForm::FormCreate(bool singleInstance) {
   g.StartStep = 11;
   // The menus are reset and the mode in force ticked again; a project that names no mode
   // starts in monochrome. Picture Mode keeps the true colour it has just set.
-  if (!g.NoMatrixMode) SetColourMode(FindColourMode(s.ModeNumber) ? s.ModeNumber : 1, true);
+  if (!g.NoMatrixMode) app_.mainForm.SetColourMode(FindColourMode(s.ModeNumber) ? s.ModeNumber : 1, true);
 
   g.StartStep = 14;
   return true;

@@ -42,6 +42,17 @@ struct StartOptions {
 
 enum class StartOutcome { Started, AnotherInstance };
 
+// The main window's creation, where the settings are read.
+class StartUp {
+ public:
+  explicit StartUp(Application& app) : app_(app) {}
+  // False when another instance of the desktop program runs; then nothing has been read.
+  bool FormCreate(bool singleInstance);
+
+ private:
+  Application& app_;
+};
+
 // The start of the program, headless: the main window reads the settings, then the other
 // windows are made in their fixed order. The front end shows them by the state left in Globals.
 StartOutcome StartProgram(Application& app, const StartOptions& options);

@@ -2,6 +2,7 @@
 
 #include "engine/OutputNaming.h"
 #include "shell/Application.h"
+#include "shell/FileKinds.h"
 
 namespace rm {
 
@@ -37,5 +38,38 @@ bool TExploForm2::TranslateCanvasButtons() {
 void TExploForm2::InputHexInTextEditor(const std::string& hex) { app_.encoder.Formatter().IntelHex().InputHex(hex); }
 
 void TExploForm2::EndIntelHex() { app_.encoder.Formatter().IntelHex().EndRecord(); }
+
+void TExploForm2::EditHeaderButtonClick() {
+  Globals& g = app_.globals;
+  g.HeaderEditMode = !g.HeaderEditMode;
+  if (g.HeaderEditMode)
+    app_.mainForm.DisableModeChange();
+  else
+    app_.mainForm.EnableModeChange();
+}
+
+// ---- the editors' highlighters and typing ----------------------------------------------------
+
+TExploForm2::Highlighter TExploForm2::Highlighters(const std::string& fileName, const std::string& libraryExtension) {
+  const std::string ext = UpperExt(fileName);
+  if (ext == ".ASM") return Highlighter::Assembler;
+  if (ext == ".C" || ext == ".H" || (!libraryExtension.empty() && ext == "." + UpperText(libraryExtension)))
+    return Highlighter::Cpp;
+  if (ext == ".PAS") return Highlighter::Pascal;
+  if (ext == ".BAS") return Highlighter::VisualBasic;
+  if (OneOf(ext, {".TXT", ".FSC", ".RTF", ".LOG"})) return Highlighter::General;
+  if (ext == ".HTM" || ext == ".HTML") return Highlighter::Html;
+  if (ext == ".XML") return Highlighter::Xml;
+  return Highlighter::None;
+}
+
+TExploForm2::Highlighter TExploForm2::Highlighters(const std::string& fileName) const {
+  return Highlighters(fileName, app_.session.LibraryExtension);
+}
+
+void TExploForm2::MainTextEdited(const std::string& text) {
+  app_.mainText.SetText(text);
+  app_.globals.EditorUnsaved = true;
+}
 
 }  // namespace rm

@@ -2,6 +2,7 @@
 #include <string>
 
 #include "engine/Bitmap.h"
+#include "shell/Preview.h"
 
 namespace rm {
 
@@ -9,8 +10,13 @@ class Application;
 
 // The editors window's part of the Convert command, and its Intel HEX text sink.
 class TExploForm2 {
+  // The preview comes first: the names that reach its state are bound to it.
+  Preview preview_;
+
  public:
-  explicit TExploForm2(Application& app) : app_(app) {}
+  explicit TExploForm2(Application& app) : preview_(app), app_(app) {}
+  TExploForm2(const TExploForm2&) = delete;
+  TExploForm2& operator=(const TExploForm2&) = delete;
   bool TranslateCanvasButtons();
 
   // Two hex digits of one byte into the pending Intel HEX record of the main text; a full record
@@ -22,41 +28,29 @@ class TExploForm2 {
   // The header template's edit mode, a toggle: the mode's flags and menus.
   void EditHeaderButtonClick();
 
-  // ---- The graphic preview of the explorer: load, crop, turns, export ----
-  // Decodes a picture into the preview. False, after telling the user, when it cannot be read.
-  bool LoadPreview(const std::string& fileName);
-  // Quarter turns (clockwise, counter-clockwise) and the half turn of the preview picture.
-  void PreviewTurnRight();
-  void PreviewTurnLeft();
-  void PreviewHalfTurn();
-  // "Select an Area inside the Preview": the rectangle (right and bottom exclusive) that the
-  // import takes of the picture. False when it holds no pixel of it.
-  bool SelectPreviewArea(int left, int top, int right, int bottom);
-  void ClearPreviewArea() { PreviewCropActive = false; }
-  // "Reload Original Image": the picture as loaded, without turns, crop or dithering.
-  bool ReloadOriginalPreview();
-  // "Resize to fit in Work Canvas": the preview picture resized as an import would be.
-  bool ResizePreviewToFit();
-  // "Export Previewed Graphic to Work Canvas": the preview's picture, cropped, goes the import's
-  // way from the fitting on. False when there is none or the user cancelled.
-  bool ExportGraphic();
-  std::string PreviewFileName;
-  Bitmap PreviewBitmap;    // what the preview shows
-  Bitmap PreviewOriginal;  // as it was loaded
-  bool PreviewCropActive = false;
-  int PreviewCropLeft = 0, PreviewCropTop = 0, PreviewCropRight = 0, PreviewCropBottom = 0;
-  // ---- end of the preview ----
-
-  // ---- Dithering in the preview ----
-  // On after the preview was dithered: the import then reduces the picture the same way.
-  bool PreviewDithered = false;
-  // Reduces an imported picture as the preview was reduced, when it was.
-  void DitherBitmap(Bitmap& bitmap);
-  // "Perform Dithering" on the preview: keeps the picture as original_image_x_x.bmp and the
-  // result as dithered_image_x_x.bmp in the Documents folder. False when a file could not be
-  // written (the user has been told); the preview is dithered all the same.
-  bool ConvertToDithered(Bitmap& preview);
-  // ---- end of dithering in the preview ----
+  // ---- The graphic preview of the explorer (Preview) ----
+  bool LoadPreview(const std::string& fileName) { return preview_.LoadPreview(fileName); }
+  void PreviewTurnRight() { preview_.PreviewTurnRight(); }
+  void PreviewTurnLeft() { preview_.PreviewTurnLeft(); }
+  void PreviewHalfTurn() { preview_.PreviewHalfTurn(); }
+  bool SelectPreviewArea(int left, int top, int right, int bottom) {
+    return preview_.SelectPreviewArea(left, top, right, bottom);
+  }
+  void ClearPreviewArea() { preview_.ClearPreviewArea(); }
+  bool ReloadOriginalPreview() { return preview_.ReloadOriginalPreview(); }
+  bool ResizePreviewToFit() { return preview_.ResizePreviewToFit(); }
+  bool ExportGraphic() { return preview_.ExportGraphic(); }
+  void DitherBitmap(Bitmap& bitmap) { preview_.DitherBitmap(bitmap); }
+  bool ConvertToDithered(Bitmap& preview) { return preview_.ConvertToDithered(preview); }
+  std::string& PreviewFileName = preview_.PreviewFileName;
+  Bitmap& PreviewBitmap = preview_.PreviewBitmap;
+  Bitmap& PreviewOriginal = preview_.PreviewOriginal;
+  bool& PreviewCropActive = preview_.PreviewCropActive;
+  int& PreviewCropLeft = preview_.PreviewCropLeft;
+  int& PreviewCropTop = preview_.PreviewCropTop;
+  int& PreviewCropRight = preview_.PreviewCropRight;
+  int& PreviewCropBottom = preview_.PreviewCropBottom;
+  bool& PreviewDithered = preview_.PreviewDithered;
 
   // ---- Editors: loading, highlighters, saving ----
   // The tabs of the editors window, by number (Globals::EditorsPage).

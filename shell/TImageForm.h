@@ -1,4 +1,5 @@
 #pragma once
+#include "shell/ReductionCommands.h"
 
 namespace rm {
 
@@ -7,7 +8,7 @@ class Application;
 // The Work Canvas view's commands; here the Convert button.
 class TImageForm {
  public:
-  explicit TImageForm(Application& app) : app_(app) {}
+  explicit TImageForm(Application& app) : app_(app), reduction_(app) {}
   // The Convert command. False when it stopped before or during the conversion.
   bool EncodeButtonClick();
 
@@ -37,26 +38,18 @@ class TImageForm {
 
   // ---- end of the canvas view commands ----
 
-  // ---- Threshold slider and dithering commands ----
-  // The threshold slider moved to `position` (0 to 255). While the mouse button is held only the
-  // number follows; on release the selection (the whole canvas when there is none) is
-  // thresholded at that position.
-  void BWAdjustementTool1BWTrackBarChange(int position, bool mouseButtonHeld);
-  // ">MID": the slider to the middle, applied.
-  void BWThresholdZeroButtonClick();
-  // "Dithering": dithers the selection by the Dithering menu; with no selection asks whether to
-  // take the whole canvas. False when nothing was dithered.
-  bool PerformDitheringParametersbelow1Click();
-  // "Convert Work Canvas to Black and White by Dithering": the whole canvas, without asking.
-  bool ConvertWorkCanvasToBWByDithering();
-  // "OK Paste Layer": pastes the selection, asking first when a monochrome conversion is
-  // pending. True when it was pasted.
-  bool OKPasteLayerClick();
-
-  // ---- end of the threshold and dithering commands ----
+  // ---- Threshold slider and dithering commands (ReductionCommands) ----
+  void BWAdjustementTool1BWTrackBarChange(int position, bool mouseButtonHeld) {
+    reduction_.BWAdjustementTool1BWTrackBarChange(position, mouseButtonHeld);
+  }
+  void BWThresholdZeroButtonClick() { reduction_.BWThresholdZeroButtonClick(); }
+  bool PerformDitheringParametersbelow1Click() { return reduction_.PerformDitheringParametersbelow1Click(); }
+  bool ConvertWorkCanvasToBWByDithering() { return reduction_.ConvertWorkCanvasToBWByDithering(); }
+  bool OKPasteLayerClick() { return reduction_.OKPasteLayerClick(); }
 
  private:
   Application& app_;
+  ReductionCommands reduction_;
 };
 
 }  // namespace rm

@@ -11,17 +11,49 @@
 #include "engine/Palette.h"
 #include "engine/InfoFile.h"
 #include "engine/UiPort.h"
+#include "shell/AnimationEncoding.h"
+#include "shell/CanvasStatus.h"
+#include "shell/DisplaySize.h"
+#include "shell/ExceptionHandler.h"
+#include "shell/FolderSetup.h"
 #include "shell/LogWindow.h"
+#include "shell/MessageDialogs.h"
+#include "shell/MessageLog.h"
+#include "shell/PictureImport.h"
+#include "shell/ProjectConfig.h"
+#include "shell/QuitSequence.h"
+#include "shell/SpecialModes.h"
+#include "shell/StartUp.h"
 
 namespace rm {
 
 class Application;
 
 // The main window's commands, headless: colour modes, Paging Scheme, bit order, output kind, and
-// the canvas preparation of the Convert command.
+// the canvas preparation of the Convert command. Its other menu commands belong to its parts
+// (log, dialogs, display size, import, special modes, start and quit, ...) and are forwarded.
 class TMainForm {
+  // The parts, one per responsibility; the commands below forward to them.
+  // They come first: the names that reach their state are bound to them.
+  MessageLog log_;
+  MessageDialogs dialogs_;
+  ExceptionHandler faults_;
+  FolderSetup folders_;
+  ProjectConfig config_;
+  AnimationEncoding animation_;
+  SpecialModes modes_;
+  DisplaySize size_;
+  CanvasStatus status_;
+  StartUp start_;
+  QuitSequence quit_;
+  PictureImport import_;
+
  public:
-  explicit TMainForm(Application& app) : app_(app) {}
+  explicit TMainForm(Application& app)
+      : log_(app), dialogs_(app), faults_(app), folders_(app), config_(app), animation_(app), modes_(app),
+        size_(app), status_(app), start_(app), quit_(app), import_(app), app_(app) {}
+  TMainForm(const TMainForm&) = delete;
+  TMainForm& operator=(const TMainForm&) = delete;
 
   // The colour mode commands. Returns true when the mode was changed.
   bool SetColourMode(int modeNumber, bool forcedReload = false);
@@ -61,8 +93,6 @@ class TMainForm {
   // True when the canvas holds a colour that the mode's table lacks.
   bool HasStrayColours() const;
 
-  void StatusBarAndLog(const std::string& text);
-
   // The output file name from the last picture's name and the output kind; stored in the session.
   std::string defineOutputFileName();
   // The parameter file of the last conversion: output folder + "/" + output name + ".rtf".
@@ -75,23 +105,6 @@ class TMainForm {
   // output path. Asks before replacing an existing file unless `overwrite` is set. False when
   // not saved; the data then stays in the editor, still marked unsaved.
   bool SaveOutputFile(bool overwrite);
-  // Finds or creates the inits folder, the pointer file and the project root, and sets the active
-  // project (falling back to the default project when the pointer names none that exists).
-  void LoadFolders();
-  // Writes the active project into the pointer file; false (and the quit blocked) when the
-  // pointer file is held by another program or was deleted.
-  bool SaveFolders();
-  // Reads the active project into the program: the factory state when there is no such file
-  // (ActiveProject then names the default project). False, after telling the user, when the file
-  // is held by another program; nothing is read then.
-  // `testInUse` off is for readers that never write the project, such as conversions run side
-  // by side: the file is only ever replaced whole, so a reader cannot see half of it, and the
-  // test itself would make such readers refuse one another.
-  bool LoadConfigurationX(bool testInUse = true);
-  // Writes the program's settings into the active project. False when it is held by another
-  // program or cannot be written, with the reason in `error`; the file on disk then stays as it
-  // was.
-  bool SaveConfigurationX(std::string* error = nullptr);
 
   // Usage counters (see UsageCounters): read and counted up at start, the session's time and a
   // normal quit added at quit.
@@ -106,169 +119,116 @@ class TMainForm {
   // summary of the settings panel.
   std::vector<std::string> ConfChildSettings() const;
   std::vector<std::string> ReadConfig() const;
-  // Encodes a sequence of frames, one file per frame named after the output with an underscore
-  // and the frame number, then the parameter file of the whole run. False when the user said no
-  // or a frame stopped the series; the frames written until then stay.
-  // `delaysMs` gives each frame's delay for the clip unit; missing ones take FrameDelayMs.
-  bool ConvertAnimation(const std::vector<Bitmap>& frames, const std::vector<int>& delaysMs = {});
 
-  // ---- Log, message dialogs and the failure handler (LogWindow.cpp, MessageDialogs.cpp,
-  // ExceptionHandler.cpp)
-  // Adds `text` and the form and control of the last fault to the log; nothing before the log
-  // window exists.
-  void LogError(const std::string& text);
-  // Scrolls the log to its last line.
-  void LogToLastLine();
-  // A fault the user is not shown: counted, and ">> " + text in the log.
-  void HiddenExcept(const std::string& text);
-  // Sorts a fault that reached the top of a command into the known cases, tells the user or
-  // not, counts and logs it, and says how it is to be reported. Never throws. Call it from the
-  // front end's catch block with std::current_exception(), which keeps the fault's own type.
-  ReportKind MyExceptionHandler(std::exception_ptr fault) noexcept;
-  // At quit: the whole log as "L.LOG" in the inits folder, when that folder exists.
-  bool SaveLog();
-  // "Save Log to File": `path` is the name the user chose (empty when cancelled); a name without
-  // a folder goes to the Documents role, one without an extension gets ".LOG".
-  bool SaveLogtoFile1Click(const std::string& path);
-  // The folder the front end's file dialog starts in for "Save Log to File".
-  std::string LogFileFolder() const;
-  void HideLogWindow1Click();
-  void ShowLogWindow1Click();
-  // A message with standard buttons. `buttons` is a mask: 1 Yes, 2 No, 4 OK, 8 Cancel; `kind`
-  // 0 warning, 1 error, 2 information, 3 confirmation. Returns 1 OK, 2 Cancel, 6 Yes, 7 No.
-  // `help` is unused and always 0.
-  int MessageDlgA(const std::string& text, const std::string& title, int help, int buttons, int kind);
-  // A message with up to three buttons of the caller's captions; `buttons` chooses which of
-  // them are shown (1 first, 2 second, 4 third; 0 all). Returns 1, 2 or 4 for the button
-  // pressed; `defaultButton` is the one Enter presses and the answer when nobody is asked.
+  // ---- The parts' commands, forwarded ----
+  // Frames (AnimationEncoding).
+  bool ConvertAnimation(const std::vector<Bitmap>& frames, const std::vector<int>& delaysMs = {}) {
+    return animation_.ConvertAnimation(frames, delaysMs);
+  }
+
+  // Project settings and folders (ProjectConfig, FolderSetup).
+  bool LoadConfigurationX(bool testInUse = true) { return config_.LoadConfigurationX(testInUse); }
+  bool SaveConfigurationX(std::string* error = nullptr) { return config_.SaveConfigurationX(error); }
+  void LoadFolders() { folders_.LoadFolders(); }
+  bool SaveFolders() { return folders_.SaveFolders(); }
+
+  // Log, message dialogs and the failure handler (MessageLog, MessageDialogs, ExceptionHandler).
+  void StatusBarAndLog(const std::string& text) { log_.StatusBarAndLog(text); }
+  void LogError(const std::string& text) { log_.LogError(text); }
+  void LogToLastLine() { log_.LogToLastLine(); }
+  bool SaveLog() { return log_.SaveLog(); }
+  bool SaveLogtoFile1Click(const std::string& path) { return log_.SaveLogtoFile1Click(path); }
+  std::string LogFileFolder() const { return log_.LogFileFolder(); }
+  void HideLogWindow1Click() { log_.HideLogWindow1Click(); }
+  void ShowLogWindow1Click() { log_.ShowLogWindow1Click(); }
+  void HiddenExcept(const std::string& text) { faults_.HiddenExcept(text); }
+  ReportKind MyExceptionHandler(std::exception_ptr fault) noexcept { return faults_.MyExceptionHandler(fault); }
+  int MessageDlgA(const std::string& text, const std::string& title, int help, int buttons, int kind) {
+    return dialogs_.MessageDlgA(text, title, help, buttons, kind);
+  }
   int MyMessageDialog(const std::string& text, DlgType type, int defaultButton,
-                      const std::vector<std::string>& captions, int buttons = 0);
-  // ---- Special modes, display size, quit and start ----
-  // A script that a special mode edits. The mode's editor fills it in when the mode is entered;
-  // `Save` writes the script and returns false when it was not saved. Without an editor nothing
-  // can be saved, and a leave that was told to save stays in the mode.
-  struct ModeScript {
-    std::string Path;
-    bool Changed = false;
-    std::function<bool()> Save;
-  };
-  ModeScript FontScript, FieldsScript, TouchScript, EditableFont, VectorDesign;
-  // Collects the places of the windows into the settings at quit, before the project is written;
-  // set by the front end that has windows.
-  std::function<void()> FormPositions;
-  // Saves the Work Canvas picture; set by the owner of the picture files. False when not saved.
-  std::function<bool()> ArtworkSaver;
+                      const std::vector<std::string>& captions, int buttons = 0) {
+    return dialogs_.MyMessageDialog(text, type, defaultButton, captions, buttons);
+  }
 
-  // Lock and unlock the colour mode and output format items while a special mode runs.
-  void DisableModeChange();
-  void EnableModeChange();
-  // The leaving commands of the special modes. Each returns false when the user chose to stay.
-  bool QuitPostClick();
-  bool QuitFontscriptClick();
-  bool QuitFieldsScriptClick();
+  // Special modes (SpecialModes). The scripts and the front end's hooks are the parts' own; these
+  // names reach them.
+  using ModeScript = SpecialModes::ModeScript;
+  ModeScript& FontScript = modes_.FontScript;
+  ModeScript& FieldsScript = modes_.FieldsScript;
+  ModeScript& TouchScript = modes_.TouchScript;
+  ModeScript& EditableFont = modes_.EditableFont;
+  ModeScript& VectorDesign = modes_.VectorDesign;
+  void DisableModeChange() { modes_.DisableModeChange(); }
+  void EnableModeChange() { modes_.EnableModeChange(); }
+  bool QuitPostClick() { return modes_.QuitPostClick(); }
+  bool QuitFontscriptClick() { return modes_.QuitFontscriptClick(); }
+  bool QuitFieldsScriptClick() { return modes_.QuitFieldsScriptClick(); }
   bool QuitFieldsSriptClick() { return QuitFieldsScriptClick(); }
-  bool QuittouchpanelscriptClick();
-  bool QuitAnEditableFontClick();
-  bool QuitVectorDesign();
-  // Leaves the animation mode; asks first unless `ask` is false.
-  bool QuitAnimationMode(bool ask = true);
-  // Enters the batch editor on a new or existing .SPP in the Batch folder role. `fromEdit`: the
-  // command came from "edit", which names a new batch after the current picture.
-  void CreatePostProClick(bool fromEdit);
-  // The first "NewTextPro[n].SPP" that is not in the Batch folder role.
-  std::string NewBatchFileName() const;
-  std::string BatchFilePath() const;
+  bool QuittouchpanelscriptClick() { return modes_.QuittouchpanelscriptClick(); }
+  bool QuitAnEditableFontClick() { return modes_.QuitAnEditableFontClick(); }
+  bool QuitVectorDesign() { return modes_.QuitVectorDesign(); }
+  bool QuitAnimationMode(bool ask = true) { return modes_.QuitAnimationMode(ask); }
+  void CreatePostProClick(bool fromEdit) { modes_.CreatePostProClick(fromEdit); }
+  std::string NewBatchFileName() const { return modes_.NewBatchFileName(); }
+  std::string BatchFilePath() const { return modes_.BatchFilePath(); }
+  bool IsSelectionActive() { return modes_.IsSelectionActive(); }
 
-  // True when a floating selection is there and the user cancels; else it is pasted or dropped.
-  bool IsSelectionActive();
+  // Display size (DisplaySize).
+  bool MatrixPresetClick(int width, int height) { return size_.MatrixPresetClick(width, height); }
+  static bool IsMatrixPreset(int width, int height) { return DisplaySize::IsMatrixPreset(width, height); }
+  static std::vector<std::pair<int, int>> MatrixPresets() { return DisplaySize::MatrixPresets(); }
+  void CHLCDMatrix() { size_.CHLCDMatrix(); }
+  void LCDMatrix() { size_.LCDMatrix(); }
+  void CanvasRedraw() { size_.CanvasRedraw(); }
+  void NoMatrix1Click() { size_.NoMatrix1Click(); }
+  void negativeOFf() { size_.negativeOFf(); }
+  bool UserMatrixClick(const std::string& widthText, const std::string& heightText) {
+    return size_.UserMatrixClick(widthText, heightText);
+  }
+  bool FitCanvasToPicture(int width, int height) { return size_.FitCanvasToPicture(width, height); }
+  static std::vector<std::string> MatrixComboItems() { return DisplaySize::MatrixComboItems(); }
+  bool MatrixComboChange(const std::string& text) { return size_.MatrixComboChange(text); }
+  std::vector<std::string> CustomSizeMenuItems() const { return size_.CustomSizeMenuItems(); }
+  bool CustomSizeMenuClick(int index) { return size_.CustomSizeMenuClick(index); }
+  SizeKeyResult CustomSizeKeyPress(const std::string& typed, int pending, bool isWidth) {
+    return size_.CustomSizeKeyPress(typed, pending, isWidth);
+  }
+  void WorkCanvasSizeClick() { size_.WorkCanvasSizeClick(); }
 
-  // Display size. A preset of the size menu; false when (W, H) is none or nothing changed.
-  bool MatrixPresetClick(int width, int height);
-  static bool IsMatrixPreset(int width, int height);
-  // The presets of the size menu, width by height, in menu order.
-  static std::vector<std::pair<int, int>> MatrixPresets();
-  void CHLCDMatrix();
-  void LCDMatrix();
-  void CanvasRedraw();
-  void NoMatrix1Click();
-  void negativeOFf();
-  // A size typed by the user; empty or unreadable numbers end the command. False when the size
-  // was not taken.
-  bool UserMatrixClick(const std::string& widthText, const std::string& heightText);
+  // The canvas caption and status words (CanvasStatus).
+  std::string CanvasCaption() const { return status_.CanvasCaption(); }
+  std::string StatusPanel1() const { return status_.StatusPanel1(); }
+  std::string StatusPanel2() const { return status_.StatusPanel2(); }
+  std::string PixelStatusText(int x, int y) const { return status_.PixelStatusText(x, y); }
+  static std::string PixelPositionText(int x, int y) { return CanvasStatus::PixelPositionText(x, y); }
+  PagingPanel PagingPanelNow() const { return status_.PagingPanelNow(); }
 
-  // Quit. `Quit`: the program ends now; `Refused`: the user said no; `StaysOpen`: something was
-  // put right (a floating selection dropped) and the user must quit again.
-  enum class QuitOutcome { Quit, Refused, StaysOpen };
-  QuitOutcome FormCloseQuery();
-  QuitOutcome FileExit1Execute();
-  QuitOutcome PMSys_Quitter();
-  void FormClose();
-  bool SavebitmapClick();
+  // Start and quit (StartUp, QuitSequence).
+  bool FormCreate(bool singleInstance) { return start_.FormCreate(singleInstance); }
+  using QuitOutcome = QuitSequence::QuitOutcome;
+  std::function<void()>& FormPositions = quit_.FormPositions;
+  std::function<bool()>& ArtworkSaver = quit_.ArtworkSaver;
+  QuitOutcome FormCloseQuery() { return quit_.FormCloseQuery(); }
+  QuitOutcome FileExit1Execute() { return quit_.FileExit1Execute(); }
+  QuitOutcome PMSys_Quitter() { return quit_.PMSys_Quitter(); }
+  void FormClose() { quit_.FormClose(); }
+  bool SavebitmapClick() { return quit_.SavebitmapClick(); }
 
-  // ---- Graphics import (Import.cpp) ----
-  // Checks a picture file and imports it as a floating selection over the Work Canvas. False
-  // when the file was refused or the import cancelled; the canvas is then as it was.
-  bool OpenPic(const std::string& fileName);
-  // The common road of a file import: recent list, tools, decoding and fitting.
-  bool ImportPic();
-  // Decodes `fileName` by the kind its extension names and fits it (AssignInPutBitmap).
-  bool ImportImageMDIChild(const std::string& fileName);
-  // Turns the imported picture by ImportAngle (not drawings, not GIF).
-  void RotateImport();
-  // Renders a drawing at ImportWidth x ImportHeight (the canvas size when either is 0), turned
-  // by ImportAngle and closely cropped. False, with `error` set, when it cannot be rendered.
-  bool SVGPaint(const std::string& fileName, Bitmap& target, std::string& error);
-  // Fits the imported picture to the canvas (or the chosen area) and floats it as the selection.
-  // False when the user cancelled.
-  bool AssignInPutBitmap();
-  // Puts `path` first in the recent files, unless it is one of the program's own temporaries.
-  void AddMRUF(const std::string& path);
-  // Loads a picture straight into the Work Canvas: resized when too large, pasted at 0,0.
-  bool LoadGraphicDirectly(const std::string& fileName);
-  // The canvas becomes a floating picture under the threshold tool of the monochrome mode.
-  bool ConvertCanvastoBlackandWhite1Click();
-  // The first bytes of a JPEG file (FF D8 FF) and of a Windows bitmap ("BM" and a header of a
-  // known size).
-  static bool IsJpegFile(const std::string& path);
-  static bool IsBitmapFile(const std::string& path);
-  // ---- end of graphics import ----
-
-  // ---- Work Canvas size, caption and status words (CanvasCommands.cpp) ----
-  // Picture Mode: the canvas takes the size of each imported picture. False outside Picture Mode
-  // (the import then fits the picture to the display) or for an empty size.
-  bool FitCanvasToPicture(int width, int height);
-  // The 32 sizes of the size combo, as "WXH".
-  static std::vector<std::string> MatrixComboItems();
-  // A size chosen in the combo; works as a preset. False when the text is none of the list or
-  // nothing changed.
-  bool MatrixComboChange(const std::string& text);
-  // The custom size entries as menu items "Custom W x H", in entry order.
-  std::vector<std::string> CustomSizeMenuItems() const;
-  // The custom size menu item `index` (entry order, from 0): the size is typed again for the
-  // user. False when there is no such entry or the size was not taken.
-  bool CustomSizeMenuClick(int index);
-  // One keystroke in a custom size field: beeps and shows the message the rule asks for and
-  // returns what the field now holds.
-  SizeKeyResult CustomSizeKeyPress(const std::string& typed, int pending, bool isWidth);
-  // "Work Canvas Size" in the canvas menu only tells where sizes are made.
-  void WorkCanvasSizeClick();
-  // The Work Canvas caption and the two status panel words.
-  std::string CanvasCaption() const;
-  std::string StatusPanel1() const;
-  std::string StatusPanel2() const;
-  // The pixel under the mouse for the status panels: its colour as "(RGB=R-G-B) (Dec=code)(RGB
-  // Hex=RRGGBB)  0x.." with its data value in the palette modes, "   RGB Hex=#RRGGBB" in the
-  // others; empty outside the canvas.
-  std::string PixelStatusText(int x, int y) const;
-  // The cell's position for the status bar: "X = x  Y = y".
-  static std::string PixelPositionText(int x, int y);
-  // The size rule panel of the current mode and scheme.
-  PagingPanel PagingPanelNow() const;
-  // ---- end of the Work Canvas size ----
-
-  // The main window's creation: settings are read here. False when another instance of the
-  // desktop program runs; then nothing has been read.
-  bool FormCreate(bool singleInstance);
+  // Graphics import (PictureImport).
+  bool OpenPic(const std::string& fileName) { return import_.OpenPic(fileName); }
+  bool ImportPic() { return import_.ImportPic(); }
+  bool ImportImageMDIChild(const std::string& fileName) { return import_.ImportImageMDIChild(fileName); }
+  void RotateImport() { import_.RotateImport(); }
+  bool SVGPaint(const std::string& fileName, Bitmap& target, std::string& error) {
+    return import_.SVGPaint(fileName, target, error);
+  }
+  bool AssignInPutBitmap() { return import_.AssignInPutBitmap(); }
+  void AddMRUF(const std::string& path) { import_.AddMRUF(path); }
+  bool LoadGraphicDirectly(const std::string& fileName) { return import_.LoadGraphicDirectly(fileName); }
+  bool ConvertCanvastoBlackandWhite1Click() { return import_.ConvertCanvastoBlackandWhite1Click(); }
+  static bool IsJpegFile(const std::string& path) { return PictureImport::IsJpegFile(path); }
+  static bool IsBitmapFile(const std::string& path) { return PictureImport::IsBitmapFile(path); }
 
  private:
   ConversionSession& app_session();

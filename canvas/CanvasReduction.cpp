@@ -5,7 +5,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "canvas/PixelGrid.h"
+#include "canvas/CanvasReduction.h"
+#include "canvas/TPixelForm.h"
 #include "engine/NearestColour.h"
 
 namespace rm {
@@ -43,7 +44,7 @@ bool FindColour(const Bitmap& b, int x0, int y0, int x1, int y1, Colour& found) 
 
 }  // namespace
 
-std::vector<Colour> TPixelForm::ReductionTable() const {
+std::vector<Colour> CanvasReduction::ReductionTable() const {
   switch (session_.ModeNumber) {
     case 24: case 25: case 26: case 27: case 28: case 29: case 30: case 31: case 54: case 55:
       return session_.ModeColours;
@@ -54,17 +55,17 @@ std::vector<Colour> TPixelForm::ReductionTable() const {
   }
 }
 
-int TPixelForm::ReductionModeColours() const {
+int CanvasReduction::ReductionModeColours() const {
   // The 16 bit mode counts 65535 colours but its table holds 65536.
   return session_.NumberOfColors == 65535 ? 65536 : session_.NumberOfColors;
 }
 
-void TPixelForm::CheckColorsSelection(bool showMessages) {
+void CanvasReduction::CheckColorsSelection(bool showMessages) {
   ThresholdPending = false;
   DitherDone = false;
   ThresholdApplied = false;
   SelectionOriginalGray = false;
-  if (!FloatingSelection) return;
+  if (!canvas_.FloatingSelection) return;
   if (session_.Monochrome) {
     CheckMonochrome();
     return;
@@ -72,15 +73,15 @@ void TPixelForm::CheckColorsSelection(bool showMessages) {
   CheckGrayOrPalette(showMessages);
 }
 
-void TPixelForm::CheckMonochrome() {
+void CanvasReduction::CheckMonochrome() {
   // The part over the canvas first; a picture larger than the canvas can be dragged, so the rest
   // of it counts as well.
   Colour found = kWhite;
   const bool colour =
-      FindColour(SelectionBitmap, -SelectionLeft, -SelectionTop, MatrixWidth() - SelectionLeft,
-                 MatrixHeight() - SelectionTop, found) ||
-      FindColour(SelectionBitmap, 0, 0, SelectionBitmap.Width(), SelectionBitmap.Height(), found);
-  SelectionReducedToBW = !colour;
+      FindColour(canvas_.SelectionBitmap, -canvas_.SelectionLeft, -canvas_.SelectionTop, canvas_.MatrixWidth() - canvas_.SelectionLeft,
+                 canvas_.MatrixHeight() - canvas_.SelectionTop, found) ||
+      FindColour(canvas_.SelectionBitmap, 0, 0, canvas_.SelectionBitmap.Width(), canvas_.SelectionBitmap.Height(), found);
+  canvas_.SelectionReducedToBW = !colour;
   if (!colour) return;
   ThresholdPending = true;
   PendingColour = found;
@@ -88,13 +89,13 @@ void TPixelForm::CheckMonochrome() {
   ui_.Status("Use trackbar, move and then paste selection...");
 }
 
-void TPixelForm::CheckGrayOrPalette(bool showMessages) {
+void CanvasReduction::CheckGrayOrPalette(bool showMessages) {
   const int mode = session_.ModeNumber;
   if (session_.Colours16M || mode == 62 || mode == 63) return;
   const std::vector<Colour> table = ReductionTable();
   const int size = static_cast<int>(table.size());
   if (size < 3) return;
-  Bitmap& sel = SelectionBitmap;
+  Bitmap& sel = canvas_.SelectionBitmap;
 
   if (IsGrayMode(mode)) {
     if (OnlyBlackAndWhite(sel)) return;
@@ -143,10 +144,10 @@ void TPixelForm::CheckGrayOrPalette(bool showMessages) {
     ui_.Status(" Picture has " + std::to_string(after) + " colors");
   else
     ui_.Status(" Picture has been converted to " + std::to_string(after) + " colors");
-  CopyBitmapToCanvas();
+  canvas_.CopyBitmapToCanvas();
 }
 
-bool TPixelForm::ReduceToPalette(Bitmap& bitmap, bool reduce) {
+bool CanvasReduction::ReduceToPalette(Bitmap& bitmap, bool reduce) {
   const std::vector<Colour> table = ReductionTable();
   if (table.size() < 3) return false;
   if (reduce) return ConvertToMyColor(bitmap, table, ReductionModeColours(), ui_);
@@ -176,75 +177,75 @@ bool TPixelForm::ReduceToPalette(Bitmap& bitmap, bool reduce) {
   return ConvertToNearestColor(bitmap, nearest, ui_);
 }
 
-bool TPixelForm::ThresholdON() {
-  if (TransferLayerVisible) return false;
+bool CanvasReduction::ThresholdON() {
+  if (canvas_.TransferLayerVisible) return false;
   ThresholdVisible = true;
   return true;
 }
 
-void TPixelForm::ThresholdOFF() { ThresholdVisible = false; }
+void CanvasReduction::ThresholdOFF() { ThresholdVisible = false; }
 
-void TPixelForm::DoGrayscale(Bitmap& bitmap, bool partial) {
+void CanvasReduction::DoGrayscale(Bitmap& bitmap, bool partial) {
   if (partial)
-    MakeGray(bitmap, -SelectionLeft, -SelectionTop, MatrixWidth() - SelectionLeft, MatrixHeight() - SelectionTop);
+    MakeGray(bitmap, -canvas_.SelectionLeft, -canvas_.SelectionTop, canvas_.MatrixWidth() - canvas_.SelectionLeft, canvas_.MatrixHeight() - canvas_.SelectionTop);
   else
     MakeGray(bitmap);
 }
 
-void TPixelForm::BalanceGreyScale() {
-  if (!FloatingSelection) return;
+void CanvasReduction::BalanceGreyScale() {
+  if (!canvas_.FloatingSelection) return;
   if (!SelectionOriginalGray) {
-    DoGrayscale(SelectionOriginal, false);
+    DoGrayscale(canvas_.SelectionOriginal, false);
     SelectionOriginalGray = true;
   }
   if (!session_.Monochrome) {
-    SelectionBitmap = SelectionOriginal;
-    CopyBitmapToCanvas();
+    canvas_.SelectionBitmap = canvas_.SelectionOriginal;
+    canvas_.CopyBitmapToCanvas();
     return;
   }
-  SelectionBitmap = Bitmap(SelectionOriginal.Width(), SelectionOriginal.Height(), kWhite);
+  canvas_.SelectionBitmap = Bitmap(canvas_.SelectionOriginal.Width(), canvas_.SelectionOriginal.Height(), kWhite);
   // A selection standing off the top or left edge is read from its first pixel over the canvas.
-  const int offsetX = SelectionLeft < 0 ? -SelectionLeft : 0;
-  const int offsetY = SelectionTop < 0 ? -SelectionTop : 0;
-  ThresholdBlackPixels = ApplyThreshold(SelectionOriginal, SelectionBitmap, ThresholdLevel, offsetX, offsetY,
-                                        MatrixWidth(), MatrixHeight());
+  const int offsetX = canvas_.SelectionLeft < 0 ? -canvas_.SelectionLeft : 0;
+  const int offsetY = canvas_.SelectionTop < 0 ? -canvas_.SelectionTop : 0;
+  ThresholdBlackPixels = ApplyThreshold(canvas_.SelectionOriginal, canvas_.SelectionBitmap, ThresholdLevel, offsetX, offsetY,
+                                        canvas_.MatrixWidth(), canvas_.MatrixHeight());
   ThresholdApplied = true;
-  SelectionReducedToBW = true;
-  CopyBitmapToCanvas();
+  canvas_.SelectionReducedToBW = true;
+  canvas_.CopyBitmapToCanvas();
 }
 
-void TPixelForm::SelectionIsFullImage() {
-  FloatSelection(WorkBitmap, 0, 0);
+void CanvasReduction::SelectionIsFullImage() {
+  canvas_.FloatSelection(canvas_.WorkBitmap, 0, 0);
   SelectionOriginalGray = false;
   ThresholdApplied = false;
   DitherDone = false;
 }
 
-void TPixelForm::DitherSelectionBitmap() {
-  if (!FloatingSelection) return;
+void CanvasReduction::DitherSelectionBitmap() {
+  if (!canvas_.FloatingSelection) return;
   ui_.Status("Perform Dithering");
-  Dither(SelectionBitmap, ColorReductionChoice, DitherChoice);
-  CopyBitmapToCanvas();
+  Dither(canvas_.SelectionBitmap, ColorReductionChoice, DitherChoice);
+  canvas_.CopyBitmapToCanvas();
   if (ColorReductionChoice == ColorReduction::Monochrome) {
     DitherDone = true;
-    SelectionReducedToBW = true;
+    canvas_.SelectionReducedToBW = true;
   }
 }
 
-TPixelForm::PasteOutcome TPixelForm::PasteLayerButtonClick() {
-  if (!FloatingSelection) return PasteOutcome::NothingToPaste;
+CanvasReduction::PasteOutcome CanvasReduction::PasteLayerButtonClick() {
+  if (!canvas_.FloatingSelection) return PasteOutcome::NothingToPaste;
   if (session_.Monochrome && ThresholdPending && !DitherDone && !ThresholdApplied) {
     const std::string answer = ui_.MessageDlg(
         " Image conversion to monochrome has not been done !\r  \rPerform Dithering (AUTO-Conversion to Black and "
         "White)\ror for MANUAL Conversion, move Threshold Slider located on top of Work Canvas ",
         "Pending Image conversion", DlgType::Warning, {"Ok", "Cancel", "Dithering"});
     if (answer == "Cancel") {
-      DiscardSelection();
+      canvas_.DiscardSelection();
       ThresholdPending = false;
       ThresholdApplied = false;
       SelectionOriginalGray = false;
       ThresholdOFF();
-      CopyBitmapToCanvas();
+      canvas_.CopyBitmapToCanvas();
       return PasteOutcome::Cancelled;
     }
     if (answer == "Dithering") {
@@ -252,14 +253,14 @@ TPixelForm::PasteOutcome TPixelForm::PasteLayerButtonClick() {
       return PasteOutcome::Dithered;
     }
   }
-  PasteSelection();
+  canvas_.PasteSelection();
   ThresholdPending = false;
   DitherDone = false;
   ThresholdApplied = false;
   SelectionOriginalGray = false;
-  SelectionReducedToBW = true;
+  canvas_.SelectionReducedToBW = true;
   ThresholdOFF();
-  CopyBitmapToCanvas();
+  canvas_.CopyBitmapToCanvas();
   return PasteOutcome::Pasted;
 }
 

@@ -1,5 +1,5 @@
-// The editors' files: loading the main text and the hex editor, choosing a highlighter, and
-// saving what the active tab holds.
+// The editors' files: loading the main text and the hex editor, and saving what the active tab
+// holds.
 #include <unistd.h>
 
 #include <algorithm>
@@ -30,29 +30,7 @@ void RememberRecent(Globals& g, const std::string& path) {
 
 }  // namespace
 
-TExploForm2::Highlighter TExploForm2::Highlighters(const std::string& fileName, const std::string& libraryExtension) {
-  const std::string ext = UpperExt(fileName);
-  if (ext == ".ASM") return Highlighter::Assembler;
-  if (ext == ".C" || ext == ".H" || (!libraryExtension.empty() && ext == "." + UpperText(libraryExtension)))
-    return Highlighter::Cpp;
-  if (ext == ".PAS") return Highlighter::Pascal;
-  if (ext == ".BAS") return Highlighter::VisualBasic;
-  if (OneOf(ext, {".TXT", ".FSC", ".RTF", ".LOG"})) return Highlighter::General;
-  if (ext == ".HTM" || ext == ".HTML") return Highlighter::Html;
-  if (ext == ".XML") return Highlighter::Xml;
-  return Highlighter::None;
-}
-
-TExploForm2::Highlighter TExploForm2::Highlighters(const std::string& fileName) const {
-  return Highlighters(fileName, app_.session.LibraryExtension);
-}
-
-void TExploForm2::MainTextEdited(const std::string& text) {
-  app_.mainText.SetText(text);
-  app_.globals.EditorUnsaved = true;
-}
-
-bool TExploForm::LoadSyneditor(const std::string& path) {
+bool EditorFiles::LoadSyneditor(const std::string& path) {
   Globals& g = app_.globals;
   // A script mode or the batch editor keeps its own tab in front.
   const bool modeHoldsTab = g.FontScriptMode || g.TouchScriptMode || g.FieldsScriptMode || g.VectorMode ||
@@ -69,7 +47,7 @@ bool TExploForm::LoadSyneditor(const std::string& path) {
   return true;
 }
 
-bool TExploForm::LoadSource(const std::string& path) {
+bool EditorFiles::LoadSource(const std::string& path) {
   if (!LoadSyneditor(path)) return false;
   Globals& g = app_.globals;
   app_.exploForm2.MainHighlighter = app_.exploForm2.Highlighters(path);
@@ -79,7 +57,7 @@ bool TExploForm::LoadSource(const std::string& path) {
   return true;
 }
 
-bool TExploForm::LoadHex(const std::string& path) {
+bool EditorFiles::LoadHex(const std::string& path) {
   Globals& g = app_.globals;
   app_.mainForm.StatusBarAndLog("Load Hex Editor with " + path);
   std::ifstream in(path, std::ios::binary);
@@ -95,7 +73,7 @@ bool TExploForm::LoadHex(const std::string& path) {
   return true;
 }
 
-bool TExploForm::SaveEditor(const std::string& path) {
+bool EditorFiles::SaveEditor(const std::string& path) {
   Globals& g = app_.globals;
   g.LastAction = "Save Editor";
   if (g.HeaderEditMode) {
@@ -115,7 +93,7 @@ bool TExploForm::SaveEditor(const std::string& path) {
   return false;
 }
 
-bool TExploForm::SaveFN(const std::string& path, bool hexTab) {
+bool EditorFiles::SaveFN(const std::string& path, bool hexTab) {
   Globals& g = app_.globals;
   TMainForm& main = app_.mainForm;
   auto notSaved = [&] {

@@ -33,7 +33,7 @@ bool SameText(std::string_view a, std::string_view b) {
 // "(10)". The stems are compared (so a shorter name that starts the other comes first whatever
 // follows it); equal stems fall back to byte order so that the order is the same on every run.
 bool ProjectNameLess(const std::string& a, const std::string& b) {
-  const std::string sa = TExploForm::ProjectStem(a), sb = TExploForm::ProjectStem(b);
+  const std::string sa = ProjectFiles::ProjectStem(a), sb = ProjectFiles::ProjectStem(b);
   std::size_t i = 0, j = 0;
   while (i < sa.size() && j < sb.size()) {
     if (IsDigit(sa[i]) && IsDigit(sb[j])) {
@@ -95,12 +95,12 @@ class ChangeLocks {
 
 }  // namespace
 
-std::string TExploForm::ProjectStem(const std::string& projectPath) {
+std::string ProjectFiles::ProjectStem(const std::string& projectPath) {
   if (!HasProjectExtension(projectPath)) return projectPath;
   return projectPath.substr(0, projectPath.size() - kProjectExtension.size());
 }
 
-bool TExploForm::HasProjectExtension(std::string_view name) {
+bool ProjectFiles::HasProjectExtension(std::string_view name) {
   return name.size() >= kProjectExtension.size() &&
          SameText(name.substr(name.size() - kProjectExtension.size()), kProjectExtension);
 }
@@ -109,7 +109,7 @@ bool TExploForm::HasProjectExtension(std::string_view name) {
 // from their templates and keep as they stand (the ")" of the Bloc line included). What the
 // Structured and Bloc templates say in their title, the include block and the Structured
 // prefixes are a minimal form of our own, made of the tags the font writer looks for.
-std::vector<std::string> TExploForm::DefaultHeaderTemplate(std::string_view suffix) {
+std::vector<std::string> ProjectFiles::DefaultHeaderTemplate(std::string_view suffix) {
   if (suffix == ".txt") return DefaultGraphicsTemplate();
   const std::vector<std::string> include = {"", "[&FONT INCLUDE]", "#include <avr/pgmspace.h>",
                                             "[&/FONT INCLUDE]", ""};
@@ -138,7 +138,7 @@ std::vector<std::string> TExploForm::DefaultHeaderTemplate(std::string_view suff
   return lines;
 }
 
-std::string TExploForm::ProjectsFolder() const {
+std::string ProjectFiles::ProjectsFolder() const {
   const Globals& g = app_.globals;
   if (g.ActiveProject.empty()) return g.InitsFolder;
   // The first run holds the inits folder itself until the project is read: its parent_path is
@@ -147,7 +147,7 @@ std::string TExploForm::ProjectsFolder() const {
   return folder.empty() ? std::string() : folder + "/";
 }
 
-std::vector<std::string> TExploForm::ListAllProjects() const {
+std::vector<std::string> ProjectFiles::ListAllProjects() const {
   std::vector<std::string> names;
   const std::string folder = ProjectsFolder();
   std::error_code ec;
@@ -162,7 +162,7 @@ std::vector<std::string> TExploForm::ListAllProjects() const {
   return names;
 }
 
-bool TExploForm::WriteDefaultHeaderTemplates() {
+bool ProjectFiles::WriteDefaultHeaderTemplates() {
   const Globals& g = app_.globals;
   std::error_code ec;
   const fs::path folder = fs::path(g.ActiveProject).parent_path();
@@ -179,7 +179,7 @@ bool TExploForm::WriteDefaultHeaderTemplates() {
   return all;
 }
 
-bool TExploForm::UseProjectHeaderTemplate() {
+bool ProjectFiles::UseProjectHeaderTemplate() {
   const Globals& g = app_.globals;
   if (g.ActiveProject.empty()) return false;
   const std::string path = ProjectStem(g.ActiveProject) + kHeaderTemplateSuffixes[0];
@@ -196,7 +196,7 @@ bool TExploForm::UseProjectHeaderTemplate() {
   return true;
 }
 
-bool TExploForm::ActivateProject(const std::string& name) {
+bool ProjectFiles::ActivateProject(const std::string& name) {
   Globals& g = app_.globals;
   if (name.empty()) {
     app_.ui.MessageDlg("Please select a project first ", "Warning", DlgType::Warning, {"OK"});
@@ -233,7 +233,7 @@ bool TExploForm::ActivateProject(const std::string& name) {
   return app_.mainForm.SaveFolders();
 }
 
-std::string TExploForm::SaveAsNewProject() {
+std::string ProjectFiles::SaveAsNewProject() {
   Globals& g = app_.globals;
   const std::string folder = ProjectsFolder();
   const std::string oldTemplate = app_.session.HeaderIncludeFile.empty()
@@ -292,7 +292,7 @@ std::string TExploForm::SaveAsNewProject() {
   return name;
 }
 
-bool TExploForm::ProjectViewEdited(const std::string& oldName, const std::string& newEdit) {
+bool ProjectFiles::ProjectViewEdited(const std::string& oldName, const std::string& newEdit) {
   Globals& g = app_.globals;
   std::optional<ChangeLocks> locks;  // let go before any message: the user may take a while
   auto say = [this, &locks](const std::string& text, const char* title, DlgType type) {
@@ -346,7 +346,7 @@ bool TExploForm::ProjectViewEdited(const std::string& oldName, const std::string
   return true;
 }
 
-bool TExploForm::MenuItem6Click(const std::string& name) {
+bool ProjectFiles::MenuItem6Click(const std::string& name) {
   Globals& g = app_.globals;
   std::optional<ChangeLocks> locks;  // taken after the question, let go before any message
   auto say = [this, &locks](const std::string& text, const char* title, DlgType type) {

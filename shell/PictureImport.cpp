@@ -49,12 +49,12 @@ std::string Num(int v) { return std::to_string(v); }
 
 }  // namespace
 
-bool TMainForm::IsJpegFile(const std::string& path) {
+bool PictureImport::IsJpegFile(const std::string& path) {
   const std::string head = ReadHead(path, 3);
   return head == std::string("\xFF\xD8\xFF", 3);
 }
 
-bool TMainForm::IsBitmapFile(const std::string& path) {
+bool PictureImport::IsBitmapFile(const std::string& path) {
   const std::string head = ReadHead(path, 18);
   if (head.size() < 18 || head[0] != 'B' || head[1] != 'M') return false;
   // The info header sizes of the core, version 3 (with its two extensions), 4 and 5 headers,
@@ -65,7 +65,7 @@ bool TMainForm::IsBitmapFile(const std::string& path) {
   return false;
 }
 
-bool TMainForm::OpenPic(const std::string& fileName) {
+bool PictureImport::OpenPic(const std::string& fileName) {
   Globals& g = app_.globals;
   g.ImportKeepsOffsets = false;
   g.ImportOffsetX = g.ImportOffsetY = 0;
@@ -74,16 +74,16 @@ bool TMainForm::OpenPic(const std::string& fileName) {
   const std::string ext = UpperExtension(fileName);
   std::error_code ec;
   if (!std::filesystem::is_regular_file(fileName, ec)) {
-    MessageDlgA("File " + fileName + " not found !" + "\r" + "File not found", "Error", 0, 4, 1);
+    app_.mainForm.MessageDlgA("File " + fileName + " not found !" + "\r" + "File not found", "Error", 0, 4, 1);
     return false;
   }
   if (ext == ".JPG" && !IsJpegFile(fileName)) {
-    MessageDlgA("This is not a valid Jpeg file !\r" + fileName + "\r" + "JPG file format check failed", "Error", 0, 4,
+    app_.mainForm.MessageDlgA("This is not a valid Jpeg file !\r" + fileName + "\r" + "JPG file format check failed", "Error", 0, 4,
                 1);
     return false;
   }
   if (ext == ".BMP" && !IsBitmapFile(fileName)) {
-    MessageDlgA("This is not a valid bitmap file !\r" + fileName + "\r" + "Bitmap file format check failed", "Error",
+    app_.mainForm.MessageDlgA("This is not a valid bitmap file !\r" + fileName + "\r" + "Bitmap file format check failed", "Error",
                 0, 4, 1);
     return false;
   }
@@ -91,16 +91,16 @@ bool TMainForm::OpenPic(const std::string& fileName) {
   return ImportPic();
 }
 
-bool TMainForm::ImportPic() {
+bool PictureImport::ImportPic() {
   Globals& g = app_.globals;
   // A picture still floating is pasted or dropped first, by the user's choice.
-  if (IsSelectionActive()) return false;
+  if (app_.mainForm.IsSelectionActive()) return false;
   AddMRUF(g.ImportFileName);
   app_.pixelForm.ColourPickerActive = false;
   return ImportImageMDIChild(g.ImportFileName);
 }
 
-void TMainForm::AddMRUF(const std::string& path) {
+void PictureImport::AddMRUF(const std::string& path) {
   std::vector<std::string>& list = app_.globals.RecentFiles;
   for (const char* own : {"/resized_image", "/original_image", "temp1298621.bmp"})
     if (path.find(own) != std::string::npos) return;
@@ -112,7 +112,7 @@ void TMainForm::AddMRUF(const std::string& path) {
   if (list.size() > kRecentFilesKept) list.resize(kRecentFilesKept);
 }
 
-bool TMainForm::SVGPaint(const std::string& fileName, Bitmap& target, std::string& error) {
+bool PictureImport::SVGPaint(const std::string& fileName, Bitmap& target, std::string& error) {
   const Globals& g = app_.globals;
   LoadOptions options;
   options.svgWidth = g.ImportWidth;
@@ -134,31 +134,31 @@ bool TMainForm::SVGPaint(const std::string& fileName, Bitmap& target, std::strin
   return true;
 }
 
-bool TMainForm::ImportImageMDIChild(const std::string& fileName) {
+bool PictureImport::ImportImageMDIChild(const std::string& fileName) {
   Globals& g = app_.globals;
   if (fileName.empty()) {
-    MessageDlgA(" Please select file to import in the File List ! ", "Graphic loading Error", 0, 4, 1);
+    app_.mainForm.MessageDlgA(" Please select file to import in the File List ! ", "Graphic loading Error", 0, 4, 1);
     return false;
   }
   const std::string ext = UpperExtension(fileName);
   const std::string name = std::filesystem::path(fileName).filename().string();
   if (!IsGraphicKind(ext)) {
-    MessageDlgA(name + " is is not a valid graphic file ! ", "Loading a Graphic Error", 0, 4, 1);
+    app_.mainForm.MessageDlgA(name + " is is not a valid graphic file ! ", "Loading a Graphic Error", 0, 4, 1);
     return false;
   }
   if (app_.codecs == nullptr) {
-    MessageDlgA(name + ": this program has no picture decoders, the file cannot be imported.",
+    app_.mainForm.MessageDlgA(name + ": this program has no picture decoders, the file cannot be imported.",
                 "Loading a Graphic Error", 0, 4, 1);
     return false;
   }
   g.ImportFileName = fileName;
-  StatusBarAndLog("Import graphic file : " + fileName);
+  app_.mainForm.StatusBarAndLog("Import graphic file : " + fileName);
 
   const auto decode = [&](Bitmap& out) {
     std::string error;
     const bool ok = ext == ".SVG" ? SVGPaint(fileName, out, error) : app_.codecs->Load(fileName, out, error);
     // Nothing of a picture that failed is kept: the import ends and the canvas stays as it was.
-    if (!ok) MessageDlgA(error, "Loading a Graphic Error", 0, 4, 1);
+    if (!ok) app_.mainForm.MessageDlgA(error, "Loading a Graphic Error", 0, 4, 1);
     return ok;
   };
   Bitmap picture;
@@ -166,7 +166,7 @@ bool TMainForm::ImportImageMDIChild(const std::string& fileName) {
   if (g.NoMatrixMode) {
     // Picture mode: the canvas takes the picture's size, then the file is read again (a drawing
     // renders at the canvas size, which has just changed).
-    FitCanvasToPicture(picture.Width(), picture.Height());
+    app_.mainForm.FitCanvasToPicture(picture.Width(), picture.Height());
     if (!decode(picture)) return false;
   }
 
@@ -187,28 +187,28 @@ bool TMainForm::ImportImageMDIChild(const std::string& fileName) {
       g.MatrixWidth = std::clamp(static_cast<int>(w * scale), 1, kMaxCustomWidth);
       g.MatrixHeight = std::clamp(static_cast<int>(h * scale), 1, kMaxCustomHeight);
     }
-    CanvasRedraw();
+    app_.mainForm.CanvasRedraw();
   }
   return AssignInPutBitmap();
 }
 
-void TMainForm::RotateImport() {
+void PictureImport::RotateImport() {
   Globals& g = app_.globals;
   const std::string ext = UpperExtension(g.ImportFileName);
   if (ext == ".GIF" || ext == ".SVG" || g.ImportAngle == "0") return;
   Bitmap& picture = g.ImportedBitmap;
   if (picture.Width() > kRotationLimit || picture.Height() > kRotationLimit) {
-    MessageDlgA(" Picture too large for rotation \r ", "Warning", 0, 4, 0);
+    app_.mainForm.MessageDlgA(" Picture too large for rotation \r ", "Warning", 0, 4, 0);
     return;
   }
   double angle = 0;
   // An angle that is no number leaves the picture as it is, like "0".
   if (!ParseAngle(g.ImportAngle, angle)) return;
   picture = RotateOnSquare(picture, angle);
-  StatusBarAndLog("Picture rotated by " + g.ImportAngle);
+  app_.mainForm.StatusBarAndLog("Picture rotated by " + g.ImportAngle);
 }
 
-bool TMainForm::AssignInPutBitmap() {
+bool PictureImport::AssignInPutBitmap() {
   Globals& g = app_.globals;
   ConversionSession& s = app_.session;
   TPixelForm& canvas = app_.pixelForm;
@@ -236,7 +236,7 @@ bool TMainForm::AssignInPutBitmap() {
       const std::string question = std::string(" Image size larger than Work Canvas   ") + "\r" +
                                    g.ImportTargetSizeText + "\r" + " Image Size = H : " + Num(picture.Height()) +
                                    " W : " + Num(picture.Width()) + "\r" + " Resize graphic to fit Work Canvas ? ";
-      answer = MessageDlgA(question, "Image size larger than Work Canvas Dialog", 0, 1 | 2 | 8, 3);
+      answer = app_.mainForm.MessageDlgA(question, "Image size larger than Work Canvas Dialog", 0, 1 | 2 | 8, 3);
     }
     if (answer == 6) {
       const PictureSize size =
@@ -245,14 +245,14 @@ bool TMainForm::AssignInPutBitmap() {
                       : PropotionalResizeSize(picture.Width(), picture.Height(), targetWidth, targetHeight);
       resized = StretchBitmap(picture, size.width, size.height);
       wasResized = true;
-      StatusBarAndLog("Picture resized to W : " + Num(size.width) + " H : " + Num(size.height));
+      app_.mainForm.StatusBarAndLog("Picture resized to W : " + Num(size.width) + " H : " + Num(size.height));
     } else if (answer == 7) {
       // Kept as it is: the selection is larger than the canvas and the user drags it to choose
       // the part that shows. Adjustments would work on the whole hidden picture, so they rest.
       g.ImageAdjustmentsEnabled = false;
     } else {
       canvas.ThresholdPending = false;
-      StatusBarAndLog("Import cancelled");
+      app_.mainForm.StatusBarAndLog("Import cancelled");
       return false;
     }
   }
@@ -262,12 +262,12 @@ bool TMainForm::AssignInPutBitmap() {
     canvas.FloatSelection(picture, left, top);
   canvas.CopyBitmapToCanvas();
   canvas.CheckColorsSelection(true);
-  StatusBarAndLog("Picture imported : W : " + Num(canvas.SelectionBitmap.Width()) +
+  app_.mainForm.StatusBarAndLog("Picture imported : W : " + Num(canvas.SelectionBitmap.Width()) +
                   " H : " + Num(canvas.SelectionBitmap.Height()));
   return true;
 }
 
-bool TMainForm::LoadGraphicDirectly(const std::string& fileName) {
+bool PictureImport::LoadGraphicDirectly(const std::string& fileName) {
   Globals& g = app_.globals;
   g.DirectLoad = true;
   const bool ok = OpenPic(fileName);
@@ -279,16 +279,16 @@ bool TMainForm::LoadGraphicDirectly(const std::string& fileName) {
   return true;
 }
 
-bool TMainForm::ConvertCanvastoBlackandWhite1Click() {
+bool PictureImport::ConvertCanvastoBlackandWhite1Click() {
   Globals& g = app_.globals;
   TPixelForm& canvas = app_.pixelForm;
   if (canvas.FloatingSelection) {
-    MessageDlgA(" A selection is still active in Work Canvas  \r Please first Paste selection layer or Cancel",
+    app_.mainForm.MessageDlgA(" A selection is still active in Work Canvas  \r Please first Paste selection layer or Cancel",
                 "Warning", 0, 4, 0);
     return false;
   }
   if (app_.codecs == nullptr) {
-    MessageDlgA("This program has no picture codecs: the canvas cannot be converted.", "Error", 0, 4, 1);
+    app_.mainForm.MessageDlgA("This program has no picture codecs: the canvas cannot be converted.", "Error", 0, 4, 1);
     return false;
   }
   const std::string documents =
@@ -298,14 +298,14 @@ bool TMainForm::ConvertCanvastoBlackandWhite1Click() {
   std::filesystem::create_directories(documents, ec);
   std::string error;
   if (!app_.codecs->SaveBmp(canvas.WorkBitmap, temporary, error)) {
-    MessageDlgA(error, "Error", 0, 4, 1);
+    app_.mainForm.MessageDlgA(error, "Error", 0, 4, 1);
     return false;
   }
   // To monochrome without the question that would clear the canvas: its picture is what is
   // about to be converted.
   const bool applying = g.ApplyingSettings;
   g.ApplyingSettings = true;
-  const bool refused = app_.session.ModeNumber != 1 && !SetColourMode(1, true) && app_.session.ModeNumber != 1;
+  const bool refused = app_.session.ModeNumber != 1 && !app_.mainForm.SetColourMode(1, true) && app_.session.ModeNumber != 1;
   g.ApplyingSettings = applying;
   bool ok = false;
   if (!refused) ok = OpenPic(temporary);
@@ -313,7 +313,7 @@ bool TMainForm::ConvertCanvastoBlackandWhite1Click() {
   if (!ok) return false;
   // The threshold tool comes up on the floating picture.
   canvas.CheckColorsSelection(true);
-  StatusBarAndLog("Convert Canvas to Black and White");
+  app_.mainForm.StatusBarAndLog("Convert Canvas to Black and White");
   return true;
 }
 

@@ -16,7 +16,7 @@ bool AnyModeToLeave(const Globals& g) {
 
 }  // namespace
 
-TMainForm::QuitOutcome TMainForm::FormCloseQuery() {
+QuitSequence::QuitOutcome QuitSequence::FormCloseQuery() {
   Globals& g = app_.globals;
   // The windows close as part of a quit that has been decided: nothing more is asked.
   if (g.QuitInProgress) return QuitOutcome::Quit;
@@ -32,13 +32,13 @@ TMainForm::QuitOutcome TMainForm::FormCloseQuery() {
   return FileExit1Execute();
 }
 
-TMainForm::QuitOutcome TMainForm::FileExit1Execute() {
-  StatusBarAndLog("Quit Rastermill Main Menu Item");
+QuitSequence::QuitOutcome QuitSequence::FileExit1Execute() {
+  app_.mainForm.StatusBarAndLog("Quit Rastermill Main Menu Item");
   if (app_.exploForm.CheckMode(0) &&
       app_.ui.MessageDlg(" Quit Rastermill ? ", "Quit ?", DlgType::Confirmation, {"Yes", "Cancel"}) == "Cancel")
     return QuitOutcome::Refused;
   if (app_.pixelForm.FloatingSelection) {
-    StatusBarAndLog("Quit Rastermill Main Menu Item 2");
+    app_.mainForm.StatusBarAndLog("Quit Rastermill Main Menu Item 2");
     if (app_.ui.MessageDlg(" Selection Layer has not been pasted ! \r Discard Selection ? ", "Error", DlgType::Error,
                            {"Yes", "Cancel"}) == "Cancel")
       return QuitOutcome::Refused;
@@ -49,42 +49,42 @@ TMainForm::QuitOutcome TMainForm::FileExit1Execute() {
   return PMSys_Quitter();
 }
 
-TMainForm::QuitOutcome TMainForm::PMSys_Quitter() {
+QuitSequence::QuitOutcome QuitSequence::PMSys_Quitter() {
   Globals& g = app_.globals;
   g.LastAction = "Quit Program";
   if (FormPositions) FormPositions();
-  StatusBarAndLog("Quit Rastermill");
+  app_.mainForm.StatusBarAndLog("Quit Rastermill");
   if (!g.ArtworkSaved) {
     const std::string a = app_.ui.MessageDlg(" Quit rastermill ? \r Artwork has not been saved ! ", "Confirm",
                                              DlgType::Confirmation, {"Save+Quit", "Cancel", "Quit"});
     if (a == "Cancel") {
-      StatusBarAndLog("Cancel Quit Rastermill");
+      app_.mainForm.StatusBarAndLog("Cancel Quit Rastermill");
       return QuitOutcome::Refused;
     }
     if (a == "Save+Quit") {
-      StatusBarAndLog("Save & Quit Rastermill");
+      app_.mainForm.StatusBarAndLog("Save & Quit Rastermill");
       // The artwork would be lost by quitting now: the program stays open instead.
       if (!SavebitmapClick()) {
-        StatusBarAndLog("Artwork not saved");
+        app_.mainForm.StatusBarAndLog("Artwork not saved");
         return QuitOutcome::Refused;
       }
-      StatusBarAndLog("Artwork Saved");
+      app_.mainForm.StatusBarAndLog("Artwork Saved");
     }
   }
-  StatusBarAndLog("Do not save and Quit Rastermill");
+  app_.mainForm.StatusBarAndLog("Do not save and Quit Rastermill");
   g.QuitInProgress = true;
   // A settings file that cannot be written is reported by the writers; the quit goes on.
-  SaveConfigurationX();
-  SaveFolders();
-  SaveLog();
-  WriteQuitInRegistry();
+  app_.mainForm.SaveConfigurationX();
+  app_.mainForm.SaveFolders();
+  app_.mainForm.SaveLog();
+  app_.mainForm.WriteQuitInRegistry();
   app_.instanceLock.Release();
   return QuitOutcome::Quit;
 }
 
-void TMainForm::FormClose() { app_.globals.QuitInProgress = false; }
+void QuitSequence::FormClose() { app_.globals.QuitInProgress = false; }
 
-bool TMainForm::SavebitmapClick() {
+bool QuitSequence::SavebitmapClick() {
   if (!ArtworkSaver || !ArtworkSaver()) return false;
   app_.globals.ArtworkSaved = true;
   return true;
