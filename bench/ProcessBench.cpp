@@ -75,8 +75,8 @@ void BM_ProcessJpegDitherMonoText(benchmark::State& state) {
   WritePhotoJpeg(picture, 1024, 768);
   // A home of its own, so the bench neither reads nor changes the user's project.
   setenv("RASTERMILL_HOME", (dir / "home").c_str(), 1);
-  const std::vector<std::string> args = {RM_CLI_PATH, "convert", picture, "--mode", "mono", "--preset", "1024x768",
-                                         "--dither", "floyd", "-o", out, "--no-info"};
+  const std::vector<std::string> args = {RM_CLI_PATH, "convert",  picture, "--mode", "mono", "--preset",
+                                         "1024x768",  "--dither", "floyd", "-o",     out,    "--no-info"};
   if (Run(args) != 0) {
     state.SkipWithError("rastermill convert failed");
     return;

@@ -102,10 +102,10 @@ BENCHMARK_CAPTURE(LatticeTablesAgreeWithTheSearch, c256, 56)->Iterations(1)->Uni
 BENCHMARK_CAPTURE(LatticeTablesAgreeWithTheSearch, c4096, 57)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(LatticeTablesAgreeWithTheSearch, c65536, 59)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(LatticeTablesAgreeWithTheSearch, c262144, 60)->Iterations(1)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(ReductionDither, floyd_steinberg_mono, rm::ColorReduction::Monochrome,
-                  rm::DitherMode::FloydSteinberg)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(ReductionDither, stevenson_arce_mono, rm::ColorReduction::Monochrome,
-                  rm::DitherMode::SteveArche)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(ReductionDither, floyd_steinberg_gray, rm::ColorReduction::GrayScale,
-                  rm::DitherMode::FloydSteinberg)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ReductionDither, floyd_steinberg_mono, rm::ColorReduction::Monochrome, rm::DitherMode::FloydSteinberg)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ReductionDither, stevenson_arce_mono, rm::ColorReduction::Monochrome, rm::DitherMode::SteveArche)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ReductionDither, floyd_steinberg_gray, rm::ColorReduction::GrayScale, rm::DitherMode::FloydSteinberg)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(ReductionMyColor)->Unit(benchmark::kMillisecond);

@@ -129,8 +129,8 @@ void CanvasHistory::CopyCanvasToSaveTable() {
     for (int b = 0; b < bandCount; ++b) {
       SavedBand& band = entry.bands[static_cast<std::size_t>(b)];
       if (band.words) continue;
-      const std::uint32_t* from =
-          band.runs ? packScratch_.data() + packedAt[static_cast<std::size_t>(b)] : canvas_.WorkBitmap.Row(b * kBandRows);
+      const std::uint32_t* from = band.runs ? packScratch_.data() + packedAt[static_cast<std::size_t>(b)]
+                                            : canvas_.WorkBitmap.Row(b * kBandRows);
       std::memcpy(block.get() + at, from, band.count * sizeof(std::uint32_t));
       band.words = std::shared_ptr<const std::uint32_t>(block, block.get() + at);
       at += band.count;
@@ -162,7 +162,8 @@ void CanvasHistory::CopySaveTableToCanvas() {
   const SavedCanvas& e = undoStack_[static_cast<std::size_t>(UndoIndex)];
   if (e.width == canvas_.WorkBitmap.Width() && e.height == canvas_.WorkBitmap.Height()) {
     for (std::size_t i = 0; i < e.bands.size(); ++i)
-      UnpackBand(e.bands[i].words.get(), e.bands[i].count, e.bands[i].runs, canvas_.WorkBitmap.Row(static_cast<int>(i) * kBandRows));
+      UnpackBand(e.bands[i].words.get(), e.bands[i].count, e.bands[i].runs,
+                 canvas_.WorkBitmap.Row(static_cast<int>(i) * kBandRows));
   } else {
     canvas_.WorkBitmap.Fill(canvas_.BackgroundColour);
     DrawTopLeft(UndoEntry(UndoIndex), canvas_.WorkBitmap);
@@ -203,7 +204,8 @@ bool CanvasHistory::UndoCollection() {
   if (LastCollectionSlot < 0 || LastCollectionSlot >= kCollectionSlots) return false;
   CollectionSlot& s = CollectionSlots[LastCollectionSlot];
   s.Picture = CollectionPrevious[LastCollectionSlot];
-  s.Thumbnail = s.Picture.Empty() ? Bitmap(canvas_.WorkBitmap.Width(), canvas_.WorkBitmap.Height(), kCollectionGray) : s.Picture;
+  s.Thumbnail =
+      s.Picture.Empty() ? Bitmap(canvas_.WorkBitmap.Width(), canvas_.WorkBitmap.Height(), kCollectionGray) : s.Picture;
   LastCollectionSlot = kCollectionSlots;
   return true;
 }

@@ -46,12 +46,24 @@ bool FindColour(const Bitmap& b, int x0, int y0, int x1, int y1, Colour& found) 
 
 std::vector<Colour> CanvasReduction::ReductionTable() const {
   switch (session_.ModeNumber) {
-    case 24: case 25: case 26: case 27: case 28: case 29: case 30: case 31: case 54: case 55:
-      return session_.ModeColours;
-    case 32: case 56: case 57: case 58: case 59: case 60: case 61:
-      return session_.PaletteTable;
-    default:
-      return {};
+    case 24:
+    case 25:
+    case 26:
+    case 27:
+    case 28:
+    case 29:
+    case 30:
+    case 31:
+    case 54:
+    case 55: return session_.ModeColours;
+    case 32:
+    case 56:
+    case 57:
+    case 58:
+    case 59:
+    case 60:
+    case 61: return session_.PaletteTable;
+    default: return {};
   }
 }
 
@@ -78,9 +90,10 @@ void CanvasReduction::CheckMonochrome() {
   // of it counts as well.
   Colour found = kWhite;
   const bool colour =
-      FindColour(canvas_.SelectionBitmap, -canvas_.SelectionLeft, -canvas_.SelectionTop, canvas_.MatrixWidth() - canvas_.SelectionLeft,
-                 canvas_.MatrixHeight() - canvas_.SelectionTop, found) ||
-      FindColour(canvas_.SelectionBitmap, 0, 0, canvas_.SelectionBitmap.Width(), canvas_.SelectionBitmap.Height(), found);
+      FindColour(canvas_.SelectionBitmap, -canvas_.SelectionLeft, -canvas_.SelectionTop,
+                 canvas_.MatrixWidth() - canvas_.SelectionLeft, canvas_.MatrixHeight() - canvas_.SelectionTop, found) ||
+      FindColour(canvas_.SelectionBitmap, 0, 0, canvas_.SelectionBitmap.Width(), canvas_.SelectionBitmap.Height(),
+                 found);
   canvas_.SelectionReducedToBW = !colour;
   if (!colour) return;
   ThresholdPending = true;
@@ -129,8 +142,8 @@ void CanvasReduction::CheckGrayOrPalette(bool showMessages) {
     mapped = ConvertToMyColor(sel, table, ReductionModeColours(), ui_);
   } else if (showMessages && colours >= 17 && colours <= size) {
     const std::string answer =
-        ui_.MessageDlg("Convert or Reduce to Color Palette \r" + std::to_string(colours) + " colors",
-                       "Confirmation", DlgType::Confirmation, {"Convert", "Reduce"});
+        ui_.MessageDlg("Convert or Reduce to Color Palette \r" + std::to_string(colours) + " colors", "Confirmation",
+                       DlgType::Confirmation, {"Convert", "Reduce"});
     if (answer == "Reduce") {
       sel = before;
       mapped = ReduceToPalette(sel, true);
@@ -187,7 +200,8 @@ void CanvasReduction::ThresholdOFF() { ThresholdVisible = false; }
 
 void CanvasReduction::DoGrayscale(Bitmap& bitmap, bool partial) {
   if (partial)
-    MakeGray(bitmap, -canvas_.SelectionLeft, -canvas_.SelectionTop, canvas_.MatrixWidth() - canvas_.SelectionLeft, canvas_.MatrixHeight() - canvas_.SelectionTop);
+    MakeGray(bitmap, -canvas_.SelectionLeft, -canvas_.SelectionTop, canvas_.MatrixWidth() - canvas_.SelectionLeft,
+             canvas_.MatrixHeight() - canvas_.SelectionTop);
   else
     MakeGray(bitmap);
 }
@@ -207,8 +221,8 @@ void CanvasReduction::BalanceGreyScale() {
   // A selection standing off the top or left edge is read from its first pixel over the canvas.
   const int offsetX = canvas_.SelectionLeft < 0 ? -canvas_.SelectionLeft : 0;
   const int offsetY = canvas_.SelectionTop < 0 ? -canvas_.SelectionTop : 0;
-  ThresholdBlackPixels = ApplyThreshold(canvas_.SelectionOriginal, canvas_.SelectionBitmap, ThresholdLevel, offsetX, offsetY,
-                                        canvas_.MatrixWidth(), canvas_.MatrixHeight());
+  ThresholdBlackPixels = ApplyThreshold(canvas_.SelectionOriginal, canvas_.SelectionBitmap, ThresholdLevel, offsetX,
+                                        offsetY, canvas_.MatrixWidth(), canvas_.MatrixHeight());
   ThresholdApplied = true;
   canvas_.SelectionReducedToBW = true;
   canvas_.CopyBitmapToCanvas();

@@ -441,7 +441,8 @@ SizeKeyResult CustomSizeKey(const std::string& typed, int pending, bool isWidth,
   bool negative = false;
   if (i < typed.size() && (typed[i] == '-' || typed[i] == '+')) negative = typed[i++] == '-';
   const std::size_t digits = i;
-  for (; i < typed.size() && typed[i] >= '0' && typed[i] <= '9'; ++i) v = std::min(v * 10 + (typed[i] - '0'), 1000000000LL);
+  for (; i < typed.size() && typed[i] >= '0' && typed[i] <= '9'; ++i)
+    v = std::min(v * 10 + (typed[i] - '0'), 1000000000LL);
   if (i == digits || i != typed.size()) {
     r.value = pending;
     r.fieldText = std::to_string(pending);
@@ -454,10 +455,9 @@ SizeKeyResult CustomSizeKey(const std::string& typed, int pending, bool isWidth,
     r.fieldText = std::to_string(limit);
     r.beep = true;
     if (multiple > 1 && v % multiple != 0)
-      r.message = isWidth ? " In horizontal mode, width must be a multiple of " + std::to_string(multiple) +
-                                " and <= 1024 !"
-                          : " In vertical mode, height must be a multiple of " + std::to_string(multiple) +
-                                " and <= 768 !";
+      r.message =
+          isWidth ? " In horizontal mode, width must be a multiple of " + std::to_string(multiple) + " and <= 1024 !"
+                  : " In vertical mode, height must be a multiple of " + std::to_string(multiple) + " and <= 768 !";
     return r;
   }
   r.value = static_cast<int>(v);

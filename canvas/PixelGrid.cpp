@@ -22,7 +22,9 @@ bool TPixelForm::IsBlackAndWhite() const {
   return true;
 }
 
-void TPixelForm::FloatSelection(const Bitmap& picture, int left, int top) { FloatSelection(Bitmap(picture), left, top); }
+void TPixelForm::FloatSelection(const Bitmap& picture, int left, int top) {
+  FloatSelection(Bitmap(picture), left, top);
+}
 
 void TPixelForm::FloatSelection(Bitmap&& picture, int left, int top) {
   SelectionOriginal = picture;

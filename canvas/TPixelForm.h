@@ -100,7 +100,8 @@ class TPixelForm {
   // Byte per pixel tables indexed [x][y], (CanvasWidth + 1) x (CanvasHeight + 1).
   std::vector<std::uint8_t> SelectedPixelTable, ItemSelectionTable, SavedItemSelectionTable;
   std::uint8_t& TableCell(std::vector<std::uint8_t>& table, int x, int y) {
-    return table[static_cast<std::size_t>(x) * static_cast<std::size_t>(CanvasHeight + 1) + static_cast<std::size_t>(y)];
+    return table[static_cast<std::size_t>(x) * static_cast<std::size_t>(CanvasHeight + 1) +
+                 static_cast<std::size_t>(y)];
   }
 
   // The transfer layer: absent until created, drawn at its own offset.
@@ -116,8 +117,8 @@ class TPixelForm {
 
   // The paint colours of the view.
   static constexpr Colour kGridColour = 0xC0C0C0;
-  static constexpr Colour kPagingLineColour = 0xFF0000;      // blue
-  static constexpr Colour kItemSelectionColour = 0x00A5FF;   // orange
+  static constexpr Colour kPagingLineColour = 0xFF0000;     // blue
+  static constexpr Colour kItemSelectionColour = 0x00A5FF;  // orange
 
   // Rebuilds at the current WorkBitmap size; FormRedraw(w, h) rebuilds at a new one.
   void FormRedraw();
@@ -196,7 +197,6 @@ class TPixelForm {
   void PictureModeScale();
 
  public:
-
  private:
   UiPort& ui_;
   ConversionSession& session_;

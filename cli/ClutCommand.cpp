@@ -35,7 +35,8 @@ int RunClut(const ClutOptions& o) {
     if (!PrintWhole(outcome.output, error)) return Report(JobOutcome::Failed("standard output: " + error));
     return 0;
   }
-  if (!WriteFileAtomically(o.output, outcome.output, &error)) return Report(JobOutcome::Failed(o.output + ": " + error));
+  if (!WriteFileAtomically(o.output, outcome.output, &error))
+    return Report(JobOutcome::Failed(o.output + ": " + error));
   return 0;
 }
 

@@ -20,8 +20,7 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& options) {
   rm::ConvertRequest& o = options.request;
   std::vector<std::string> modeNames;
   for (const auto& m : kColourModes) modeNames.emplace_back(m.cliName);
-  c.add_option("INPUT", o.input, "Picture to convert: PNG, BMP, JPEG, GIF (first frame), TIFF, ICO or SVG")
-      ->required();
+  c.add_option("INPUT", o.input, "Picture to convert: PNG, BMP, JPEG, GIF (first frame), TIFF, ICO or SVG")->required();
   c.add_option("-o", options.output, "Write the Data Array to this file; '-' or no option prints it");
   // Only the three kinds: a misspelt kind taken as a file name would write C text where a build
   // expects bytes.
@@ -44,14 +43,15 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& options) {
                "--origin turns the walk to start from another corner")
       ->check(CLI::IsMember(DirectionNames()));
   c.add_option("--origin", o.origin, "Origin corner of the walk")->check(CLI::IsMember({"TL", "TR", "BR", "BL"}));
-  auto* first = c.add_flag("--msb-first", o.msbFirst,
-                           "First pixel in the most significant bit; colour pixels high byte first");
+  auto* first =
+      c.add_flag("--msb-first", o.msbFirst, "First pixel in the most significant bit; colour pixels high byte first");
   auto* last = c.add_flag("--msb-last", o.msbLast,
                           "First pixel in the least significant bit (monochrome, gray, 8 and 16 colours); for "
                           "65536 colours and up it is no byte order: --set rgb2=1 puts the low byte first");
   first->excludes(last);
   c.add_option("--width", o.width, "Data width in bits")->check(CLI::IsMember({8, 16, 32}));
-  c.add_option("--per-line", o.perLine, "Data per line, 1 to 150 (1 also drops the separator, as in the settings panel)")
+  c.add_option("--per-line", o.perLine,
+               "Data per line, 1 to 150 (1 also drops the separator, as in the settings panel)")
       ->check(CLI::Range(1, 150));
   c.add_option("--set", o.settings, "Any project setting by its key, e.g. FXHB=H, ORGC=8, Neg=1 (repeatable)");
   c.add_flag("--yes", o.yes, "Answer Yes (or OK) to the program's questions");
@@ -80,8 +80,8 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& options) {
                "Intel HEX: address of the first byte, 1 to 8 hex digits (8000 or 0x8000), rounded down to a "
                "multiple of 16");
   auto* size = c.add_option("--size", o.size,
-                             "Display size WxH (at most 1024x768), or 'project' for the project's display; "
-                             "without --size or --preset the display takes the picture's size");
+                            "Display size WxH (at most 1024x768), or 'project' for the project's display; "
+                            "without --size or --preset the display takes the picture's size");
   std::string presets;
   for (const std::string& p : DisplayPresetNames()) presets += (presets.empty() ? "" : ", ") + p;
   c.add_option("--preset", o.preset, "Display size from the size menu's presets: " + presets)->excludes(size);

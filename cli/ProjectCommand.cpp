@@ -19,8 +19,9 @@ void AddProjectCommands(CLI::App& c, ProjectOptions& o) {
   c.add_flag("-v,--verbose", o.verbose, "Print every step of the log");
   c.require_subcommand(1);
   c.fallthrough();
-  c.add_subcommand("list", "The projects of the folder, one a line; '* ' marks the active one")
-      ->callback([&o] { o.action = "list"; });
+  c.add_subcommand("list", "The projects of the folder, one a line; '* ' marks the active one")->callback([&o] {
+    o.action = "list";
+  });
   c.add_subcommand("new",
                    "Save the present settings as a new project (\"New Project.LCD\", \"New Project(1).LCD\" "
                    "...) and make it the active one; prints its name")
@@ -36,8 +37,9 @@ void AddProjectCommands(CLI::App& c, ProjectOptions& o) {
       c.add_subcommand("delete", "Delete a project, its graphics template and its palettes (asks; see --yes)");
   remove->add_option("NAME", o.name, "Project to delete")->required();
   remove->callback([&o] { o.action = "delete"; });
-  c.add_subcommand("show", "The active project's path and a summary of its settings")
-      ->callback([&o] { o.action = "show"; });
+  c.add_subcommand("show", "The active project's path and a summary of its settings")->callback([&o] {
+    o.action = "show";
+  });
 }
 
 int RunProject(const ProjectOptions& o) {

@@ -11,7 +11,7 @@ struct ProjectOptions {
   std::string project;  // --project: work from this project file instead of the active one
   bool yes = false;
   bool verbose = false;
-  std::string action;   // list, new, activate, rename, delete or show
+  std::string action;  // list, new, activate, rename, delete or show
   std::string name, newName;
 };
 

@@ -22,16 +22,16 @@ struct ClipSyntax {
   std::string call = "GLCD_Bitmap";
   std::string callStart = "(";
   std::string callEnd = ")";
-  bool enabled = true;               // "Enable clip unit output"
-  bool withPositionAndSize = true;   // the frame's area as arguments
+  bool enabled = true;              // "Enable clip unit output"
+  bool withPositionAndSize = true;  // the frame's area as arguments
   bool withDelay = false;
   bool delayAfterLastFrame = false;
 };
 
 struct ClipFrame {
-  std::string file;         // the frame's file, as the include names it
-  std::string table;        // the frame's table name
-  std::string pointerTable; // the pointer table's name when the frame is compressed, else empty
+  std::string file;          // the frame's file, as the include names it
+  std::string table;         // the frame's table name
+  std::string pointerTable;  // the pointer table's name when the frame is compressed, else empty
   long long x = 0, y = 0, width = 0, height = 0;
   int delayMs = 0;
 };

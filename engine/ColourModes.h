@@ -8,17 +8,17 @@ namespace rm {
 // as it was" (the monochrome commands).
 struct ColourModeInfo {
   int modeNumber;
-  std::string_view command;     // the menu command's name
-  std::string_view menuText;    // the menu item's text, blanks included
+  std::string_view command;   // the menu command's name
+  std::string_view menuText;  // the menu item's text, blanks included
   long double pixelsPerByte;
   int colours;
   int paletteSize;
   int canvasBits;
   int byteClass;
-  std::string_view clearName;   // X of " Clear the work canvas before to change to X mode ? "
+  std::string_view clearName;  // X of " Clear the work canvas before to change to X mode ? "
   std::string_view logText;
   std::string_view shortName;
-  std::string_view cliName;     // the name the command line uses
+  std::string_view cliName;  // the name the command line uses
 };
 
 // The 8 colours mode packs 8 pixels into 3 bytes; the literal is kept as it is, not 8/3.
@@ -43,8 +43,8 @@ inline constexpr std::array<ColourModeInfo, 21> kColourModes{{
      "5bpp grayscale", "32 levels grayscale packed mode activated", "32 levels grayscale", "gray32"},
     {30, "GrayscaleMenu32Unpacked", "32 gray levels bitmap (5bpp) 3B3P R-Unpacked    1 pixel/byte", 1, 32, 0, 8, 0,
      "5bpp grayscale", "32 levels grayscale unpacked mode activated", "32 levels grayscale", "gray32r"},
-    {31, "GrayscaleMenu32LeftUnpacked", "32 gray levels bitmap (5bpp) 3B3P L-Unpacked    1 pixel/byte", 1, 32, 0, 8,
-     0, "5bpp grayscale", "32 levels grayscale unpacked mode activated", "32 levels grayscale", "gray32l"},
+    {31, "GrayscaleMenu32LeftUnpacked", "32 gray levels bitmap (5bpp) 3B3P L-Unpacked    1 pixel/byte", 1, 32, 0, 8, 0,
+     "5bpp grayscale", "32 levels grayscale unpacked mode activated", "32 levels grayscale", "gray32l"},
     {32, "Gray256Menu", "256 gray shades (8 bpp)                                1 pixel/byte", 1, 256, 256, 8, 0,
      "256 colors", "256 colors mode activated", "256 grayscale", "gray256"},
     {54, "Colors8Menu", "8 colors (3bpp) packed                                 8 pixels/ 3 bytes", kPpb8Colours, 8, 0,
@@ -59,8 +59,8 @@ inline constexpr std::array<ColourModeInfo, 21> kColourModes{{
      4096, 4096, 16, 1, "4096 colors", "4096 colors unpacked mode activated", "4096 colors", "c4096u"},
     {59, "Colors65535Menu", "65536 colors (16bpp) R5 G6 B5                        1 pixel = 2 bytes", 1, 65535, 65536,
      16, 1, "65536 colors", "65536 colors mode activated", "65536 colors", "c65k"},
-    {60, "Colors262144Menu", "262k colors (18bpp)  packed                        1 pixel = 3 byte", 1, 262144, 262144, 18,
-     2, "262k colors", "262144 colors mode activated", "262144 colors", "c262k"},
+    {60, "Colors262144Menu", "262k colors (18bpp)  packed                        1 pixel = 3 byte", 1, 262144, 262144,
+     18, 2, "262k colors", "262144 colors mode activated", "262144 colors", "c262k"},
     {61, "Colors262144MenuUnpacked", "262k colors (18bpp) unpacked                     1 pixel = 3 byte", 1, 262144,
      262144, 18, 2, "262k colors", "262144 colors unpacked mode activated", "262144 colors Unpacked", "c262ku"},
     {62, "Colors16MilPackedMenu", "16M colors (24bpp) RGB                                 1 pixel = 3 bytes", 1,

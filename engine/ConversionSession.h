@@ -34,10 +34,10 @@ struct DataSyntax {
   std::string DataPrefix = "0x";
   std::string DataSuffix;
   bool SpaceBetweenData = true;
-  int DataPerLine = 16;     // the stored value (ORGC)
-  bool SeparatorOn = true;  // COMAh
-  bool SeparatorComma = true;   // COMAv
-  bool SeparatorCustom = false; // COMAS
+  int DataPerLine = 16;          // the stored value (ORGC)
+  bool SeparatorOn = true;       // COMAh
+  bool SeparatorComma = true;    // COMAv
+  bool SeparatorCustom = false;  // COMAS
   std::string SeparatorString = ",";
   EndOfLine Eol = EndOfLine::Comma;
   std::string EolString = ",";  // custom end of line, at most 5 characters
@@ -112,13 +112,13 @@ struct ConversionSession {
   std::uint32_t HexAddressOffset = 0;
 
   // Options of the packers and rearrangement.
-  bool SwapFirstLast = false;   // rgb2
-  bool SwapRedGreen = false;    // reported as "Red and Blue Swapped !"
+  bool SwapFirstLast = false;  // rgb2
+  bool SwapRedGreen = false;   // reported as "Red and Blue Swapped !"
   bool Rgba = false;
-  bool SwapNibble = false;      // snib
-  bool ReorderOn = false;       // dore
+  bool SwapNibble = false;  // snib
+  bool ReorderOn = false;   // dore
   std::array<ReorderRow, 32> ReorderTable{};
-  int PixelsPerByteSetting = 8; // PPB, the cut of horizontal monochrome bytes
+  int PixelsPerByteSetting = 8;  // PPB, the cut of horizontal monochrome bytes
   bool Compression = false;
   bool Interleaved = false;
   bool AutoFraming = false;
@@ -174,20 +174,20 @@ struct ConversionSession {
   std::string HeaderIncludeFile;        // empty: the default template, held in memory
   std::string TableName = "NewBitmap";  // the output name the tags and descriptors use
   std::string SourceFileName = "Newfile.bmp";
-  std::string InfoFilePath;             // named by the closing comment
-  std::string LastInfoDateText;         // date and time of the conversion: top comment, parameter file
+  std::string InfoFilePath;      // named by the closing comment
+  std::string LastInfoDateText;  // date and time of the conversion: top comment, parameter file
   // Where the front end will write the parameter file, when not beside the output in the output
   // folder (the command line's -o FILE): the closing comment names it.
   std::string InfoFileTarget;
-  bool GraphicSizeInData = false;       // width and height as the table's first data
-  bool GraphicPositionInData = false;   // X and Y likewise
-  bool SizeDescriptors = true;          // the WidthPages/HeightPixels lines after the table
+  bool GraphicSizeInData = false;      // width and height as the table's first data
+  bool GraphicPositionInData = false;  // X and Y likewise
+  bool SizeDescriptors = true;         // the WidthPages/HeightPixels lines after the table
   std::string DescriptorsEol = ";";
   bool PostProcessing = false;
   std::string Underscore = "_";
-  bool AutoChangeFraming = false;       // an animation frame exports only what changed
-  const Bitmap* PreviousFrame = nullptr; // the frame before, while an animation is encoded
-  int AnimationFrame = 0;               // 1-based frame of an animation run, 0 outside one
+  bool AutoChangeFraming = false;         // an animation frame exports only what changed
+  const Bitmap* PreviousFrame = nullptr;  // the frame before, while an animation is encoded
+  int AnimationFrame = 0;                 // 1-based frame of an animation run, 0 outside one
   int AnimationFrames = 0;
 
   // Working copies of the end of line settings, taken at the start of each conversion.

@@ -127,8 +127,8 @@ ConvertResult DataEncoder::ConvertWorkCanvas() {
     s_.Compression = false;
   }
   if (s_.Compression && !s_.Not6bit) {
-    ui_.MessageDlg("Data compression will be disabled for 6 bit wide mode encoding! ", "Confirm",
-                   DlgType::Confirmation, {"OK"});
+    ui_.MessageDlg("Data compression will be disabled for 6 bit wide mode encoding! ", "Confirm", DlgType::Confirmation,
+                   {"OK"});
     s_.Compression = false;
   }
   if (s_.AutoChangeFraming && s_.PreviousFrame && !s_.SelectionActive && s_.Source)
@@ -170,7 +170,8 @@ ConvertResult DataEncoder::ConvertWorkCanvas() {
 
   if (s_.SelectionActive && canvas_.area != CanvasState::Area::AutoFrame) {
     const char* question = " Export Selected Area to Data Array ? ";
-    if (canvas_.area == CanvasState::Area::Subdivision) question = " Export Selected Work Canvas Subdivision to Data Array ? ";
+    if (canvas_.area == CanvasState::Area::Subdivision)
+      question = " Export Selected Work Canvas Subdivision to Data Array ? ";
     if (canvas_.area == CanvasState::Area::Animation) question = " Export Selected Animation Area to Data Array ? ";
     if (ui_.MessageDlg(question, "Confirm", DlgType::Confirmation, {"Yes", "No"}) != "Yes")
       return ConvertResult::Stopped;
@@ -206,7 +207,8 @@ bool DataEncoder::EncodeCanvasTable() {
   formatter_.Reset();
   const std::string endString = s_.Syntax.Groups ? s_.Syntax.ArraySuffix : s_.Syntax.EndOfData;
   if (s_.Gray16Slices && !(s_.ModeNumber >= 26 && s_.ModeNumber <= 28)) {
-    ui_.MessageDlg(" The ST7528 special Mode is only working in 4bpp Grayscale mode ! ", "Error", DlgType::Error, {"OK"});
+    ui_.MessageDlg(" The ST7528 special Mode is only working in 4bpp Grayscale mode ! ", "Error", DlgType::Error,
+                   {"OK"});
     return false;
   }
   if (canvas_.floatingSelection) {

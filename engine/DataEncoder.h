@@ -20,8 +20,8 @@ enum class ConvertResult { Done, Stopped, PasteRequested };
 
 // What the canvas tells the encoder about itself for one conversion.
 struct CanvasState {
-  bool floatingSelection = false;     // a selection layer not yet pasted
-  bool selectionReducedToBW = true;   // in monochrome: the floating selection is black and white
+  bool floatingSelection = false;    // a selection layer not yet pasted
+  bool selectionReducedToBW = true;  // in monochrome: the floating selection is black and white
   enum class Area { None, Selected, Subdivision, Animation, AutoFrame } area = Area::None;
   bool animationActive = false;
   int frameCount = 0;

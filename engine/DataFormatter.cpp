@@ -97,8 +97,8 @@ void DataFormatter::StartDataComment() {
   comment_.clear();
   commentActive_ = false;
   // The picture comment only ever shows with one datum per line; other lines never hold it.
-  if (dataPerLine_ != 1 || s_.Syntax.NoDataComments || s_.Syntax.NoComments ||
-      s_.Output == OutputKind::BinaryFile || s_.Output == OutputKind::IntelHex)
+  if (dataPerLine_ != 1 || s_.Syntax.NoDataComments || s_.Syntax.NoComments || s_.Output == OutputKind::BinaryFile ||
+      s_.Output == OutputKind::IntelHex)
     return;
   const std::string u(static_cast<std::size_t>(8 * WordBytes()), '_');
   switch (s_.Syntax.Comment) {
@@ -170,9 +170,11 @@ void DataFormatter::EmitDataByte(bool /*lastOfPixel*/) {
       if (n == 2) {
         v = (static_cast<long long>(wordValues_[0]) << 8) + wordValues_[1];
       } else if (s_.BigEndian) {
-        v = (static_cast<long long>(wordValues_[0]) << 24) + (wordValues_[1] << 16) + (wordValues_[2] << 8) + wordValues_[3];
+        v = (static_cast<long long>(wordValues_[0]) << 24) + (wordValues_[1] << 16) + (wordValues_[2] << 8) +
+            wordValues_[3];
       } else {
-        v = (static_cast<long long>(wordValues_[3]) << 24) + (wordValues_[2] << 16) + (wordValues_[1] << 8) + wordValues_[0];
+        v = (static_cast<long long>(wordValues_[3]) << 24) + (wordValues_[2] << 16) + (wordValues_[1] << 8) +
+            wordValues_[0];
       }
       dataText_ = std::to_string(v);
     } else {
@@ -190,8 +192,7 @@ void DataFormatter::EmitDataByte(bool /*lastOfPixel*/) {
     // The leading zero looks at the first byte of the text as written.
     const int firstShown = s_.BigEndian ? wordValues_[0] : wordValues_[n - 1];
     leadZero_.clear();
-    if (HexH() && s_.Syntax.LeadingZero && firstShown >= 0xA0)
-      leadZero_ = "0";
+    if (HexH() && s_.Syntax.LeadingZero && firstShown >= 0xA0) leadZero_ = "0";
   }
   gap_ = " ";
   if (!leadZero_.empty()) {
@@ -222,8 +223,7 @@ void DataFormatter::FinishWord() {
 void DataFormatter::MakeDataText(int value) {
   dataText_ = ByteText(value);
   leadZero_.clear();
-  if (HexH() && s_.Syntax.LeadingZero && value >= 0xA0)
-    leadZero_ = "0";
+  if (HexH() && s_.Syntax.LeadingZero && value >= 0xA0) leadZero_ = "0";
 }
 
 void DataFormatter::EmitTwoPlanes(int first, int second) {
@@ -267,7 +267,8 @@ void DataFormatter::AppendDatumToLine(LineState& line, const std::string& commen
   const Kind kind = kind_;
   const bool binary = Binary();
   std::string_view S;
-  if (syn.SeparatorOn) S = binary ? std::string_view(", ") : (syn.SeparatorCustom ? std::string_view(syn.SeparatorString) : ",");
+  if (syn.SeparatorOn)
+    S = binary ? std::string_view(", ") : (syn.SeparatorCustom ? std::string_view(syn.SeparatorString) : ",");
   if (s_.FontMode && n > 1) S = {};
   // With one datum per line the end of line stands between two data: a separator beside it
   // would make two in a row ("0x80,,"), which no compiler takes. The separator serves only

@@ -31,8 +31,8 @@ std::vector<std::string> SplitLines(const std::string& text) {
 
 std::size_t FindTag(const std::string& text, const char* tag) { return Upper(text).find(tag); }
 
-constexpr char kNumberEnd = '\x01';  // marks the end of a number put in, until the last is known
-constexpr char kNameStart = '\x02';  // marks where the name went in
+constexpr char kNumberEnd = '\x01';    // marks the end of a number put in, until the last is known
+constexpr char kNameStart = '\x02';    // marks where the name went in
 constexpr char kNumberStart = '\x03';  // marks the start of a number put in
 
 // A number tag: the prefixed number when its option is on, else the tag and the separator behind
@@ -175,11 +175,13 @@ FilledTemplate FillTemplate(const std::vector<std::string>& lines, const HeaderT
   // Numbers inside a line of other text (a comment, the declaration) are the user's own affair.
   if (const std::size_t last = text.rfind(kNumberEnd); last != std::string::npos) {
     const std::size_t lineEnd = std::min(text.find('\n', last), text.size());
-    const std::size_t lineStart = last == 0 ? 0 : (text.rfind('\n', last) == std::string::npos ? 0 : text.rfind('\n', last) + 1);
+    const std::size_t lineStart =
+        last == 0 ? 0 : (text.rfind('\n', last) == std::string::npos ? 0 : text.rfind('\n', last) + 1);
     const std::size_t firstNumber = text.find(kNumberStart, lineStart);
     const bool restBlank = text.find_first_not_of(" \t\r", last + 1) >= lineEnd;
     const bool ownLine = text.find_first_not_of(" \t", lineStart) == firstNumber;
-    const auto lineIndex = static_cast<std::size_t>(std::count(text.begin(), text.begin() + static_cast<long>(last), '\n'));
+    const auto lineIndex =
+        static_cast<std::size_t>(std::count(text.begin(), text.begin() + static_cast<long>(last), '\n'));
     if (restBlank && ownLine && (!out.hasName || lineIndex > nameLineIndex)) text.insert(last + 1, v.numbersLineEnd);
   }
   text.erase(std::remove_if(text.begin(), text.end(), [](char c) { return c == kNumberEnd || c == kNumberStart; }),
@@ -198,7 +200,8 @@ FilledTemplate FillTemplate(const std::vector<std::string>& lines, const HeaderT
     text.erase(c);
     pointer.erase(std::remove(pointer.begin(), pointer.end(), kNameStart), pointer.end());
     if (const std::size_t f = FindTag(pointer, "[&FONT BITMAPS]"); f != std::string::npos) pointer.erase(f);
-    if (const std::size_t n = FindTag(pointer, "[&CNAME]"); n != std::string::npos) pointer.replace(n, 8, v.pointerName);
+    if (const std::size_t n = FindTag(pointer, "[&CNAME]"); n != std::string::npos)
+      pointer.replace(n, 8, v.pointerName);
     if (const std::size_t s = FindTag(pointer, "&CSIZE"); s != std::string::npos) pointer.erase(s, 6);
     out.pointerHeader = SplitLines(pointer);
   }

@@ -21,15 +21,15 @@ std::vector<std::string> DefaultGraphicsTemplate();
 
 // What the tags are replaced by.
 struct HeaderTagValues {
-  std::string name;           // the output name
+  std::string name;  // the output name
   // The text between the size's brackets when dataSize is below 0 (the colour table's size);
   // empty with compression.
   std::string size;
   // The entries of the data; the numbers the template puts into the data are added to it.
   long long dataSize = -1;
-  bool sizeInData = false;     // "Graphic Size In Data"
-  bool positionInData = false; // "Graphic Position in Data"
-  std::string linePrefix;     // LinePrefix + LinePrefix2, in front of the numbers
+  bool sizeInData = false;      // "Graphic Size In Data"
+  bool positionInData = false;  // "Graphic Position in Data"
+  std::string linePrefix;       // LinePrefix + LinePrefix2, in front of the numbers
   // Numbers in the data above 255 do not fit a byte: each number is then two data, the high
   // byte first with `bigEndian`, joined by `numberSeparator`.
   bool splitNumbers = false;
@@ -55,17 +55,17 @@ struct FilledTemplate {
   std::vector<std::string> pointerHeader;
   bool hasCompressionTag = false;
   bool trueOrigin = false;
-  long long x = 0, y = 0;                 // the coordinates written, after the true origin
+  long long x = 0, y = 0;  // the coordinates written, after the true origin
   long long oppositeX = 0, oppositeY = 0;
-  std::string nameLine;    // the header line that held [&NAME], tags replaced
-  std::string beforeName;  // the text in front of [&NAME] on that line (the type words)
-  bool hasName = false;    // the template has a [&NAME]
+  std::string nameLine;     // the header line that held [&NAME], tags replaced
+  std::string beforeName;   // the text in front of [&NAME] on that line (the type words)
+  bool hasName = false;     // the template has a [&NAME]
   std::string name;         // the name put in
   std::string pointerName;  // the pointer table's name
   // The declaration line with another name in the place of the table's: the second plane of the
   // two page mode and a pointer table that the template does not declare.
   std::string NameLineFor(const std::string& otherName) const;
-  std::size_t nameAt = 0;    // where the name's text (" " + name + " ") starts in nameLine
+  std::size_t nameAt = 0;  // where the name's text (" " + name + " ") starts in nameLine
   std::size_t nameLength = 0;
 };
 

@@ -249,7 +249,8 @@ Bitmap StretchBitmap(const Bitmap& bitmap, int width, int height) {
   Bitmap out(width, height);
   const long long sw = bitmap.Width(), sh = bitmap.Height();
   std::vector<int> column(static_cast<std::size_t>(width));
-  for (int x = 0; x < width; ++x) column[static_cast<std::size_t>(x)] = static_cast<int>((2LL * x + 1) * sw / (2LL * width));
+  for (int x = 0; x < width; ++x)
+    column[static_cast<std::size_t>(x)] = static_cast<int>((2LL * x + 1) * sw / (2LL * width));
   for (int y = 0; y < height; ++y) {
     const std::uint32_t* from = bitmap.Row(static_cast<int>((2LL * y + 1) * sh / (2LL * height)));
     std::uint32_t* to = out.Row(y);

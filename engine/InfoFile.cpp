@@ -126,8 +126,8 @@ std::vector<std::string> InfoFileLines(const ConversionSession& s, const InfoFil
     if (!f.clipUnitFile.empty()) add("Clip Unit : " + f.clipUnitFile);
   }
 
-  const bool fullCanvas = s.ExportAreaX1 == 0 && s.ExportAreaY1 == 0 && s.ExportAreaX2 == s.CanvasWidth &&
-                          s.ExportAreaY2 == s.CanvasHeight;
+  const bool fullCanvas =
+      s.ExportAreaX1 == 0 && s.ExportAreaY1 == 0 && s.ExportAreaX2 == s.CanvasWidth && s.ExportAreaY2 == s.CanvasHeight;
   if (fullCanvas) {
     add("Full screen pattern " + std::to_string(s.EncodeWidth) + "x" + std::to_string(s.EncodeHeight));
   } else {

@@ -307,8 +307,7 @@ Colour NearestColour::Search(Colour c) const {
   return found;
 }
 
-bool ConvertToNearestColor(Bitmap& bitmap, NearestColour& nearest, UiPort& ui, std::string_view name,
-                           bool grayFilter) {
+bool ConvertToNearestColor(Bitmap& bitmap, NearestColour& nearest, UiPort& ui, std::string_view name, bool grayFilter) {
   const bool quiet = IsFontTag(name);
   if (!quiet) ui.Status("Processing Color Conversion ...");
   if (grayFilter) {

@@ -35,9 +35,12 @@ std::string Upper(std::string s) {
 
 int DigitValue(char ch, int base) {
   int v = -1;
-  if (ch >= '0' && ch <= '9') v = ch - '0';
-  else if (ch >= 'a' && ch <= 'f') v = ch - 'a' + 10;
-  else if (ch >= 'A' && ch <= 'F') v = ch - 'A' + 10;
+  if (ch >= '0' && ch <= '9')
+    v = ch - '0';
+  else if (ch >= 'a' && ch <= 'f')
+    v = ch - 'a' + 10;
+  else if (ch >= 'A' && ch <= 'F')
+    v = ch - 'A' + 10;
   return v < base ? v : -1;
 }
 
@@ -141,8 +144,7 @@ std::vector<Colour> GrayRamp(int levels) {
       for (int i = 0; i < 31; ++i) ramp.push_back(Gray(255 - 8 * i));
       ramp.push_back(Gray(0));
       break;
-    default:
-      break;
+    default: break;
   }
   return ramp;
 }
@@ -339,8 +341,7 @@ void ColourIndex::IndexOfRun(const std::uint32_t* pixels, std::int32_t* out, std
     return;
   }
   for (std::size_t i = 0; i < n; ++i) {
-    if (i + kAhead < n)
-      __builtin_prefetch(&slots_[Hash(static_cast<Colour>(pixels[i + kAhead] & 0xFFFFFFu))]);
+    if (i + kAhead < n) __builtin_prefetch(&slots_[Hash(static_cast<Colour>(pixels[i + kAhead] & 0xFFFFFFu))]);
     out[i] = IndexOf(static_cast<Colour>(pixels[i] & 0xFFFFFFu));
   }
 }
@@ -407,10 +408,11 @@ std::optional<std::string> LoadColorPalette(const std::string& picturePath, cons
   std::vector<Colour> colours;
   const int count = CountandListColors(picture, &colours);
   if (count != 256 && count != 4096 && count != 65536 && count != 262144) {
-    ui.MessageDlg("Please load a JPG,PNG or BMP Graphic with 256,4096,65536 or 262144 colors to create new a color "
-                  "palette\r Loaded graphic colors count is " +
-                      std::to_string(count),
-                  "Number of Colors", DlgType::Warning, {"OK"});
+    ui.MessageDlg(
+        "Please load a JPG,PNG or BMP Graphic with 256,4096,65536 or 262144 colors to create new a color "
+        "palette\r Loaded graphic colors count is " +
+            std::to_string(count),
+        "Number of Colors", DlgType::Warning, {"OK"});
     return std::nullopt;
   }
   const std::string path = CustomPaletteName(activeProject, count);

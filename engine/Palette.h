@@ -62,7 +62,7 @@ enum class PaletteOrigin { None, BuiltIn, Custom, Default };
 struct PaletteLoadResult {
   bool Loaded = false;  // the table now holds the file's colours
   PaletteOrigin Origin = PaletteOrigin::None;
-  std::string Path;     // the file read, or the one that failed
+  std::string Path;  // the file read, or the one that failed
   std::string LoadedLabel;
   std::string CurrentLabel;
 };
@@ -118,7 +118,7 @@ class ColourIndex {
   void Build(const std::vector<Colour>& table);
   int IndexOf(Colour c) const {
     if (slots_.empty()) return -1;
-    for (std::size_t i = Hash(c); ; i = (i + 1) & mask_) {
+    for (std::size_t i = Hash(c);; i = (i + 1) & mask_) {
       const Slot& s = slots_[i];
       if (s.index < 0) return -1;
       if (s.colour == c) return s.index;

@@ -41,7 +41,8 @@ void PixelPacker::Advance(PixelStep step) {
 bool PixelPacker::ValueAt(int x, int y, int& value) {
   const Bitmap* src = s_.Source;
   if (valuesWidth_ > 0 && x >= 0 && y >= 0 && x < src->Width() && y < src->Height()) {
-    const int v = values_[static_cast<std::size_t>(y) * static_cast<std::size_t>(valuesWidth_) + static_cast<std::size_t>(x)];
+    const int v =
+        values_[static_cast<std::size_t>(y) * static_cast<std::size_t>(valuesWidth_) + static_cast<std::size_t>(x)];
     if (v >= 0) {
       value = v;
       return true;
@@ -186,7 +187,8 @@ void PixelPacker::PackGray4(PixelStep step) {
     if (i > 0 && step == PixelStep::Up && s_.CurY < 0) break;
     if (!ReadValue(step, p[i])) return;
   }
-  out_.Datum(static_cast<int>(Transform(static_cast<std::uint32_t>((p[0] << 6) + (p[1] << 4) + (p[2] << 2) + p[3]), 8)));
+  out_.Datum(
+      static_cast<int>(Transform(static_cast<std::uint32_t>((p[0] << 6) + (p[1] << 4) + (p[2] << 2) + p[3]), 8)));
 }
 
 void PixelPacker::PackGray32(PixelStep step) {
@@ -340,7 +342,8 @@ bool PixelPacker::Holding() const {
 void PixelPacker::Flush() {
   // Packed gray 32: the byte that holds the bits of the last one or two pixels of a triple.
   if (s_.Gray32 && s_.Packed && s_.Gray32Counter != 0) {
-    out_.Datum(static_cast<int>(Transform(static_cast<std::uint32_t>(s_.Gray32Counter == 1 ? s_.Gray32A : s_.Gray32C), 8)));
+    out_.Datum(
+        static_cast<int>(Transform(static_cast<std::uint32_t>(s_.Gray32Counter == 1 ? s_.Gray32A : s_.Gray32C), 8)));
     s_.Gray32Counter = 0;
   }
   // Packed 4096 colours: an odd last pixel's low four bits.

@@ -34,7 +34,15 @@ long long ApplyThreshold(const Bitmap& original, Bitmap& target, long double lev
                          int matrixWidth, int matrixHeight);
 
 // The error diffusion kernels, numbered as the Dithering menu lists them.
-enum class DitherMode { Nearest = 0, FloydSteinberg = 1, Stucki = 2, Sierra = 3, JaJuNi = 4, SteveArche = 5, Burkes = 6 };
+enum class DitherMode {
+  Nearest = 0,
+  FloydSteinberg = 1,
+  Stucki = 2,
+  Sierra = 3,
+  JaJuNi = 4,
+  SteveArche = 5,
+  Burkes = 6
+};
 // What a dither reduces to; the numbers are those the menu stores.
 enum class ColorReduction { Monochrome = 4, GrayScale = 5 };
 

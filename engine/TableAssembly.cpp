@@ -276,7 +276,6 @@ void DataEncoder::WriteTableTail(const FilledTemplate& head, const std::string& 
   text_.Add("");
 }
 
-
 bool DataEncoder::EncodeColorLutTable() {
   if (canvas_.floatingSelection) {
     ui_.MessageDlg(" Please paste selected area before doing the canvas encoding ! ", "Error", DlgType::Error, {"OK"});
@@ -313,8 +312,8 @@ bool DataEncoder::EncodeColorLutTable() {
     case EndOfLine::None: break;
     case EndOfLine::Custom: eol = s_.WorkEolString; break;
   }
-  const int n = static_cast<int>(std::min<std::size_t>(static_cast<std::size_t>(std::max(s_.PaletteSize, 0)),
-                                                        s_.PaletteTable.size()));
+  const int n = static_cast<int>(
+      std::min<std::size_t>(static_cast<std::size_t>(std::max(s_.PaletteSize, 0)), s_.PaletteTable.size()));
   for (int i = 0; i < n; ++i) {
     const std::uint32_t entry = static_cast<std::uint32_t>(s_.PaletteTable[static_cast<std::size_t>(i)]) & 0xFFFFFFu;
     std::string value;

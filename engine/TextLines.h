@@ -29,7 +29,9 @@ class TextLines {
 
   // Kept for views that batch their repaints; the model itself needs no bracketing.
   void BeginUpdate() { ++updating_; }
-  void EndUpdate() { if (updating_ > 0) --updating_; }
+  void EndUpdate() {
+    if (updating_ > 0) --updating_;
+  }
   bool Updating() const { return updating_ > 0; }
 
  private:

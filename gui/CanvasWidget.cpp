@@ -144,8 +144,8 @@ void CanvasWidget::mouseReleaseEvent(QMouseEvent* event) {
 void CanvasWidget::wheelEvent(QWheelEvent* event) {
   if (event->modifiers() & Qt::ControlModifier) {
     // Ctrl + wheel enlarges and shrinks the cells, as the inflate and deflate buttons do.
-    const bool changed = event->angleDelta().y() > 0 ? app_.imageForm.BiggerButtonClick()
-                                                     : app_.imageForm.SmallerButtonClick();
+    const bool changed =
+        event->angleDelta().y() > 0 ? app_.imageForm.BiggerButtonClick() : app_.imageForm.SmallerButtonClick();
     if (changed) emit modelChanged();
     event->accept();
     return;

@@ -63,9 +63,7 @@ bool DesktopProgram::Start(const Options& options) {
         window_ = std::make_unique<MainWindow>(app_, ui_);
         Dock<SettingsPanel>(*window_, app_, "Settings", "settingsDock", Qt::RightDockWidgetArea);
         break;
-      case rm::StartWindow::LogWin:
-        app_.logWindow.Exists = true;
-        break;
+      case rm::StartWindow::LogWin: app_.logWindow.Exists = true; break;
       case rm::StartWindow::Exploform2:
         Dock<EditorsWindow>(*window_, app_, "Editors", "editorsDock", Qt::RightDockWidgetArea);
         break;
@@ -75,8 +73,7 @@ bool DesktopProgram::Start(const Options& options) {
         QObject::connect(explorer, &ExplorerWindow::pictureSelected, preview, &PreviewPanel::ShowPicture);
         break;
       }
-      default:
-        break;
+      default: break;
     }
   };
   if (rm::StartProgram(app_, start) == rm::StartOutcome::AnotherInstance) return false;
@@ -165,18 +162,20 @@ void DesktopProgram::StorePlaces() {
 }
 
 bool DesktopProgram::SaveArtwork() {
-  const QString path = QFileDialog::getSaveFileName(window_.get(), "Save Artwork",
-                                                    QString::fromStdString(app_.globals.LastArtworkPath),
-                                                    "Portable Network Graphics (*.png);;Bitmaps (*.bmp)");
+  const QString path =
+      QFileDialog::getSaveFileName(window_.get(), "Save Artwork", QString::fromStdString(app_.globals.LastArtworkPath),
+                                   "Portable Network Graphics (*.png);;Bitmaps (*.bmp)");
   if (path.isEmpty()) return false;
   std::string error;
   const bool bmp = path.endsWith(".bmp", Qt::CaseInsensitive);
-  const std::string file = bmp || path.endsWith(".png", Qt::CaseInsensitive) ? path.toStdString()
-                                                                              : path.toStdString() + ".png";
+  const std::string file =
+      bmp || path.endsWith(".png", Qt::CaseInsensitive) ? path.toStdString() : path.toStdString() + ".png";
   const bool ok = bmp ? codecs_.SaveBmp(app_.pixelForm.WorkBitmap, file, error)
                       : codecs_.SavePng(app_.pixelForm.WorkBitmap, file, error);
-  if (!ok) app_.ui.MessageDlg(" " + error + " ", "Error", rm::DlgType::Error, {"OK"});
-  else app_.mainForm.StatusBarAndLog("Artwork saved to " + file);
+  if (!ok)
+    app_.ui.MessageDlg(" " + error + " ", "Error", rm::DlgType::Error, {"OK"});
+  else
+    app_.mainForm.StatusBarAndLog("Artwork saved to " + file);
   return ok;
 }
 

@@ -248,8 +248,8 @@ void EditorsWindow::TabChanged(int index) {
 void EditorsWindow::ShowCaret() {
   auto* editor = tabs_->currentWidget() == auxEditor_ ? auxEditor_ : mainEditor_;
   const QTextCursor cursor = editor->textCursor();
-  caretStatus_->setText("Col: " + QString::number(cursor.positionInBlock() + 1) + " Line: " +
-                        QString::number(cursor.blockNumber() + 1));
+  caretStatus_->setText("Col: " + QString::number(cursor.positionInBlock() + 1) +
+                        " Line: " + QString::number(cursor.blockNumber() + 1));
 }
 
 bool EditorsWindow::LoadFile(const QString& path) {
@@ -279,7 +279,8 @@ void EditorsWindow::SaveClicked() {
   const rm::Globals& g = app_.globals;
   const bool hex = tabs_->currentWidget() == hexView_;
   const std::string& current = hex ? g.HexFileName : g.EditorFileName;
-  const QString start = current.empty() ? QString::fromStdString(app_.session.OutputFolder) : QString::fromStdString(current);
+  const QString start =
+      current.empty() ? QString::fromStdString(app_.session.OutputFolder) : QString::fromStdString(current);
   const QString filter = hex ? "Binary (*.bin *.hex)" : "Sources (*.h *.c *.bas *.asm *.txt *.rtf)";
   // The library asks about replacing a file itself, and keeps a backup of it.
   const QString path =

@@ -37,7 +37,8 @@ class HexTableModel : public QAbstractTableModel {
  public:
   static constexpr int kBytesPerRow = 16;
   static constexpr int kAsciiColumn = kBytesPerRow + 1;
-  explicit HexTableModel(const rm::HexBuffer& hex, QObject* parent = nullptr) : QAbstractTableModel(parent), hex_(hex) {}
+  explicit HexTableModel(const rm::HexBuffer& hex, QObject* parent = nullptr)
+      : QAbstractTableModel(parent), hex_(hex) {}
   int rowCount(const QModelIndex& parent = QModelIndex()) const override;
   int columnCount(const QModelIndex& parent = QModelIndex()) const override;
   QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;

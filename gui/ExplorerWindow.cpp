@@ -216,7 +216,7 @@ void ExplorerWindow::FillList() {
   for (QAction* action : filterGroup_->actions())
     action->setChecked(action->data().toString().toStdString() ==
                        (g.ExplorerFilterText.empty() && g.ExplorerFilter.empty() ? std::string("All files (*.*)")
-                                                                                  : g.ExplorerFilterText));
+                                                                                 : g.ExplorerFilterText));
   autoFilters_->setChecked(g.AutoFolderFilters);
   folders_->setChecked(g.ExplorerShowFolders);
   today_->setChecked(g.ExplorerTodayOnly);
@@ -315,7 +315,8 @@ void ExplorerWindow::ProjectEdited(QListWidgetItem* item) {
   if (newName == oldName) return;
   app_.exploForm.ProjectViewEdited(oldName, newName);
   // Refilled after the edit has closed: the list must not be cleared under its own editor.
-  QMetaObject::invokeMethod(this, [this] { ChangedModel(); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      this, [this] { ChangedModel(); }, Qt::QueuedConnection);
 }
 
 void ExplorerWindow::DeleteSelectedProject() {

@@ -46,7 +46,7 @@ class ExplorerWindow : public QWidget {
 
  private:
   std::vector<std::pair<std::string, std::string>> treeShown_;  // (label, path) of the tree's entries
-  QString listShown_;  // the listing the file list shows, as one text
+  QString listShown_;                                           // the listing the file list shows, as one text
   void FillTree();
   void FillList();
   void FillListRows(const rm::TExploForm::FileListing& listing);

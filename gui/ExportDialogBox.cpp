@@ -19,8 +19,7 @@ constexpr const char* kEntries[] = {"Export Full size Work Canvas", "Export Uppe
                                     "Export Selected Subdivision >"};
 }
 
-ExportDialogBox::ExportDialogBox(const rm::ExportDialogState& state, QWidget* parent)
-    : QDialog(parent), state_(state) {
+ExportDialogBox::ExportDialogBox(const rm::ExportDialogState& state, QWidget* parent) : QDialog(parent), state_(state) {
   setObjectName("exportDialog");
   setWindowTitle("Export to Data");
   auto* layout = new QVBoxLayout(this);

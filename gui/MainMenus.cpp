@@ -55,8 +55,8 @@ void MainWindow::BuildMenus() {
 
 void MainWindow::OpenPicture(bool directly) {
   const QString start = QString::fromStdString(app_.globals.LastArtworkPath);
-  const QString path = QFileDialog::getOpenFileName(this, directly ? "Load Graphic Directly" : "Open Graphic",
-                                                    start, kPictureFilter);
+  const QString path =
+      QFileDialog::getOpenFileName(this, directly ? "Load Graphic Directly" : "Open Graphic", start, kPictureFilter);
   if (path.isEmpty()) return;
   Run([&] {
     if (directly)
@@ -83,9 +83,8 @@ void MainWindow::BuildFileMenu() {
   m->addSeparator();
   QAction* saveLog = m->addAction("Save Log to File");
   connect(saveLog, &QAction::triggered, this, [this] {
-    const QString path = QFileDialog::getSaveFileName(this, "Save Log to File",
-                                                      QString::fromStdString(app_.mainForm.LogFileFolder()),
-                                                      "Log files (*.LOG)");
+    const QString path = QFileDialog::getSaveFileName(
+        this, "Save Log to File", QString::fromStdString(app_.mainForm.LogFileFolder()), "Log files (*.LOG)");
     Run([&] { app_.mainForm.SaveLogtoFile1Click(path.toStdString()); });
   });
   m->addSeparator();
@@ -106,16 +105,23 @@ void MainWindow::RebuildRecentMenu() {
 
 void MainWindow::BuildCanvasMenu() {
   QMenu* m = menuBar()->addMenu("&Canvas");
-  undo_ = Add(m, "Undo", [this] { app_.imageForm.UndoButtonClick(); }, QKeySequence::Undo);
-  redo_ = Add(m, "Redo", [this] { app_.imageForm.RedoButtonClick(); }, QKeySequence::Redo);
-  Add(m, "OK Paste Layer", [this] { app_.imageForm.OKPasteLayerClick(); }, QKeySequence("Ctrl+Return"));
+  undo_ = Add(
+      m, "Undo", [this] { app_.imageForm.UndoButtonClick(); }, QKeySequence::Undo);
+  redo_ = Add(
+      m, "Redo", [this] { app_.imageForm.RedoButtonClick(); }, QKeySequence::Redo);
+  Add(
+      m, "OK Paste Layer", [this] { app_.imageForm.OKPasteLayerClick(); }, QKeySequence("Ctrl+Return"));
   Add(m, "Reload Original Image", [this] { app_.imageForm.ReloadOriginalImageClick(); });
   m->addSeparator();
-  Add(m, "Zoom In", [this] { app_.imageForm.ZoomInButtonClick(); }, QKeySequence::ZoomIn);
-  Add(m, "Zoom Out", [this] { app_.imageForm.ZoomOutButtonClick(); }, QKeySequence::ZoomOut);
+  Add(
+      m, "Zoom In", [this] { app_.imageForm.ZoomInButtonClick(); }, QKeySequence::ZoomIn);
+  Add(
+      m, "Zoom Out", [this] { app_.imageForm.ZoomOutButtonClick(); }, QKeySequence::ZoomOut);
   Add(m, "No Zoom", [this] { app_.imageForm.ZoomOffButtonClick(); });
-  Add(m, "Inflate Canvas", [this] { app_.imageForm.BiggerButtonClick(); }, QKeySequence("Ctrl+Up"));
-  Add(m, "Deflate Canvas", [this] { app_.imageForm.SmallerButtonClick(); }, QKeySequence("Ctrl+Down"));
+  Add(
+      m, "Inflate Canvas", [this] { app_.imageForm.BiggerButtonClick(); }, QKeySequence("Ctrl+Up"));
+  Add(
+      m, "Deflate Canvas", [this] { app_.imageForm.SmallerButtonClick(); }, QKeySequence("Ctrl+Down"));
   QMenu* factor = m->addMenu("Inflate by");
   for (int steps : {15, 10, 5, 1})
     Add(factor, QString("x%1").arg(steps), [this, steps] { app_.imageForm.InflatefactorButtonClick(steps); });
@@ -254,9 +260,11 @@ void MainWindow::BuildOutputMenu() {
       },
       QKeySequence("F9"));
   // The converted data under the name the settings make, in the Output files folder.
-  Add(m, "Save Data Array", [this] { app_.mainForm.SaveOutputFile(false); }, QKeySequence("Ctrl+Shift+S"));
+  Add(
+      m, "Save Data Array", [this] { app_.mainForm.SaveOutputFile(false); }, QKeySequence("Ctrl+Shift+S"));
   Add(m, "Export Work Canvas to Binary", [this] { app_.mainForm.ExportToBinaryClick(); });
-  Add(m, "Export RGB Palette to Color Look-up Table (CLUT)", [this] { app_.mainForm.ExportColorPaletteAsArray3Click(); });
+  Add(m, "Export RGB Palette to Color Look-up Table (CLUT)",
+      [this] { app_.mainForm.ExportColorPaletteAsArray3Click(); });
 }
 
 void MainWindow::BuildReductionMenu() {
@@ -307,8 +315,8 @@ void MainWindow::BuildWindowMenu() {
 void MainWindow::BuildToolBars() {
   QToolBar* main = addToolBar("Main");
   main->setObjectName("mainToolBar");
-  for (const char* text : {"Open Graphic...", "Convert Work Canvas to Data", "Save Data Array", "Undo", "Redo", "Zoom In", "Zoom Out",
-                           "No Zoom", "Inflate Canvas", "Deflate Canvas"})
+  for (const char* text : {"Open Graphic...", "Convert Work Canvas to Data", "Save Data Array", "Undo", "Redo",
+                           "Zoom In", "Zoom Out", "No Zoom", "Inflate Canvas", "Deflate Canvas"})
     if (QAction* a = FindAction(text)) main->addAction(a);
   main->addSeparator();
   sizeCombo_ = new QComboBox(main);
@@ -339,9 +347,8 @@ void MainWindow::BuildToolBars() {
   connect(threshold_, &QSlider::valueChanged, this, [this](int value) {
     Run([&] { app_.imageForm.BWAdjustementTool1BWTrackBarChange(value, threshold_->isSliderDown()); });
   });
-  connect(threshold_, &QSlider::sliderReleased, this, [this] {
-    Run([&] { app_.imageForm.BWAdjustementTool1BWTrackBarChange(threshold_->value(), false); });
-  });
+  connect(threshold_, &QSlider::sliderReleased, this,
+          [this] { Run([&] { app_.imageForm.BWAdjustementTool1BWTrackBarChange(threshold_->value(), false); }); });
   bw->addWidget(new QLabel("Threshold ", bw));
   bw->addWidget(threshold_);
   bw->addWidget(thresholdValue_);

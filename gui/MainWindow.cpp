@@ -138,8 +138,8 @@ void MainWindow::SyncAll() {
     const rm::Bitmap& thumb = c.CollectionSlots[i].Thumbnail;
     QToolButton* b = collectionButtons_[static_cast<std::size_t>(i)];
     if (thumb.Width() > 0 && thumb.Height() > 0) {
-      const QImage image(reinterpret_cast<const uchar*>(thumb.Row(0)), thumb.Width(), thumb.Height(),
-                         thumb.Width() * 4, QImage::Format_RGBX8888);
+      const QImage image(reinterpret_cast<const uchar*>(thumb.Row(0)), thumb.Width(), thumb.Height(), thumb.Width() * 4,
+                         QImage::Format_RGBX8888);
       b->setIcon(QIcon(QPixmap::fromImage(image)));
     } else {
       b->setIcon(QIcon());

@@ -18,11 +18,24 @@ struct PreviewCommand {
 };
 
 const PreviewCommand kCommands[] = {
-    {"Turn Right", "previewTurnRight", [](rm::Application& a) { a.exploForm2.PreviewTurnRight(); return true; }},
-    {"Turn Left", "previewTurnLeft", [](rm::Application& a) { a.exploForm2.PreviewTurnLeft(); return true; }},
-    {"Half Turn", "previewHalfTurn", [](rm::Application& a) { a.exploForm2.PreviewHalfTurn(); return true; }},
+    {"Turn Right", "previewTurnRight",
+     [](rm::Application& a) {
+       a.exploForm2.PreviewTurnRight();
+       return true;
+     }},
+    {"Turn Left", "previewTurnLeft",
+     [](rm::Application& a) {
+       a.exploForm2.PreviewTurnLeft();
+       return true;
+     }},
+    {"Half Turn", "previewHalfTurn",
+     [](rm::Application& a) {
+       a.exploForm2.PreviewHalfTurn();
+       return true;
+     }},
     {"Reload Original Image", "previewReload", [](rm::Application& a) { return a.exploForm2.ReloadOriginalPreview(); }},
-    {"Resize to fit in Work Canvas", "previewFit", [](rm::Application& a) { return a.exploForm2.ResizePreviewToFit(); }},
+    {"Resize to fit in Work Canvas", "previewFit",
+     [](rm::Application& a) { return a.exploForm2.ResizePreviewToFit(); }},
     {"Export Previewed Graphic to Work Canvas", "previewExport",
      [](rm::Application& a) { return a.exploForm2.ExportGraphic(); }},
 };

@@ -105,10 +105,8 @@ bool QtUi::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::Wheel:
     case QEvent::ShortcutOverride:
     case QEvent::Shortcut:
-    case QEvent::Close:
-      return true;
-    default:
-      return QObject::eventFilter(watched, event);
+    case QEvent::Close: return true;
+    default: return QObject::eventFilter(watched, event);
   }
 }
 

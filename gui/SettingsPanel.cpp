@@ -198,8 +198,7 @@ QWidget* SettingsPanel::buildHeaderTemplatePage() {
   });
   connect(factoryHeaderButton_, &QPushButton::clicked, this, [this] {
     QStringList l;
-    for (const std::string& s : rm::TConfigChildWin::FactoryHeaderTemplate(templateChoice_->currentIndex()))
-      l << Q(s);
+    for (const std::string& s : rm::TConfigChildWin::FactoryHeaderTemplate(templateChoice_->currentIndex())) l << Q(s);
     templateText_->setPlainText(l.join('\n'));
   });
   return page;
@@ -248,9 +247,7 @@ bool SettingsPanel::loadCustomPalette(const QString& picturePath) {
   return ok;
 }
 
-bool SettingsPanel::exportPaletteText(const QString& palettePath) {
-  return model_.ExportPaletteText(S(palettePath));
-}
+bool SettingsPanel::exportPaletteText(const QString& palettePath) { return model_.ExportPaletteText(S(palettePath)); }
 
 void SettingsPanel::applyField(const rm::ConfigField& f, const std::string& value) {
   if (syncing_) return;
@@ -275,12 +272,8 @@ void SettingsPanel::syncField(const FieldControl& c) {
       if (e->text() != v) e->setText(v);
       break;
     }
-    case rm::ConfigFieldKind::Number:
-      static_cast<QSpinBox*>(c.widget)->setValue(v.toInt());
-      break;
-    case rm::ConfigFieldKind::Switch:
-      static_cast<QCheckBox*>(c.widget)->setChecked(v != "0" && !v.isEmpty());
-      break;
+    case rm::ConfigFieldKind::Number: static_cast<QSpinBox*>(c.widget)->setValue(v.toInt()); break;
+    case rm::ConfigFieldKind::Switch: static_cast<QCheckBox*>(c.widget)->setChecked(v != "0" && !v.isEmpty()); break;
     case rm::ConfigFieldKind::Choice:
       static_cast<QComboBox*>(c.widget)->setCurrentIndex(static_cast<QComboBox*>(c.widget)->findText(v));
       break;

@@ -6,39 +6,39 @@ namespace rmgui {
 
 namespace {
 
-const QStringList kCWords = {
-    "auto",     "bool",     "break",    "case",     "char",      "class",    "const",     "constexpr", "continue",
-    "default",  "delete",   "do",       "double",   "else",      "enum",     "extern",    "false",     "float",
-    "for",      "goto",     "if",       "inline",   "int",       "long",     "namespace", "new",       "nullptr",
-    "private",  "protected", "public",  "register", "return",    "short",    "signed",    "sizeof",    "static",
-    "struct",   "switch",   "template", "this",     "true",      "typedef",  "typename",  "union",     "unsigned",
-    "virtual",  "void",     "volatile", "while",    "int8_t",    "int16_t",  "int32_t",   "uint8_t",   "uint16_t",
-    "uint32_t", "PROGMEM"};
+const QStringList kCWords = {"auto",      "bool",     "break",    "case",      "char",     "class",    "const",
+                             "constexpr", "continue", "default",  "delete",    "do",       "double",   "else",
+                             "enum",      "extern",   "false",    "float",     "for",      "goto",     "if",
+                             "inline",    "int",      "long",     "namespace", "new",      "nullptr",  "private",
+                             "protected", "public",   "register", "return",    "short",    "signed",   "sizeof",
+                             "static",    "struct",   "switch",   "template",  "this",     "true",     "typedef",
+                             "typename",  "union",    "unsigned", "virtual",   "void",     "volatile", "while",
+                             "int8_t",    "int16_t",  "int32_t",  "uint8_t",   "uint16_t", "uint32_t", "PROGMEM"};
 
 const QStringList kAsmWords = {
-    "db",   "dw",   "dd",   "dq",   "ds",   "dcb",  "dc",   "equ",  "org",  "end",    "include", "section",
-    "segment", "macro", "endm", "if", "else", "endif", "byte", "word", "mov", "ld",  "ldi",     "lds",
-    "sts",  "lpm",  "push", "pop",  "call", "rcall", "ret", "reti", "jmp", "rjmp",   "jp",      "jr",
-    "nop",  "add",  "adc",  "sub",  "sbc",  "and",  "or",   "xor",  "cmp", "cp",     "inc",     "dec",
-    "brne", "breq", "bne",  "beq",  "lsl",  "lsr",  "rol",  "ror",  "out", "in"};
+    "db",      "dw",    "dd",   "dq",  "ds",   "dcb",   "dc",   "equ",  "org", "end",  "include", "section",
+    "segment", "macro", "endm", "if",  "else", "endif", "byte", "word", "mov", "ld",   "ldi",     "lds",
+    "sts",     "lpm",   "push", "pop", "call", "rcall", "ret",  "reti", "jmp", "rjmp", "jp",      "jr",
+    "nop",     "add",   "adc",  "sub", "sbc",  "and",   "or",   "xor",  "cmp", "cp",   "inc",     "dec",
+    "brne",    "breq",  "bne",  "beq", "lsl",  "lsr",   "rol",  "ror",  "out", "in"};
 
-const QStringList kBasicWords = {
-    "and",   "as",    "byte",   "case",    "const", "data",   "dim",    "do",    "else",  "elseif", "end",
-    "for",   "function", "gosub", "goto",  "if",    "integer", "let",   "long",  "loop",  "mod",    "next",
-    "not",   "or",    "print",  "read",    "restore", "return", "select", "step", "string", "sub",  "then",
-    "to",    "wend",  "while",  "word",    "xor"};
+const QStringList kBasicWords = {"and",     "as",     "byte",    "case",   "const",    "data",  "dim",    "do",
+                                 "else",    "elseif", "end",     "for",    "function", "gosub", "goto",   "if",
+                                 "integer", "let",    "long",    "loop",   "mod",      "next",  "not",    "or",
+                                 "print",   "read",   "restore", "return", "select",   "step",  "string", "sub",
+                                 "then",    "to",     "wend",    "while",  "word",     "xor"};
 
 const QStringList kPascalWords = {
-    "and",       "array",    "begin",     "boolean", "byte",   "cardinal", "case",   "char",     "const",
-    "div",       "do",       "downto",    "else",    "end",    "for",      "function", "if",    "implementation",
-    "integer",   "interface", "longint",  "mod",     "not",    "of",       "or",     "procedure", "program",
-    "record",    "repeat",   "shl",       "shr",     "string", "then",     "to",     "type",     "unit",
-    "until",     "uses",     "var",       "while",   "word",   "xor"};
+    "and",     "array",     "begin",   "boolean", "byte",   "cardinal", "case",     "char",      "const",
+    "div",     "do",        "downto",  "else",    "end",    "for",      "function", "if",        "implementation",
+    "integer", "interface", "longint", "mod",     "not",    "of",       "or",       "procedure", "program",
+    "record",  "repeat",    "shl",     "shr",     "string", "then",     "to",       "type",      "unit",
+    "until",   "uses",      "var",     "while",   "word",   "xor"};
 
 // The words of the batch language's report stand out; some are bracketed, so the boundaries are
 // "no word character", not \b.
-const QStringList kReportWords = {"[FIXED]", "[VARIABLE]", "DONE",    "FALSE", "FILE_NOT_FOUND",
-                                  "NO_HEX_VALUE", "NOT_FOUND", "OK", "SUCCESS", "TRUE"};
+const QStringList kReportWords = {"[FIXED]",      "[VARIABLE]", "DONE", "FALSE",   "FILE_NOT_FOUND",
+                                  "NO_HEX_VALUE", "NOT_FOUND",  "OK",   "SUCCESS", "TRUE"};
 
 }  // namespace
 
@@ -65,7 +65,7 @@ void SourceHighlighter::AddKeywords(const QStringList& words, Qt::CaseSensitivit
   const QString body = "(?:" + escaped.join('|') + ")";
   const QString pattern = wholeWordBoundaries ? "\\b" + body + "\\b" : "(?<![\\w\\[])" + body + "(?![\\w\\]])";
   QRegularExpression re(pattern, cs == Qt::CaseInsensitive ? QRegularExpression::CaseInsensitiveOption
-                                                            : QRegularExpression::NoPatternOption);
+                                                           : QRegularExpression::NoPatternOption);
   rules_.push_back({re, &keywordFormat});
 }
 
@@ -81,8 +81,7 @@ void SourceHighlighter::BuildRules() {
     rules_.push_back({QRegularExpression(pattern, options), format});
   };
   switch (language_) {
-    case Language::None:
-      return;
+    case Language::None: return;
     case Language::Cpp:
       AddKeywords(kCWords, Qt::CaseSensitive);
       rules_.push_back({cNumber, &numberFormat});
@@ -96,7 +95,8 @@ void SourceHighlighter::BuildRules() {
     case Language::Assembler:
       AddKeywords(kAsmWords, Qt::CaseInsensitive);
       add("\\.\\w+\\b", &directiveFormat);
-      add("(?:\\b0[xX][0-9A-Fa-f]+\\b|\\$[0-9A-Fa-f]+\\b|\\b[0-9][0-9A-Fa-f]*[hH]\\b|%[01]+\\b|\\b0[bB][01]+\\b|\\b\\d+\\b)",
+      add("(?:\\b0[xX][0-9A-Fa-f]+\\b|\\$[0-9A-Fa-f]+\\b|\\b[0-9][0-9A-Fa-f]*[hH]\\b|%[01]+\\b|\\b0[bB][01]+\\b|\\b\\d+"
+          "\\b)",
           &numberFormat);
       rules_.push_back({dquoted, &stringFormat});
       rules_.push_back({squoted, &stringFormat});

@@ -83,8 +83,8 @@ class Reader {
       return false;
     }
     Bitmap picture(static_cast<int>(layout_.width), static_cast<int>(layout_.height), kWhite);
-    const bool ok = (layout_.compression == kRle8 || layout_.compression == kRle4) ? DecodeRle(picture)
-                                                                                  : DecodePlain(picture);
+    const bool ok =
+        (layout_.compression == kRle8 || layout_.compression == kRle4) ? DecodeRle(picture) : DecodePlain(picture);
     if (!ok) {
       error = error_;
       return false;
@@ -139,8 +139,7 @@ class Reader {
       return Fail(std::string("OS/2 bitmaps with ") + (l.compression == 3 ? "Huffman" : "RLE24") +
                   " compression are not supported");
     switch (l.compression) {
-      case kRgb:
-        break;
+      case kRgb: break;
       case kRle8:
       case kRle4:
         if (l.bitCount != (l.compression == kRle8 ? 8 : 4))
@@ -157,14 +156,17 @@ class Reader {
       case kPng:
         return Fail(std::string("BMP files holding a ") + (l.compression == kJpeg ? "JPEG" : "PNG") +
                     " picture are not supported");
-      default:
-        return Fail("BMP compression type " + std::to_string(l.compression) + " is not supported");
+      default: return Fail("BMP compression type " + std::to_string(l.compression) + " is not supported");
     }
     switch (l.bitCount) {
-      case 1: case 2: case 4: case 8: case 16: case 24: case 32:
-        break;
-      default:
-        return Fail("BMP files with " + std::to_string(l.bitCount) + " bits per pixel are not supported");
+      case 1:
+      case 2:
+      case 4:
+      case 8:
+      case 16:
+      case 24:
+      case 32: break;
+      default: return Fail("BMP files with " + std::to_string(l.bitCount) + " bits per pixel are not supported");
     }
     if (std::string reason = CheckPictureSize(l.width, l.height, maxPixels_); !reason.empty()) return Fail(reason);
 

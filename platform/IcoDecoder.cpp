@@ -196,8 +196,7 @@ bool DecodeIco(const std::uint8_t* data, std::size_t size, Bitmap& out, std::str
     e.data = data + offset;
     e.size = length;
     if (!Describe(e)) continue;
-    if (!any || Area(e) > Area(best) || (Area(e) == Area(best) && e.depth > best.depth))
-      best = e;
+    if (!any || Area(e) > Area(best) || (Area(e) == Area(best) && e.depth > best.depth)) best = e;
     any = true;
   }
   if (!any) {

@@ -123,8 +123,8 @@ bool DecodeJpeg(const std::uint8_t* data, std::size_t size, Bitmap& out, std::st
   job.info.mem->max_memory_to_use = static_cast<long>(maxPixels) * 8;
 
   auto fail = [&] {
-    error = job.truncated ? std::string(kTruncatedMessage)
-                          : std::string("the JPEG data is damaged (") + job.message + ")";
+    error =
+        job.truncated ? std::string(kTruncatedMessage) : std::string("the JPEG data is damaged (") + job.message + ")";
     return false;
   };
   if (!ReadHeader(&job)) {

@@ -14,8 +14,7 @@ constexpr std::int64_t kMaxPicturePixels = std::int64_t{256} * 1024 * 1024;
 inline std::string CheckPictureSize(std::int64_t width, std::int64_t height,
                                     std::int64_t maxPixels = kMaxPicturePixels) {
   if (width <= 0 || height <= 0)
-    return "the picture has an invalid size (" + std::to_string(width) + " x " + std::to_string(height) +
-           " pixels)";
+    return "the picture has an invalid size (" + std::to_string(width) + " x " + std::to_string(height) + " pixels)";
   if (width > kMaxPictureSide || height > kMaxPictureSide || width * height > kMaxPicturePixels)
     return "the picture is too large (" + std::to_string(width) + " x " + std::to_string(height) +
            " pixels; the limit is 32768 on a side and 268435456 pixels in all)";

@@ -118,8 +118,7 @@ bool PlatformImageCodecs::Load(const std::string& path, Bitmap& out, std::string
   return Load(path, LoadOptions{}, out, error);
 }
 
-bool PlatformImageCodecs::Load(const std::string& path, const LoadOptions& options, Bitmap& out,
-                               std::string& error) {
+bool PlatformImageCodecs::Load(const std::string& path, const LoadOptions& options, Bitmap& out, std::string& error) {
   std::vector<std::uint8_t> bytes;
   std::string reason;
   if (!ReadWholeFile(path, bytes, reason)) {
@@ -144,12 +143,11 @@ bool PlatformImageCodecs::LoadFromMemory(const std::uint8_t* data, std::size_t s
       case Format::Gif: ok = DecodeGif(data, size, out, reason, maxPixels_); break;
       case Format::Tiff: ok = DecodeTiff(data, size, out, reason, maxPixels_); break;
       case Format::Ico: ok = DecodeIco(data, size, out, reason, maxPixels_); break;
-      case Format::Svg:
-        ok = RenderSvg(data, size, options.svgWidth, options.svgHeight, out, reason, maxPixels_);
-        break;
+      case Format::Svg: ok = RenderSvg(data, size, options.svgWidth, options.svgHeight, out, reason, maxPixels_); break;
       case Format::Emf:
-        reason = "this is an EMF picture, and there is no EMF player on this platform; "
-                 "save it as PNG, BMP or SVG and import that";
+        reason =
+            "this is an EMF picture, and there is no EMF player on this platform; "
+            "save it as PNG, BMP or SVG and import that";
         break;
       case Format::Unknown:
         reason = "the file is not a picture of a known kind (BMP, PNG, JPEG, GIF, TIFF, ICO or SVG)";
@@ -212,14 +210,14 @@ std::string PlatformImageCodecs::EncodeBmp(const Bitmap& bitmap) {
   out[0] = 'B';
   out[1] = 'M';
   put32(2, 54 + dataSize);
-  put32(10, 54);        // pixels follow the two headers
-  put32(14, 40);        // BITMAPINFOHEADER
+  put32(10, 54);  // pixels follow the two headers
+  put32(14, 40);  // BITMAPINFOHEADER
   put32(18, w);
-  put32(22, h);         // positive: bottom-up
+  put32(22, h);  // positive: bottom-up
   put16(26, 1);
   put16(28, 24);
   put32(34, dataSize);
-  put32(38, 3780);      // 96 dpi
+  put32(38, 3780);  // 96 dpi
   put32(42, 3780);
   for (std::uint32_t y = 0; y < h; ++y) {
     const std::uint32_t* row = bitmap.Row(static_cast<int>(h - 1 - y));

@@ -19,8 +19,8 @@ class PlatformImageCodecs : public ImageCodecs {
   bool Load(const std::string& path, Bitmap& out, std::string& error) override;
   bool Load(const std::string& path, const LoadOptions& options, Bitmap& out, std::string& error) override;
   // Decodes a whole file held in memory; `name` starts the message as the file's name would.
-  bool LoadFromMemory(const std::uint8_t* data, std::size_t size, const std::string& name,
-                      const LoadOptions& options, Bitmap& out, std::string& error) const;
+  bool LoadFromMemory(const std::uint8_t* data, std::size_t size, const std::string& name, const LoadOptions& options,
+                      Bitmap& out, std::string& error) const;
   bool SavePng(const Bitmap& bitmap, const std::string& path, std::string& error) override;
   bool SaveBmp(const Bitmap& bitmap, const std::string& path, std::string& error) override;
   // The bytes of a 24 bit bottom-up BMP file of `bitmap`.

@@ -82,7 +82,8 @@ bool RenderSvg(const std::uint8_t* data, std::size_t size, int width, int height
   cairo_set_source_rgb(cr.get(), 1, 1, 1);
   cairo_paint(cr.get());
   // Fitted in proportion and centred: the drawing's own size scaled by the smaller ratio.
-  const double scale = std::min(static_cast<double>(targetWidth) / ownWidth, static_cast<double>(targetHeight) / ownHeight);
+  const double scale =
+      std::min(static_cast<double>(targetWidth) / ownWidth, static_cast<double>(targetHeight) / ownHeight);
   cairo_translate(cr.get(), (static_cast<double>(targetWidth) - ownWidth * scale) / 2,
                   (static_cast<double>(targetHeight) - ownHeight * scale) / 2);
   cairo_scale(cr.get(), scale, scale);

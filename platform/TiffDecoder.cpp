@@ -95,7 +95,8 @@ bool DecodeTiff(const std::uint8_t* data, std::size_t size, Bitmap& out, std::st
   TIFFOpenOptionsSetErrorHandlerExtR(options.get(), OnError, &file);
   TIFFOpenOptionsSetWarningHandlerExtR(options.get(), OnWarning, &file);
   // No single buffer of the library may exceed what the largest picture we accept needs.
-  TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), static_cast<tmsize_t>(std::max<std::int64_t>(maxPixels, 1 << 20) * 8));
+  TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(),
+                                      static_cast<tmsize_t>(std::max<std::int64_t>(maxPixels, 1 << 20) * 8));
 
   auto fail = [&](const char* what) {
     if (file.readPastEnd)
@@ -113,7 +114,8 @@ bool DecodeTiff(const std::uint8_t* data, std::size_t size, Bitmap& out, std::st
   if (!tiff) return fail("file cannot be read");
 
   std::uint32_t width = 0, height = 0;
-  if (TIFFGetField(tiff.get(), TIFFTAG_IMAGEWIDTH, &width) != 1 || TIFFGetField(tiff.get(), TIFFTAG_IMAGELENGTH, &height) != 1)
+  if (TIFFGetField(tiff.get(), TIFFTAG_IMAGEWIDTH, &width) != 1 ||
+      TIFFGetField(tiff.get(), TIFFTAG_IMAGELENGTH, &height) != 1)
     return fail("file does not say the size of its picture");
   if (std::string reason = CheckPictureSize(width, height, maxPixels); !reason.empty()) {
     error = reason;

@@ -46,7 +46,8 @@ Bytes Jpeg(int width, int height, J_COLOR_SPACE space, int components, bool prog
   jpeg_start_compress(&info, TRUE);
   std::vector<JSAMPLE> row(width * components);
   for (int y = 0; y < height; ++y) {
-    for (int i = 0; i < width * components; ++i) row[i] = static_cast<JSAMPLE>(Sample(i / components, y, i % components));
+    for (int i = 0; i < width * components; ++i)
+      row[i] = static_cast<JSAMPLE>(Sample(i / components, y, i % components));
     JSAMPROW rows[] = {row.data()};
     jpeg_write_scanlines(&info, rows, 1);
   }
@@ -126,7 +127,8 @@ Bytes Png(int width, int height) {
   image.height = height;
   image.format = PNG_FORMAT_RGBA;
   std::vector<std::uint8_t> pixels(width * height * 4);
-  for (std::size_t i = 0; i < pixels.size(); ++i) pixels[i] = static_cast<std::uint8_t>(Sample(int(i / 4) % width, int(i / 4) / width, int(i % 4)));
+  for (std::size_t i = 0; i < pixels.size(); ++i)
+    pixels[i] = static_cast<std::uint8_t>(Sample(int(i / 4) % width, int(i / 4) / width, int(i % 4)));
   png_alloc_size_t size = 0;
   png_image_write_to_memory(&image, nullptr, &size, 0, pixels.data(), 0, nullptr);
   Bytes bytes(size);
@@ -149,8 +151,10 @@ Bytes IconDib(int width, int height, int bitCount) {
     Bytes row;
     for (int x = 0; x < width; ++x) {
       if (bitCount == 4) {
-        if (x % 2 == 0) row.push_back(static_cast<std::uint8_t>((x * 3 + y) % 16 << 4));
-        else row.back() |= (x + y) % 16;
+        if (x % 2 == 0)
+          row.push_back(static_cast<std::uint8_t>((x * 3 + y) % 16 << 4));
+        else
+          row.back() |= (x + y) % 16;
         continue;
       }
       for (int c = 0; c < bitCount / 8; ++c) row.push_back(static_cast<std::uint8_t>(Sample(x, y, c)));
@@ -198,9 +202,11 @@ int main(int argc, char** argv) {
   Save("alpha.png", Png(4, 3));
   Save("mixed.ico", Ico({IconDib(8, 8, 24), IconDib(3, 3, 4), Png(2, 2)}));
   Save("alpha.ico", Ico({IconDib(3, 2, 32)}));
-  Save("viewbox.svg", Text(R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 8">)"
-                           R"(<rect width="8" height="8" fill="red"/><circle cx="12" cy="4" r="4" fill="#00f"/></svg>)"));
-  Save("sized.svg", Text("<?xml version=\"1.0\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"6px\" height=\"3mm\">"
-                         "<path d=\"M0 0 L6 3 Z\" stroke=\"green\"/><text x=\"0\" y=\"3\">A</text></svg>"));
+  Save("viewbox.svg",
+       Text(R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 8">)"
+            R"(<rect width="8" height="8" fill="red"/><circle cx="12" cy="4" r="4" fill="#00f"/></svg>)"));
+  Save("sized.svg",
+       Text("<?xml version=\"1.0\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"6px\" height=\"3mm\">"
+            "<path d=\"M0 0 L6 3 Z\" stroke=\"green\"/><text x=\"0\" y=\"3\">A</text></svg>"));
   return 0;
 }

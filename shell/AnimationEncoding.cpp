@@ -61,8 +61,8 @@ bool AnimationEncoding::ConvertAnimation(const std::vector<Bitmap>& frames, cons
     shown.y = s.ExportAreaY1;
     shown.width = s.EncodeWidth;
     shown.height = s.EncodeHeight;
-    shown.delayMs = static_cast<std::size_t>(f - 1) < delaysMs.size() ? delaysMs[static_cast<std::size_t>(f - 1)]
-                                                                      : g.FrameDelayMs;
+    shown.delayMs =
+        static_cast<std::size_t>(f - 1) < delaysMs.size() ? delaysMs[static_cast<std::size_t>(f - 1)] : g.FrameDelayMs;
     // The changed area belongs to this frame only.
     s.SelectionActive = false;
     app_.encoder.Canvas().area = CanvasState::Area::None;

@@ -52,9 +52,9 @@ class Application {
 
   PaletteFolders Folders() const;
 
-  UiPort& frontUi;     // the front end itself, for the dialogs that log in their own way
+  UiPort& frontUi;  // the front end itself, for the dialogs that log in their own way
   ProgramUi programUi;
-  UiPort& ui;          // programUi
+  UiPort& ui;  // programUi
   Clock& clock;
   Globals globals;
   ConversionSession session;

@@ -59,6 +59,8 @@ std::string CanvasStatus::PixelStatusText(int x, int y) const {
   return text + std::to_string(value) + ")(RGB Hex=" + hex + ")  0x" + code;
 }
 
-std::string CanvasStatus::PixelPositionText(int x, int y) { return "X = " + std::to_string(x) + "  Y = " + std::to_string(y); }
+std::string CanvasStatus::PixelPositionText(int x, int y) {
+  return "X = " + std::to_string(x) + "  Y = " + std::to_string(y);
+}
 
 }  // namespace rm

@@ -36,7 +36,8 @@ JobOutcome RestoreFactorySettings(Application& app) {
 }
 
 JobOutcome SaveProjectSettings(Application& app) {
-  if (!app.mainForm.SaveConfigurationX()) return JobOutcome::Failed("the project was not saved: " + app.globals.ActiveProject);
+  if (!app.mainForm.SaveConfigurationX())
+    return JobOutcome::Failed("the project was not saved: " + app.globals.ActiveProject);
   return {};
 }
 
@@ -65,13 +66,13 @@ std::string Summary(Application& app) {
   std::error_code ec;
   const std::string shortName = mode ? std::string(mode->shortName) : "?";
   const std::string cliName = mode ? std::string(mode->cliName) : "?";
-  return "project: " + app.globals.ActiveProject + "\n" +                                        //
-         "folder: " + app.exploForm.ProjectsFolder() + "\n" +                                    //
+  return "project: " + app.globals.ActiveProject + "\n" +                                          //
+         "folder: " + app.exploForm.ProjectsFolder() + "\n" +                                      //
          "projects in folder: " + std::to_string(app.exploForm.ListAllProjects().size()) + "\n" +  //
          "header template: " + s.HeaderIncludeFile + (fs::exists(s.HeaderIncludeFile, ec) ? "" : " (missing)") + "\n" +
          "colour mode: " + shortName + " (" + cliName + ")\n" +  //
          "paging: " + NameOf(s.Direction) + ", origin " + NameOf(s.Origin) + ", " +
-         (s.BigEndian ? "MSB first" : "MSB last") + "\n" +                                    //
+         (s.BigEndian ? "MSB first" : "MSB last") + "\n" +                                   //
          "output: " + OutputName(s.Output) + (s.Compression ? ", compressed" : "") + "\n" +  //
          "output folder: " + s.OutputFolder + "\n";
 }

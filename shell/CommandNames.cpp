@@ -19,9 +19,9 @@ const std::vector<std::string>& DirectionNames() {
   // In the order --help lists them: each across direction, then each vertical one.
   static const std::vector<std::string> names = [] {
     std::vector<std::string> v;
-    for (PagingDirection d : {PagingDirection::ToRightAll, PagingDirection::ToLeftAll, PagingDirection::ToRight,
-                              PagingDirection::ToLeft, PagingDirection::Down, PagingDirection::Up,
-                              PagingDirection::DownAll, PagingDirection::UpAll})
+    for (PagingDirection d :
+         {PagingDirection::ToRightAll, PagingDirection::ToLeftAll, PagingDirection::ToRight, PagingDirection::ToLeft,
+          PagingDirection::Down, PagingDirection::Up, PagingDirection::DownAll, PagingDirection::UpAll})
       v.push_back(NameOf(d));
     return v;
   }();

@@ -44,7 +44,8 @@ std::string ConsoleUi::MessageDlg(const std::string& text, const std::string& ti
     answers_.pop_front();
     for (const auto& b : buttons)
       if (SameButton(b, wanted)) answer = b;
-    if (answer.empty()) std::fprintf(err_, "rastermill: answer \"%s\" fits no button of this question\n", wanted.c_str());
+    if (answer.empty())
+      std::fprintf(err_, "rastermill: answer \"%s\" fits no button of this question\n", wanted.c_str());
     how = "--answer";
   }
   if (answer.empty() && yes_) {

@@ -11,8 +11,8 @@ class Application;
 // What a conversion asks of the controller and the data bits beyond the Paging Scheme.
 struct ControllerRequest {
   const ControllerPreset* preset = nullptr;  // none: only the rearrangement below
-  bool modeChosen = false;   // the user chose the colour mode himself: the ink of the picture is his
-  bool widthChosen = false;  // the user chose the data width himself
+  bool modeChosen = false;                   // the user chose the colour mode himself: the ink of the picture is his
+  bool widthChosen = false;                  // the user chose the data width himself
   RearrangeRequest rearrange;
 };
 

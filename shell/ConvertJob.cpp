@@ -133,7 +133,7 @@ JobOutcome ImportPicture(Application& app, const ConvertRequest& r) {
   if (!r.dither.empty()) {
     static const std::map<std::string, DitherMode> kinds = {
         {"nearest", DitherMode::Nearest}, {"floyd", DitherMode::FloydSteinberg}, {"stucki", DitherMode::Stucki},
-        {"sierra", DitherMode::Sierra},   {"jajuni", DitherMode::JaJuNi},         {"stevearche", DitherMode::SteveArche},
+        {"sierra", DitherMode::Sierra},   {"jajuni", DitherMode::JaJuNi},        {"stevearche", DitherMode::SteveArche},
         {"burkes", DitherMode::Burkes}};
     const auto kind = kinds.find(r.dither);
     if (kind == kinds.end()) return JobOutcome::Failed("unknown dither kind: " + r.dither, 2);
@@ -277,7 +277,8 @@ JobOutcome Convert(Application& app, const ConvertRequest& request, const Conver
   if (r.target != ConvertTarget::Editors) s.OutputFolder.clear();
   const bool ok = app.imageForm.EncodeButtonClick();
   // An interrupted run keeps what it made in the editors, but writes nothing anywhere else.
-  if (r.target != ConvertTarget::Editors && app.ui.EscapePressed()) return JobOutcome::Failed("interrupted: nothing was written");
+  if (r.target != ConvertTarget::Editors && app.ui.EscapePressed())
+    return JobOutcome::Failed("interrupted: nothing was written");
   if (!ok) return JobOutcome::Failed("the conversion did not run to its end: nothing was written");
   s.OutputFolder = projectOutputFolder;  // a project saved with the settings keeps its own
 
@@ -294,7 +295,8 @@ JobOutcome Convert(Application& app, const ConvertRequest& request, const Conver
   if (r.target == ConvertTarget::StandardOutput && print && !print(outcome.output, error))
     return JobOutcome::Failed("standard output: " + error);
   if (toFile) {
-    if (!WriteFileAtomically(r.outputFile, outcome.output, &error)) return JobOutcome::Failed(r.outputFile + ": " + error);
+    if (!WriteFileAtomically(r.outputFile, outcome.output, &error))
+      return JobOutcome::Failed(r.outputFile + ": " + error);
     outcome.filesWritten.push_back(r.outputFile);
     // The parameter file goes beside the file written, under its name, never into the working
     // folder unasked; none beside a device or a FIFO.

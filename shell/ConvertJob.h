@@ -24,20 +24,20 @@ enum class ConvertTarget {
 // words are the command line's (modes by their short names, directions tr ... tua, corners TL
 // ... BL); an empty text or a zero keeps what the project says.
 struct ConvertRequest {
-  std::string input;            // the picture file
-  bool currentCanvas = false;   // instead of a picture, the canvas as it stands in the open project
-  std::string project;  // the project file whose settings a picture starts from; empty: the active one
-  bool saveSettings = false;  // keep the settings used in the project after a good conversion
+  std::string input;           // the picture file
+  bool currentCanvas = false;  // instead of a picture, the canvas as it stands in the open project
+  std::string project;         // the project file whose settings a picture starts from; empty: the active one
+  bool saveSettings = false;   // keep the settings used in the project after a good conversion
 
   // The display and the way the picture meets it.
-  std::string size;    // "WxH", or "project" for the project's display; empty: the picture's size
-  std::string preset;  // one of the display size menu's presets, "WxH"
-  bool fit = false;    // resize a larger picture to fit, keeping its proportions
-  bool pictureMode = false;         // the display takes the picture's size, in 16M colours
-  std::optional<double> angle;      // turn the picture by this many degrees at import
-  std::string svgSize;              // "WxH": the size a drawing is rendered at
-  std::optional<int> threshold;     // black/white threshold slider position, 0 to 255
-  std::string dither;               // error diffusion kernel for black and white
+  std::string size;              // "WxH", or "project" for the project's display; empty: the picture's size
+  std::string preset;            // one of the display size menu's presets, "WxH"
+  bool fit = false;              // resize a larger picture to fit, keeping its proportions
+  bool pictureMode = false;      // the display takes the picture's size, in 16M colours
+  std::optional<double> angle;   // turn the picture by this many degrees at import
+  std::string svgSize;           // "WxH": the size a drawing is rendered at
+  std::optional<int> threshold;  // black/white threshold slider position, 0 to 255
+  std::string dither;            // error diffusion kernel for black and white
 
   // The data.
   std::string mode;
@@ -45,23 +45,23 @@ struct ConvertRequest {
   std::string origin;
   bool msbFirst = false;
   bool msbLast = false;
-  int width = 0;    // 8, 16 or 32 bit text
-  int perLine = 0;  // data per line
+  int width = 0;                      // 8, 16 or 32 bit text
+  int perLine = 0;                    // data per line
   std::vector<std::string> settings;  // KEY=VALUE of any project setting
   std::string templateFile;           // another Header Include template
   std::string controller;             // a name of the controller table
   bool swapRedBlue = false;
-  std::string rearrange;              // "7,6,5,4,3,2,1,0": the bit each bit takes, highest first
-  std::string area;                   // "X,Y,W,H" of the canvas
-  std::string half;                   // "upper" or "lower"
+  std::string rearrange;  // "7,6,5,4,3,2,1,0": the bit each bit takes, highest first
+  std::string area;       // "X,Y,W,H" of the canvas
+  std::string half;       // "upper" or "lower"
   bool interleave = false;
   bool autoFrame = false;
   bool compress = false;
 
   // The output.
-  std::string outputKind;  // "text", "bin" or "hex"; empty keeps the project's
-  int hexLine = 0;            // Intel HEX data bytes per record
-  int hexAddressDigits = 0;   // 4, 6 or 8
+  std::string outputKind;                // "text", "bin" or "hex"; empty keeps the project's
+  int hexLine = 0;                       // Intel HEX data bytes per record
+  int hexAddressDigits = 0;              // 4, 6 or 8
   std::optional<std::string> hexOffset;  // hex digits
   ConvertTarget target = ConvertTarget::StandardOutput;
   std::string outputFile;  // for ConvertTarget::File

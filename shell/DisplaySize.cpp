@@ -51,9 +51,10 @@ bool DisplaySize::MatrixPresetClick(int width, int height) {
   // These two widths cannot be packed in bytes across a row.
   const bool rowsUnfit = height == 32 && (width == 100 || width == 122);
   if (rowsUnfit && IsHorizontal(app_.session.Direction)) {
-    app_.ui.MessageDlg("This dot matrix size not compatible with horizontal paging scheme !\r Scheme will be changed "
-                       "to vertical ! ",
-                       "Warning", DlgType::Warning, {"OK"});
+    app_.ui.MessageDlg(
+        "This dot matrix size not compatible with horizontal paging scheme !\r Scheme will be changed "
+        "to vertical ! ",
+        "Warning", DlgType::Warning, {"OK"});
     app_.mainForm.SetDirection(PagingDirection::Down);
   }
   // The menu's tick follows MatrixWidth, MatrixHeight and UserMatrix; the front end draws it.
@@ -84,7 +85,8 @@ void DisplaySize::LCDMatrix() {
     CanvasRedraw();
     g.UserMatrix = true;
   }
-  app_.mainForm.StatusBarAndLog("LCD Matrix H:" + std::to_string(g.MatrixHeight) + " W:" + std::to_string(g.MatrixWidth));
+  app_.mainForm.StatusBarAndLog("LCD Matrix H:" + std::to_string(g.MatrixHeight) +
+                                " W:" + std::to_string(g.MatrixWidth));
 }
 
 void DisplaySize::negativeOFf() {

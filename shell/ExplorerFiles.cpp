@@ -45,10 +45,12 @@ bool LessByName(const std::string& a, const std::string& b) {
 std::string ExplorerFiles::FileTypeText(const std::string& fileName, bool isDirectory) {
   if (isDirectory) return "DIRECTORY";
   static constexpr std::pair<const char*, const char*> kKinds[] = {
-      {".RMV", "Rastermill Vectors"},   {".BAK", "Source File Backup"},   {".BIN", "Binary File"},
-      {".HEX", "HEX File"},             {".TIF", "TIF Graphic"},          {".TIFF", "TIFF Graphic"},
-      {".TSC", "Touch Panel Script"},   {".FSC", "Font Script"},          {".EFF", "Editable Font Script"},
-      {".SPP", "Batch Processing File"}, {".RTF", "RTF Document"},        {".LCD", "Rastermill Project"},
+      {".RMV", "Rastermill Vectors"},   {".BAK", "Source File Backup"},
+      {".BIN", "Binary File"},          {".HEX", "HEX File"},
+      {".TIF", "TIF Graphic"},          {".TIFF", "TIFF Graphic"},
+      {".TSC", "Touch Panel Script"},   {".FSC", "Font Script"},
+      {".EFF", "Editable Font Script"}, {".SPP", "Batch Processing File"},
+      {".RTF", "RTF Document"},         {".LCD", "Rastermill Project"},
       {".PAL", "Color Palette"}};
   const std::string ext = UpperExt(fileName);
   for (const auto& [kind, text] : kKinds)
@@ -248,9 +250,11 @@ bool ExplorerFiles::Loadfile(const std::string& path) {
   }
 
   // Kinds whose editors this program does not have: said plainly, nothing is opened.
-  static constexpr std::pair<const char*, const char*> kNotAvailable[] = {
-      {".FSC", "Font Scripts"},        {".TSC", "Touch Panel Scripts"},        {".EFF", "Editable Fonts"},
-      {".SPP", "Batch Processing files"}, {".RMV", "Rastermill Vectors scripts"}};
+  static constexpr std::pair<const char*, const char*> kNotAvailable[] = {{".FSC", "Font Scripts"},
+                                                                          {".TSC", "Touch Panel Scripts"},
+                                                                          {".EFF", "Editable Fonts"},
+                                                                          {".SPP", "Batch Processing files"},
+                                                                          {".RMV", "Rastermill Vectors scripts"}};
   for (const auto& [kind, what] : kNotAvailable) {
     if (ext != kind) continue;
     app_.ui.MessageDlg(name + " : " + what + " can not be opened in this version of the program.", "Information",

@@ -17,6 +17,6 @@ std::string ProgramVersionTag();
 
 // The five folders under the project root, in the order the folder roles use them.
 inline constexpr const char* kProjectSubfolders[] = {"Output Files", "Fonts", "Touch Panel", "Documents",
-                                                      "Batch Files"};
+                                                     "Batch Files"};
 
 }  // namespace rm

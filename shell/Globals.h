@@ -15,14 +15,14 @@ struct Globals {
   // Folders.
   std::string MyDocuments;
   std::string MyPictures;
-  std::string InitsFolder;              // ends with "/"
-  std::string ProjectRoot;              // ends with "/"
-  std::string ActiveProject;            // full path of the active .LCD
+  std::string InitsFolder;    // ends with "/"
+  std::string ProjectRoot;    // ends with "/"
+  std::string ActiveProject;  // full path of the active .LCD
   std::string DocumentsRole, GraphicsRole, OutputRole, FontsRole, TouchRole, BatchRole;
   bool FirstRun = false;
   bool ProjectFellBack = false;
   bool QuitBlocked = false;
-  std::vector<std::string> DataFolders; // where the shipped default palettes are found
+  std::vector<std::string> DataFolders;  // where the shipped default palettes are found
 
   int FrameCount = 0;  // frames of the animation sequence
 
@@ -47,7 +47,7 @@ struct Globals {
   long long AnimationBytes = 0;
   std::string ClipUnitFile;  // empty when no clip unit was written
   ClipSyntax Clip;
-  int FrameDelayMs = 100;    // the delay of a frame that brings none of its own
+  int FrameDelayMs = 100;  // the delay of a frame that brings none of its own
 
   // Settings kept for features that do not use them yet, by their place in the settings table,
   // so that a project is written back as it was read.
@@ -67,7 +67,7 @@ struct Globals {
   bool RepeatGuard = false;  // a message already standing in the status field is not shown again
   int ErrorCount = 0;        // faults seen by the failure handler
   bool ExceptionSeen = false;
-  std::string ActiveFormName, ActiveControlName;  // kept current by the front end
+  std::string ActiveFormName, ActiveControlName;        // kept current by the front end
   std::string ExceptionFormName, ExceptionControlName;  // the two above at the last fault
   // ---- Special modes, display size, quit and start ----
   // A special mode turns the program into the editor of one kind of script or sequence; at most
@@ -80,9 +80,9 @@ struct Globals {
   bool HeaderEditMode = false;
   bool AnimationMode = false;
   bool VectorMode = false;
-  bool SegmentedFontMode = false;  // nothing sets it; the guard still knows it
-  bool SpecialModeActive = false;  // what "Exit Special Mode" tests
-  bool NoSaveOnQuit = false;       // "No Saves": leave the mode without saving its script
+  bool SegmentedFontMode = false;       // nothing sets it; the guard still knows it
+  bool SpecialModeActive = false;       // what "Exit Special Mode" tests
+  bool NoSaveOnQuit = false;            // "No Saves": leave the mode without saving its script
   bool ModeMenuEnabled = true;          // the colour mode and output format items
   bool ExitSpecialModeEnabled = false;  // the menu item "Exit Special Mode"
   bool ExitModeButtonVisible = false;   // the explorer's way out of a mode
@@ -97,10 +97,10 @@ struct Globals {
   // The target display. 128 by 128 until the project is read.
   int MatrixWidth = 128;
   int MatrixHeight = 128;
-  bool NoMatrixMode = false;     // Picture Mode: the canvas is not tied to a display size
-  bool UserMatrix = false;       // the size was typed by the user, no preset applies
+  bool NoMatrixMode = false;  // Picture Mode: the canvas is not tied to a display size
+  bool UserMatrix = false;    // the size was typed by the user, no preset applies
   bool RedrawFullMatrix = false;
-  bool ColourMenuEnabled = true; // the whole colour mode menu; off in Picture Mode
+  bool ColourMenuEnabled = true;  // the whole colour mode menu; off in Picture Mode
   bool ExplorerNoMatrixMode = false;
   // The screen, told by the front end; half of it makes the Picture Mode canvas.
   int ScreenWidth = 1920;
@@ -127,7 +127,7 @@ struct Globals {
   // The sixteen custom display sizes; width 0 marks a free entry.
   int CustomWidths[16] = {};
   int CustomHeights[16] = {};
-  std::string LastArtworkPath;  // the picture "Reload Last Work Canvas Bitmap" opens
+  std::string LastArtworkPath;    // the picture "Reload Last Work Canvas Bitmap" opens
   bool AnimationPlaying = false;  // the animation is being played: no undo
 
   // ---- end of the Work Canvas view ----
@@ -149,9 +149,9 @@ struct Globals {
   bool ImportKeepsOffsets = false;
   int ImportOffsetX = 0;
   int ImportOffsetY = 0;
-  bool DirectLoad = false;            // the picture is resized without asking and pasted at once
+  bool DirectLoad = false;              // the picture is resized without asking and pasted at once
   bool ImageAdjustmentsEnabled = true;  // off while a picture larger than the canvas floats
-  std::string ImportTargetSizeText;   // " Work Canvas Size = H : ..." of the last fit
+  std::string ImportTargetSizeText;     // " Work Canvas Size = H : ..." of the last fit
   // Recently opened files, newest first.
   std::vector<std::string> RecentFiles;
   // The display takes the size of each imported picture, as it stands after its turn, and keeps
@@ -164,16 +164,16 @@ struct Globals {
   // ---- end of threshold and dithering ----
 
   // ---- Explorer and editors ----
-  std::string ExplorerFolder;         // the folder the file list shows
-  std::string ExplorerFilter;         // a filter word or ".EXT"; empty: all files
-  std::string ExplorerFilterText;     // the menu text of that filter
-  bool ExplorerShowFolders = true;    // the folders switch
-  bool ExplorerTodayOnly = false;     // only files changed today
-  bool AutoFolderFilters = false;     // "Enable automatic project folder filters"
-  bool BatchSelectWait = false;       // the next file chosen activates a batch instead of opening
-  std::string EditorFileName;         // the file the main text was loaded from or saved to
-  std::string HexFileName;            // the same for the hex editor
-  std::string DocumentFileName;       // the file the document tab shows
+  std::string ExplorerFolder;       // the folder the file list shows
+  std::string ExplorerFilter;       // a filter word or ".EXT"; empty: all files
+  std::string ExplorerFilterText;   // the menu text of that filter
+  bool ExplorerShowFolders = true;  // the folders switch
+  bool ExplorerTodayOnly = false;   // only files changed today
+  bool AutoFolderFilters = false;   // "Enable automatic project folder filters"
+  bool BatchSelectWait = false;     // the next file chosen activates a batch instead of opening
+  std::string EditorFileName;       // the file the main text was loaded from or saved to
+  std::string HexFileName;          // the same for the hex editor
+  std::string DocumentFileName;     // the file the document tab shows
 
   // ---- end of explorer and editors ----
 

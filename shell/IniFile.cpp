@@ -61,7 +61,7 @@ bool StorableKey(std::string_view k) {
 }
 
 struct Number {
-  bool found = false;     // at least one digit
+  bool found = false;  // at least one digit
   bool nonZero = false;
   bool overflow = false;  // magnitude beyond what an int can hold
   long long value = 0;
@@ -285,8 +285,7 @@ bool IniFile::WriteString(std::string_view section, std::string_view key, std::s
     return true;
   }
   // Every key line lies before lastKey, so inserting there moves no indexed key.
-  s.lines.insert(s.lines.begin() + static_cast<std::ptrdiff_t>(s.lastKey),
-                 ParseLine(std::string(key) + '=' + encoded));
+  s.lines.insert(s.lines.begin() + static_cast<std::ptrdiff_t>(s.lastKey), ParseLine(std::string(key) + '=' + encoded));
   s.keyIndex.emplace(Fold(key), s.lastKey);
   ++s.lastKey;
   modified_ = true;

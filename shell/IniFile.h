@@ -87,7 +87,7 @@ class IniFile {
 
  private:
   struct Line {
-    std::string text;        // as read, or as last written
+    std::string text;  // as read, or as last written
     bool isKey = false;
     std::size_t nameBegin = 0, nameLen = 0;    // trimmed name within `text`
     std::size_t valueBegin = 0, valueLen = 0;  // trimmed value within `text`
@@ -97,7 +97,7 @@ class IniFile {
   struct Section {
     bool hasHeader = false;  // false only for the lines above the first header
     std::string name;
-    std::string header;      // the header line as read
+    std::string header;  // the header line as read
     std::vector<Line> lines;
     std::unordered_map<std::string, std::size_t> keyIndex;  // folded name -> first key line
     std::size_t lastKey = 0;                                // 1 + index of the last key line; 0 if none

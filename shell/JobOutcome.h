@@ -11,7 +11,7 @@ struct JobOutcome {
   // 0 done; 1 refused or failed; 2 the request itself is wrong (a bad value, options that
   // conflict), the status a command line gives a usage error.
   int status = 0;
-  std::string error;  // the reason, in the user's words; empty when done or when the program said it already
+  std::string error;   // the reason, in the user's words; empty when done or when the program said it already
   std::string output;  // the text (or the bytes of a binary) made for the user
   std::vector<std::string> filesWritten;
 

@@ -53,7 +53,7 @@ bool SameCaption(const std::string& a, const char* b) {
 // stands in the status field. The answer is then the one Esc would give: Cancel, else No, else
 // OK, so an unattended run never agrees to something by itself.
 int MessageDialogs::MessageDlgA(const std::string& text, const std::string& title, int /*help*/, int buttons,
-                           int kind) {
+                                int kind) {
   const Globals& g = app_.globals;
   TLogWindowForm& log = app_.logWindow;
   const bool standing = text == log.LastMessage;
@@ -82,7 +82,7 @@ int MessageDialogs::MessageDlgA(const std::string& text, const std::string& titl
 // The same rules with the caller's captions. Unattended, the answer is the default button (or,
 // when that is not shown, the one Esc would give); a dialog closed without a button gives 0.
 int MessageDialogs::MyMessageDialog(const std::string& text, DlgType type, int defaultButton,
-                               const std::vector<std::string>& captions, int buttons) {
+                                    const std::vector<std::string>& captions, int buttons) {
   const Globals& g = app_.globals;
   TLogWindowForm& log = app_.logWindow;
   const bool standing = text == log.LastMessage;
@@ -118,9 +118,12 @@ int MessageDialogs::MyMessageDialog(const std::string& text, DlgType type, int d
   const std::string answer = app_.frontUi.MessageDlg(text, TitleOfType(type), type, shown);
   // The answers to a floating selection are worth a line of their own: they decide what became
   // of the user's pixels.
-  if (SameCaption(answer, "Paste Now")) log.Add("Dialog Button Paste Now");
-  else if (SameCaption(answer, "Move")) log.Add("Dialog Button Move ");
-  else if (SameCaption(answer, "Cancel")) log.Add("Dialog Button Cancel");
+  if (SameCaption(answer, "Paste Now"))
+    log.Add("Dialog Button Paste Now");
+  else if (SameCaption(answer, "Move"))
+    log.Add("Dialog Button Move ");
+  else if (SameCaption(answer, "Cancel"))
+    log.Add("Dialog Button Cancel");
   return bitOf(answer);
 }
 

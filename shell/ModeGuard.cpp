@@ -17,20 +17,26 @@ bool ModeGuard::CheckMode(int caller) {
   // Animation stops only a caller that names a mode: a plain command (0) passes it. The last
   // row is reached only by caller 7, as the second row takes every other caller first.
   const Row rows[] = {
-      {g.AnimationMode && caller != 0, "Animation creation mode is active ! \rQuit Animation or Cancel ",
+      {g.AnimationMode && caller != 0,
+       "Animation creation mode is active ! \rQuit Animation or Cancel ",
        {"Quit", "Cancel"}},
-      {g.VectorMode && caller != 7, "Vector Programming mode is active ! \rQuit Vector Programming or Cancel ",
+      {g.VectorMode && caller != 7,
+       "Vector Programming mode is active ! \rQuit Vector Programming or Cancel ",
        {"Quit Script", "Cancel"}},
       {g.TouchScriptMode && caller != 1,
-       "Touch panel script creation mode is active ! \rQuit script creation or Cancel ", {"Quit Script", "Cancel"}},
-      {g.FontScriptMode && caller != 2, "Font Script creation mode is active ! \rQuit script creation or Cancel ",
+       "Touch panel script creation mode is active ! \rQuit script creation or Cancel ",
+       {"Quit Script", "Cancel"}},
+      {g.FontScriptMode && caller != 2,
+       "Font Script creation mode is active ! \rQuit script creation or Cancel ",
        {"Quit Script", "Cancel", "No Saves"}},
       {g.SegmentedFontMode && caller != 4,
-       "Segmented Font creation mode is active ! \rQuit script creation or Cancel ", {"Quit Font", "Cancel"}},
+       "Segmented Font creation mode is active ! \rQuit script creation or Cancel ",
+       {"Quit Font", "Cancel"}},
       {g.EditableFontMode && caller != 5,
        "Editable Font creation mode is active ! \rQuit script creation or Cancel ",
        {"Quit Font", "Cancel", "No Saves"}},
-      {g.VectorMode && caller != 6, "Vectors Work Canvas mode is active ! \rQuit Vector Design Mode or Cancel ",
+      {g.VectorMode && caller != 6,
+       "Vectors Work Canvas mode is active ! \rQuit Vector Design Mode or Cancel ",
        {"Quit Vectors", "Cancel", "No Saves"}},
   };
   for (const Row& r : rows) {

@@ -14,7 +14,7 @@ namespace rm {
 
 namespace {
 
-constexpr int kRotationLimit = 3000;  // larger pictures would need a work square of gigabytes
+constexpr int kRotationLimit = 3000;          // larger pictures would need a work square of gigabytes
 constexpr std::size_t kRecentFilesKept = 21;  // the project stores mru0 to mru20
 
 std::string UpperExtension(const std::string& path) {
@@ -78,13 +78,13 @@ bool PictureImport::OpenPic(const std::string& fileName) {
     return false;
   }
   if (ext == ".JPG" && !IsJpegFile(fileName)) {
-    app_.mainForm.MessageDlgA("This is not a valid Jpeg file !\r" + fileName + "\r" + "JPG file format check failed", "Error", 0, 4,
-                1);
+    app_.mainForm.MessageDlgA("This is not a valid Jpeg file !\r" + fileName + "\r" + "JPG file format check failed",
+                              "Error", 0, 4, 1);
     return false;
   }
   if (ext == ".BMP" && !IsBitmapFile(fileName)) {
-    app_.mainForm.MessageDlgA("This is not a valid bitmap file !\r" + fileName + "\r" + "Bitmap file format check failed", "Error",
-                0, 4, 1);
+    app_.mainForm.MessageDlgA(
+        "This is not a valid bitmap file !\r" + fileName + "\r" + "Bitmap file format check failed", "Error", 0, 4, 1);
     return false;
   }
   g.ImportFileName = fileName;
@@ -148,7 +148,7 @@ bool PictureImport::ImportImageMDIChild(const std::string& fileName) {
   }
   if (app_.codecs == nullptr) {
     app_.mainForm.MessageDlgA(name + ": this program has no picture decoders, the file cannot be imported.",
-                "Loading a Graphic Error", 0, 4, 1);
+                              "Loading a Graphic Error", 0, 4, 1);
     return false;
   }
   g.ImportFileName = fileName;
@@ -183,7 +183,8 @@ bool PictureImport::ImportImageMDIChild(const std::string& fileName) {
     g.MatrixWidth = std::min(w, kMaxCustomWidth);
     g.MatrixHeight = std::min(h, kMaxCustomHeight);
     if ((w > kMaxCustomWidth || h > kMaxCustomHeight) && g.AlwaysResizeToFit) {
-      const double scale = std::min(static_cast<double>(kMaxCustomWidth) / w, static_cast<double>(kMaxCustomHeight) / h);
+      const double scale =
+          std::min(static_cast<double>(kMaxCustomWidth) / w, static_cast<double>(kMaxCustomHeight) / h);
       g.MatrixWidth = std::clamp(static_cast<int>(w * scale), 1, kMaxCustomWidth);
       g.MatrixHeight = std::clamp(static_cast<int>(h * scale), 1, kMaxCustomHeight);
     }
@@ -263,7 +264,7 @@ bool PictureImport::AssignInPutBitmap() {
   canvas.CopyBitmapToCanvas();
   canvas.CheckColorsSelection(true);
   app_.mainForm.StatusBarAndLog("Picture imported : W : " + Num(canvas.SelectionBitmap.Width()) +
-                  " H : " + Num(canvas.SelectionBitmap.Height()));
+                                " H : " + Num(canvas.SelectionBitmap.Height()));
   return true;
 }
 
@@ -283,8 +284,9 @@ bool PictureImport::ConvertCanvastoBlackandWhite1Click() {
   Globals& g = app_.globals;
   TPixelForm& canvas = app_.pixelForm;
   if (canvas.FloatingSelection) {
-    app_.mainForm.MessageDlgA(" A selection is still active in Work Canvas  \r Please first Paste selection layer or Cancel",
-                "Warning", 0, 4, 0);
+    app_.mainForm.MessageDlgA(
+        " A selection is still active in Work Canvas  \r Please first Paste selection layer or Cancel", "Warning", 0, 4,
+        0);
     return false;
   }
   if (app_.codecs == nullptr) {
@@ -305,7 +307,8 @@ bool PictureImport::ConvertCanvastoBlackandWhite1Click() {
   // about to be converted.
   const bool applying = g.ApplyingSettings;
   g.ApplyingSettings = true;
-  const bool refused = app_.session.ModeNumber != 1 && !app_.mainForm.SetColourMode(1, true) && app_.session.ModeNumber != 1;
+  const bool refused =
+      app_.session.ModeNumber != 1 && !app_.mainForm.SetColourMode(1, true) && app_.session.ModeNumber != 1;
   g.ApplyingSettings = applying;
   bool ok = false;
   if (!refused) ok = OpenPic(temporary);

@@ -111,8 +111,7 @@ bool ProjectFiles::HasProjectExtension(std::string_view name) {
 // prefixes are a minimal form of our own, made of the tags the font writer looks for.
 std::vector<std::string> ProjectFiles::DefaultHeaderTemplate(std::string_view suffix) {
   if (suffix == ".txt") return DefaultGraphicsTemplate();
-  const std::vector<std::string> include = {"", "[&FONT INCLUDE]", "#include <avr/pgmspace.h>",
-                                            "[&/FONT INCLUDE]", ""};
+  const std::vector<std::string> include = {"", "[&FONT INCLUDE]", "#include <avr/pgmspace.h>", "[&/FONT INCLUDE]", ""};
   std::vector<std::string> lines;
   auto add = [&lines](std::vector<std::string> more) { lines.insert(lines.end(), more.begin(), more.end()); };
   if (suffix == "_Raw.txt") {
@@ -364,8 +363,8 @@ bool ProjectFiles::MenuItem6Click(const std::string& name) {
     return say("Select a project to delete first!", "Selection error", DlgType::Error);
   if (IsFileInUse(path))
     return say("Project file is in use by another program and can not be deleted !", "Error", DlgType::Error);
-  if (app_.ui.MessageDlg("Please confirm to delete this project  !", "Confirm", DlgType::Confirmation,
-                         {"Yes", "No"}) != "Yes")
+  if (app_.ui.MessageDlg("Please confirm to delete this project  !", "Confirm", DlgType::Confirmation, {"Yes", "No"}) !=
+      "Yes")
     return false;
 
   locks.emplace(g.InitsFolder, ProjectsFolder());

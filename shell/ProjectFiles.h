@@ -16,8 +16,7 @@ class ProjectFiles {
 
   // The header templates of a project, in the order they are written: the graphics one, then
   // the font structures Raw, Structured, DMD and Bloc.
-  static constexpr const char* kHeaderTemplateSuffixes[] = {".txt", "_Raw.txt", "_Struct.txt", "_DMD.txt",
-                                                             "_Bloc.txt"};
+  static constexpr const char* kHeaderTemplateSuffixes[] = {".txt", "_Raw.txt", "_Struct.txt", "_DMD.txt", "_Bloc.txt"};
   // The colour counts of the custom palettes a project may own (`<stem>_<count>.pal`).
   static constexpr int kProjectPaletteSizes[] = {256, 4096, 65536, 262144};
   // A project path without its ".LCD" extension (any case); other names are returned whole.

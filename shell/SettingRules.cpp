@@ -34,8 +34,9 @@ constexpr std::pair<SettingKey, std::string_view> kColourSwitches[] = {
     {keys::C18, "is the colour mode: use --mode c262k"},
     {keys::C18u, "is the colour mode: use --mode c262ku"},
     {keys::C16M, "is the colour mode: use --mode c16m or c16m-alpha"},
-    {keys::PM, "is part of the colour mode: use --mode c4096, gray32 or c16m (packed) or c4096u, gray32r, "
-              "c16m-alpha"},
+    {keys::PM,
+     "is part of the colour mode: use --mode c4096, gray32 or c16m (packed) or c4096u, gray32r, "
+     "c16m-alpha"},
     {keys::Hpixels, "records the canvas height and is never read: set GHI"},
     {keys::Wpixels, "records the canvas width and is never read: set GWI"},
 };
@@ -61,7 +62,8 @@ std::string NotKept(const SettingDef& d) {
   // Another key saved under the same name after it (the font's end string over the graphic one).
   bool after = false;
   for (const SettingDef* w : SettingsWriteOrder()) {
-    if (w == &d) after = true;
+    if (w == &d)
+      after = true;
     else if (after && IniFile::SameName(w->section, d.section) && IniFile::SameName(w->writeKey, d.writeKey) &&
              !IniFile::SameName(w->key, d.key))
       return key + " is saved over by " + std::string(w->key) + ": it comes back as that one";

@@ -374,29 +374,45 @@ const std::vector<RadioGroup>& RadioGroups() {
   using OC = OriginCorner;
   using OK = OutputKind;
   static const std::vector<RadioGroup> groups = {
-      {kCommentForm, "S", [](CA& a) { return static_cast<int>(a.session.Syntax.Comment); },
+      {kCommentForm,
+       "S",
+       [](CA& a) { return static_cast<int>(a.session.Syntax.Comment); },
        [](A& a, int v) { a.session.Syntax.Comment = static_cast<CF>(v); },
-       static_cast<int>(CF::C), static_cast<int>(CF::C),
+       static_cast<int>(CF::C),
+       static_cast<int>(CF::C),
        {C("CCOM", CF::C), C("STCOM", CF::Custom), C("VBACOM", CF::Quote), C("PSCOM", CF::Slashes),
         C("BSCOM", CF::Semicolon)}},
-      {kEndOfLineForm, "S", [](CA& a) { return static_cast<int>(a.session.Syntax.Eol); },
+      {kEndOfLineForm,
+       "S",
+       [](CA& a) { return static_cast<int>(a.session.Syntax.Eol); },
        [](A& a, int v) { a.session.Syntax.Eol = static_cast<EL>(v); },
-       static_cast<int>(EL::Comma), static_cast<int>(EL::Comma),
+       static_cast<int>(EL::Comma),
+       static_cast<int>(EL::Comma),
        {C("Eoln", EL::None), C("Eolcom", EL::Comma), C("EolStr", EL::Custom), C("EolSem", EL::Semicolon)}},
-      {kPagingScheme, "B3", [](CA& a) { return static_cast<int>(a.session.Direction); },
+      {kPagingScheme,
+       "B3",
+       [](CA& a) { return static_cast<int>(a.session.Direction); },
        [](A& a, int v) {
          a.session.Direction = static_cast<PD>(v);
          a.session.Horizontal = IsHorizontal(a.session.Direction);
        },
-       -1, static_cast<int>(PD::ToRightAll),
-       {C("tla", PD::ToLeft), C("tra", PD::ToRight), C("tl", PD::ToLeftAll), C("tr", PD::ToRightAll),
-        C("td", PD::Down), C("tu", PD::Up), C("tua", PD::UpAll), C("tda", PD::DownAll)}},
-      {kOriginCorner, "B2", [](CA& a) { return static_cast<int>(a.session.Origin); },
-       [](A& a, int v) { a.session.Origin = static_cast<OC>(v); }, static_cast<int>(OC::TL), static_cast<int>(OC::TL),
+       -1,
+       static_cast<int>(PD::ToRightAll),
+       {C("tla", PD::ToLeft), C("tra", PD::ToRight), C("tl", PD::ToLeftAll), C("tr", PD::ToRightAll), C("td", PD::Down),
+        C("tu", PD::Up), C("tua", PD::UpAll), C("tda", PD::DownAll)}},
+      {kOriginCorner,
+       "B2",
+       [](CA& a) { return static_cast<int>(a.session.Origin); },
+       [](A& a, int v) { a.session.Origin = static_cast<OC>(v); },
+       static_cast<int>(OC::TL),
+       static_cast<int>(OC::TL),
        {C("CORN1", OC::TL), C("CORN2", OC::TR), C("CORN3", OC::BR), C("CORN4", OC::BL)}},
-      {kOutputKind, "B1", [](CA& a) { return static_cast<int>(a.session.Output); },
+      {kOutputKind,
+       "B1",
+       [](CA& a) { return static_cast<int>(a.session.Output); },
        [](A& a, int v) { a.session.Output = static_cast<OK>(v); },
-       static_cast<int>(OK::Bits8), static_cast<int>(OK::Bits8),
+       static_cast<int>(OK::Bits8),
+       static_cast<int>(OK::Bits8),
        {C("D8bc", OK::Bits8), C("D16bc", OK::Bits16), C("D32bc", OK::Bits32), C("DHec", OK::BinaryFile),
         C("DIHec", OK::IntelHex)}},
   };
@@ -542,9 +558,9 @@ const std::vector<SettingDef>& SettingsTable() {
 
 const std::vector<std::string_view>& SectionWriteOrder() {
   static const std::vector<std::string_view> order = {
-      "S",   "B17", "B13", "B7",  "B3",  "B2", "b50", "b50s", "B10", "B11", "SX",  "I11", "S2",  "I2",
-      "S3",  "I1",  "B1",  "S4",  "S5",  "I5", "S6",  "S7",   "S8",  "I8",  "S12", "S13", "I13", "B9",
-      "S14", "S15", "S16", "I16", "CB",  "FS0", "S0", "BS0",  "S18", "S19", "b18", "I18"};
+      "S",   "B17", "B13", "B7",  "B3", "B2",  "b50", "b50s", "B10", "B11", "SX",  "I11", "S2",  "I2",
+      "S3",  "I1",  "B1",  "S4",  "S5", "I5",  "S6",  "S7",   "S8",  "I8",  "S12", "S13", "I13", "B9",
+      "S14", "S15", "S16", "I16", "CB", "FS0", "S0",  "BS0",  "S18", "S19", "b18", "I18"};
   return order;
 }
 
@@ -589,18 +605,24 @@ struct MemberOf<T C::*> {
 
 template <typename C, typename A>
 auto& Owner(A& a) {
-  if constexpr (std::is_same_v<C, ConversionSession>) return a.session;
-  else if constexpr (std::is_same_v<C, DataSyntax>) return a.session.Syntax;
-  else if constexpr (std::is_same_v<C, Globals>) return a.globals;
-  else return a.globals.Clip;
+  if constexpr (std::is_same_v<C, ConversionSession>)
+    return a.session;
+  else if constexpr (std::is_same_v<C, DataSyntax>)
+    return a.session.Syntax;
+  else if constexpr (std::is_same_v<C, Globals>)
+    return a.globals;
+  else
+    return a.globals.Clip;
 }
 
 // The variable a member names in `app`; for an array, its entry `index`.
 template <typename M, typename A>
 auto& Variable(A& app, M member, int index) {
   auto& v = Owner<typename MemberOf<M>::Class>(app).*member;
-  if constexpr (std::is_array_v<std::remove_reference_t<decltype(v)>>) return v[index];
-  else return v;
+  if constexpr (std::is_array_v<std::remove_reference_t<decltype(v)>>)
+    return v[index];
+  else
+    return v;
 }
 
 std::string FieldValue(const Application& app, const SettingField& field, int index) {
@@ -610,9 +632,12 @@ std::string FieldValue(const Application& app, const SettingField& field, int in
           return {};
         } else {
           const auto& v = Variable(app, m, index);
-          if constexpr (std::is_same_v<std::decay_t<decltype(v)>, bool>) return B(v);
-          else if constexpr (std::is_same_v<std::decay_t<decltype(v)>, int>) return std::to_string(v);
-          else return v;
+          if constexpr (std::is_same_v<std::decay_t<decltype(v)>, bool>)
+            return B(v);
+          else if constexpr (std::is_same_v<std::decay_t<decltype(v)>, int>)
+            return std::to_string(v);
+          else
+            return v;
         }
       },
       field);
@@ -623,9 +648,12 @@ void SetFieldValue(Application& app, const SettingField& field, int index, const
       [&app, &value, index](auto m) {
         if constexpr (!std::is_same_v<decltype(m), std::monostate>) {
           auto& v = Variable(app, m, index);
-          if constexpr (std::is_same_v<std::decay_t<decltype(v)>, bool>) v = ToBool(value);
-          else if constexpr (std::is_same_v<std::decay_t<decltype(v)>, int>) v = ToInt(value);
-          else v = value;
+          if constexpr (std::is_same_v<std::decay_t<decltype(v)>, bool>)
+            v = ToBool(value);
+          else if constexpr (std::is_same_v<std::decay_t<decltype(v)>, int>)
+            v = ToInt(value);
+          else
+            v = value;
         }
       },
       field);

@@ -38,8 +38,8 @@ struct RadioGroup {
   std::string_view section;
   int (*get)(const Application&);
   void (*set)(Application&, int);
-  int factory;       // -1: "0" changes nothing
-  int defaultChoice; // the choice whose switch is on in a new project
+  int factory;                                            // -1: "0" changes nothing
+  int defaultChoice;                                      // the choice whose switch is on in a new project
   std::vector<std::pair<std::string_view, int>> choices;  // each choice's key and value
 };
 
@@ -50,16 +50,16 @@ struct RadioGroup {
 // so a project made by a fuller version of the program loses nothing here.
 struct SettingDef {
   std::string_view section;
-  std::string_view key;           // the name it is read under (or, for a key only written, written)
+  std::string_view key;  // the name it is read under (or, for a key only written, written)
   SettingType type = SettingType::String;
   std::string_view defaultValue;  // the factory default, unless `computed`
   // The default is whatever the program holds before reading: a folder or a text the program
   // builds at start. So a project that lacks the key keeps the value already in force.
   bool computed = false;
-  bool read = true;               // false: written for the record, never read back
-  std::string_view writeKey;      // the name it is written under; empty: never written
-  int writes = 1;                 // how often the writer writes it (a second write changes nothing)
-  std::size_t held = 0;           // its place in Globals::HeldSettings when no variable is bound
+  bool read = true;           // false: written for the record, never read back
+  std::string_view writeKey;  // the name it is written under; empty: never written
+  int writes = 1;             // how often the writer writes it (a second write changes nothing)
+  std::size_t held = 0;       // its place in Globals::HeldSettings when no variable is bound
   SettingField field;
   // One choice of a radio group: the group and the value this key's switch stands for.
   const RadioGroup* radio = nullptr;
@@ -83,9 +83,9 @@ struct SettingDef {
   bool Readable() const { return radio || canvasSide || field.index() != 0; }
   // What the key takes. A value from the file outside these gives the default; a value given by
   // the user outside them is refused.
-  int min = INT_MIN, max = INT_MAX;    // integers
-  std::size_t maxLength = 0;           // strings: the field's length; 0 for no limit
-  std::vector<std::string_view> words; // strings: the only words it takes, when not empty
+  int min = INT_MIN, max = INT_MAX;     // integers
+  std::size_t maxLength = 0;            // strings: the field's length; 0 for no limit
+  std::vector<std::string_view> words;  // strings: the only words it takes, when not empty
   // One choice of a radio group stored as one switch per choice: the group's name. Turning the
   // chosen one off chooses nothing, so only turning another on changes the group.
   std::string_view radioGroup;

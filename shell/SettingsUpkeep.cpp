@@ -117,25 +117,50 @@ std::vector<std::string> TMainForm::ConfChildSettings() const {
   // The settings panel's fields in the order it shows them. "Edit1" and "Edit3" are its two
   // unnamed line prefix fields.
   const std::pair<const char*, SettingKey> fields[] = {
-      {"IncludeEdit=", keys::INCSYN},        {"IncStartEdit=", keys::INCSSYN},      {"IncEndEdit=", keys::INCESYN},
-      {"FunctionPrefixEdit=", keys::FPREF},  {"FunctionSuffixEdit=", keys::FSUFF},  {"TouchPrefixEdit=", keys::tfp8},
-      {"TouchSuffixEdit=", keys::tfp9},      {"BeginEdit=", keys::LCDBS},           {"EndEdit=", keys::ENDSYN},
-      {"FillerEdit=", keys::tfp14},          {"TouchEndEdit=", keys::tfp11},        {"TouchBeginEdit=", keys::tfp10},
-      {"SeparatorEdit=", keys::SEPASY},      {"DelaySyntaxEdit=", keys::DELSYN},    {"DelayStartEdit=", keys::DELSTA},
-      {"DelayEndEdit=", keys::DELEND},       {"LCDCompFunctionEdit=", keys::LCOMPS}, {"LCDUnCompFunctionEdit=", keys::lcdUncomp},
-      {"LCDStartEdit=", keys::LSTAS},        {"LCDEndEdit=", keys::LENDS},          {"Edit1=", keys::CPRE},
-      {"Edit3=", keys::cpfr},                {"SuffixEdit=", keys::VALSUF},         {"PrefixEdit=", keys::VALpref},
-      {"Underscore=", keys::usco},           {"Col/Row Prefix= ", keys::fpar11},    {"Col/Row Sufffix= ", keys::fpar12},
-      {"Array Prefix= ", keys::fpar13},      {"Array Sufffix= ", keys::fpar14},     {"EOL string= ", keys::eolst},
-      {"EOF Block string= ", keys::eofbl},   {"Comment string= ", keys::cstrt},     {"Separator string= ", keys::sepst},
+      {"IncludeEdit=", keys::INCSYN},
+      {"IncStartEdit=", keys::INCSSYN},
+      {"IncEndEdit=", keys::INCESYN},
+      {"FunctionPrefixEdit=", keys::FPREF},
+      {"FunctionSuffixEdit=", keys::FSUFF},
+      {"TouchPrefixEdit=", keys::tfp8},
+      {"TouchSuffixEdit=", keys::tfp9},
+      {"BeginEdit=", keys::LCDBS},
+      {"EndEdit=", keys::ENDSYN},
+      {"FillerEdit=", keys::tfp14},
+      {"TouchEndEdit=", keys::tfp11},
+      {"TouchBeginEdit=", keys::tfp10},
+      {"SeparatorEdit=", keys::SEPASY},
+      {"DelaySyntaxEdit=", keys::DELSYN},
+      {"DelayStartEdit=", keys::DELSTA},
+      {"DelayEndEdit=", keys::DELEND},
+      {"LCDCompFunctionEdit=", keys::LCOMPS},
+      {"LCDUnCompFunctionEdit=", keys::lcdUncomp},
+      {"LCDStartEdit=", keys::LSTAS},
+      {"LCDEndEdit=", keys::LENDS},
+      {"Edit1=", keys::CPRE},
+      {"Edit3=", keys::cpfr},
+      {"SuffixEdit=", keys::VALSUF},
+      {"PrefixEdit=", keys::VALpref},
+      {"Underscore=", keys::usco},
+      {"Col/Row Prefix= ", keys::fpar11},
+      {"Col/Row Sufffix= ", keys::fpar12},
+      {"Array Prefix= ", keys::fpar13},
+      {"Array Sufffix= ", keys::fpar14},
+      {"EOL string= ", keys::eolst},
+      {"EOF Block string= ", keys::eofbl},
+      {"Comment string= ", keys::cstrt},
+      {"Separator string= ", keys::sepst},
   };
   for (const auto& [label, key] : fields) r.push_back(label + Setting(app_, key));
   r.push_back(" *** Postpro Config ***");
   r.push_back("PostProFile=" + Setting(app_, keys::pprof));
   r.push_back(" *** Config boolean ***");
-  const std::pair<const char*, SettingKey> checks[] = {
-      {"LCDsize Checked", keys::LCDSI}, {"Delay Checked", keys::DELAY}, {"Delay after last frame Checked", keys::DElas},
-      {"Clip unit Checked", keys::Ecli}, {"Size in data Checked", keys::WSIZE}, {"Position in data Checked", keys::WORIG}};
+  const std::pair<const char*, SettingKey> checks[] = {{"LCDsize Checked", keys::LCDSI},
+                                                       {"Delay Checked", keys::DELAY},
+                                                       {"Delay after last frame Checked", keys::DElas},
+                                                       {"Clip unit Checked", keys::Ecli},
+                                                       {"Size in data Checked", keys::WSIZE},
+                                                       {"Position in data Checked", keys::WORIG}};
   for (const auto& [label, key] : checks)
     if (Setting(app_, key) != "0") r.push_back(label);
   r.push_back(" *** Config settings ***");

@@ -67,33 +67,54 @@ bool LeaveScriptMode(Application& app, const ScriptModeExit& e) {
 }  // namespace
 
 bool SpecialModes::QuitFontscriptClick() {
-  return LeaveScriptMode(app_, {FontScript, app_.globals.FontScriptMode, false,
-                                FontScript.Path + " Save Font script to file ? \r \r", "Font Script not saved !",
-                                {"Yes", "No", "Cancel"}, {"Quit Font Script", "Normal Mode"}});
+  return LeaveScriptMode(app_, {FontScript,
+                                app_.globals.FontScriptMode,
+                                false,
+                                FontScript.Path + " Save Font script to file ? \r \r",
+                                "Font Script not saved !",
+                                {"Yes", "No", "Cancel"},
+                                {"Quit Font Script", "Normal Mode"}});
 }
 
 bool SpecialModes::QuitFieldsScriptClick() {
-  return LeaveScriptMode(app_, {FieldsScript, app_.globals.FieldsScriptMode, false, " Save Fields script to file ? ",
-                                "Fields Script not saved !", {"Yes", "No"}, {"Normal Mode"}});
+  return LeaveScriptMode(app_, {FieldsScript,
+                                app_.globals.FieldsScriptMode,
+                                false,
+                                " Save Fields script to file ? ",
+                                "Fields Script not saved !",
+                                {"Yes", "No"},
+                                {"Normal Mode"}});
 }
 
 bool SpecialModes::QuittouchpanelscriptClick() {
-  return LeaveScriptMode(app_, {TouchScript, app_.globals.TouchScriptMode, false,
-                                " Save Touch Panel script to file ? ", "Touch Panel Script not saved !", {"Yes", "No"},
+  return LeaveScriptMode(app_, {TouchScript,
+                                app_.globals.TouchScriptMode,
+                                false,
+                                " Save Touch Panel script to file ? ",
+                                "Touch Panel Script not saved !",
+                                {"Yes", "No"},
                                 {"Normal Mode"}});
 }
 
 bool SpecialModes::QuitAnEditableFontClick() {
   // The font is offered for saving whether or not it changed, unless saving is off.
-  return LeaveScriptMode(app_, {EditableFont, app_.globals.EditableFontMode, true,
+  return LeaveScriptMode(app_, {EditableFont,
+                                app_.globals.EditableFontMode,
+                                true,
                                 EditableFont.Path + ".EFF" + " Save recent changes on editable font to file ?\r",
-                                "Save Editable Font", {"Yes", "No"}, {"Normal Mode"}});
+                                "Save Editable Font",
+                                {"Yes", "No"},
+                                {"Normal Mode"}});
 }
 
 bool SpecialModes::QuitVectorDesign() {
-  if (!LeaveScriptMode(app_, {VectorDesign, app_.globals.VectorMode, true,
-                              "Quit Vector Design Mode ..\r Save Vector Design in Work Canvas to File ? ", "Confirm",
-                              {"Yes", "No", "Cancel"}, {}}))
+  if (!LeaveScriptMode(app_, {VectorDesign,
+                              app_.globals.VectorMode,
+                              true,
+                              "Quit Vector Design Mode ..\r Save Vector Design in Work Canvas to File ? ",
+                              "Confirm",
+                              {"Yes", "No", "Cancel"},
+                              {}}))
     return false;
   app_.globals.SpecialModeActive = false;
   return true;
@@ -101,8 +122,8 @@ bool SpecialModes::QuitVectorDesign() {
 
 bool SpecialModes::QuitAnimationMode(bool ask) {
   Globals& g = app_.globals;
-  if (ask && app_.ui.MessageDlg("Are you sure to want to leave the animation mode  !", "Confirm",
-                                DlgType::Confirmation, {"Yes", "No"}) == "No")
+  if (ask && app_.ui.MessageDlg("Are you sure to want to leave the animation mode  !", "Confirm", DlgType::Confirmation,
+                                {"Yes", "No"}) == "No")
     return false;
   g.AnimationMode = false;
   app_.mainForm.StatusBarAndLog("Static mode enabled");

@@ -29,7 +29,17 @@ class InstanceLock {
 // The windows made at start, in their order after the main window. The Work Canvas (Image) comes
 // up empty at the display's size; the welcome window is made only without a first parameter.
 enum class StartWindow {
-  ExportToData, Grids, Image, Adjustments, Pixel, Welcome, LogWin, Exploform2, Exploform, HideSplash, AboutBox,
+  ExportToData,
+  Grids,
+  Image,
+  Adjustments,
+  Pixel,
+  Welcome,
+  LogWin,
+  Exploform2,
+  Exploform,
+  HideSplash,
+  AboutBox,
   Presentation
 };
 

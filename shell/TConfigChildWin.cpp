@@ -51,14 +51,14 @@ struct ChoiceMap {
 };
 
 // The number format captions of "Data Format Options" and the format letters they select.
-constexpr ChoiceMap kFormats[] = {{"0x+data", "X"},   {"data+H", "H"},   {"data+b", "B"},  {"0b+data", "0B"},
+constexpr ChoiceMap kFormats[] = {{"0x+data", "X"},   {"data+H", "H"},    {"data+b", "B"},   {"0b+data", "0B"},
                                   {"a+HEX+b", "+H+"}, {"a+BIN+b", "+B+"}, {"a+DEC+b", "+D+"}};
 
 constexpr std::string_view kNone = "none";
 constexpr std::string_view kCustom = "custom string";
 
-constexpr ChoiceMap kComments[] = {{"/* */", "C"}, {"//", "Slashes"}, {"'", "Quote"}, {";", "Semicolon"},
-                                   {kCustom, "Custom"}};
+constexpr ChoiceMap kComments[] = {
+    {"/* */", "C"}, {"//", "Slashes"}, {"'", "Quote"}, {";", "Semicolon"}, {kCustom, "Custom"}};
 constexpr ChoiceMap kEols[] = {{",", "Comma"}, {";", "Semicolon"}, {kNone, "None"}, {kCustom, "Custom"}};
 
 template <std::size_t N>
@@ -516,8 +516,8 @@ int TConfigChildWin::PaletteColourCount() const {
 bool TConfigChildWin::LoadCustomPalette(const std::string& picturePath) {
   app_.globals.LastAction = "Load custom color palette";
   if (!app_.codecs) {
-    app_.ui.MessageDlg(" No picture reader is available : custom palette load aborted ", "Load Custom Color Palette Error",
-                       DlgType::Error, {"OK"});
+    app_.ui.MessageDlg(" No picture reader is available : custom palette load aborted ",
+                       "Load Custom Color Palette Error", DlgType::Error, {"OK"});
     return false;
   }
   const auto path = LoadColorPalette(picturePath, app_.globals.ActiveProject, *app_.codecs, app_.ui);
@@ -549,10 +549,9 @@ bool TConfigChildWin::UseDefaultPalette() {
   app_.globals.LastAction = "Use default color palette";
   const ConversionSession& s = app_.session;
   std::error_code ec;
-  const std::string custom =
-      s.PaletteSize > 0 && !app_.globals.ActiveProject.empty()
-          ? CustomPaletteName(app_.globals.ActiveProject, s.PaletteSize)
-          : std::string();
+  const std::string custom = s.PaletteSize > 0 && !app_.globals.ActiveProject.empty()
+                                 ? CustomPaletteName(app_.globals.ActiveProject, s.PaletteSize)
+                                 : std::string();
   if (custom.empty() || !fs::exists(custom, ec)) {
     app_.ui.MessageDlg(" This project has no custom color palette for the current color mode ! ", "Information",
                        DlgType::Information, {"OK"});

@@ -45,10 +45,12 @@ bool TImageForm::EncodeButtonClick() {
   // Halves exist only for whole rows: any other direction opens on the full canvas.
   if (!s.Horizontal && (dlg.entry == 1 || dlg.entry == 2)) {
     dlg.entry = 0;
-    ui.Notice("the upper or lower half is exported only with a horizontal Paging direction: the full canvas is exported");
+    ui.Notice(
+        "the upper or lower half is exported only with a horizontal Paging direction: the full canvas is exported");
   }
   if (s.AutoFraming) {
-    if (dlg.entry != 0) ui.Notice("Auto Framing exports the painted part of the canvas, not the part chosen for export");
+    if (dlg.entry != 0)
+      ui.Notice("Auto Framing exports the painted part of the canvas, not the part chosen for export");
     dlg.entry = 0;
     dlg.entryListEnabled = false;
   }
@@ -80,8 +82,8 @@ bool TImageForm::EncodeButtonClick() {
   }
   if (dlg.entry == 4) {
     // Subdivisions are made in the fields editor; none can be selected before it exists.
-    ui.MessageDlg(" No Work Canvas Subdivision Has Been Selected ! \r  ", "Subdivision Selection Error",
-                  DlgType::Error, {"OK"});
+    ui.MessageDlg(" No Work Canvas Subdivision Has Been Selected ! \r  ", "Subdivision Selection Error", DlgType::Error,
+                  {"OK"});
     return false;
   }
   if (dlg.entry == 3) app_.encoder.Canvas().area = CanvasState::Area::Selected;

@@ -32,11 +32,9 @@ bool TMainForm::ResetAndCheckColorMode() {
       {g.AnimationMode,
        "Mode change not possible while an animation is active, first save artwork, quit animation mode ",
        [this] { return QuitAnimationMode(); }},
-      {g.BatchEditMode,
-       " Mode change not possible while Processing batch creation is active, first quit this mode ",
+      {g.BatchEditMode, " Mode change not possible while Processing batch creation is active, first quit this mode ",
        [this] { return QuitPostClick(); }},
-      {g.FontScriptMode,
-       " Mode change not possible while Font creation is active, first quit Font Creation mode  ",
+      {g.FontScriptMode, " Mode change not possible while Font creation is active, first quit Font Creation mode  ",
        [this] { return QuitFontscriptClick(); }},
       {g.TouchScriptMode,
        " Mode change not possible while touch panel creation is active, first quit touch panel mode ",
@@ -80,19 +78,31 @@ void SetModeBooleans(ConversionSession& s, int m) {
     case 27: s.Grayscale = s.Gray16 = s.Gray16Horizontal = true; break;
     case 28: s.Grayscale = s.Gray16 = s.Gray16Slices = true; break;
     case 29: s.Grayscale = s.Gray32 = true; break;
-    case 30: s.Grayscale = s.Gray32 = true; s.Packed = false; break;
-    case 31: s.Grayscale = s.Gray32 = s.Gray32Left = true; s.Packed = false; break;
+    case 30:
+      s.Grayscale = s.Gray32 = true;
+      s.Packed = false;
+      break;
+    case 31:
+      s.Grayscale = s.Gray32 = s.Gray32Left = true;
+      s.Packed = false;
+      break;
     case 32: s.Gray256 = true; break;
     case 54: s.Colours8 = true; break;
     case 55: s.Colours16 = true; break;
     case 56: s.Colours256 = s.Colours256NoPalette = true; break;
     case 57: s.Colours4096 = true; break;
-    case 58: s.Colours4096 = true; s.Packed = false; break;
+    case 58:
+      s.Colours4096 = true;
+      s.Packed = false;
+      break;
     case 59: s.Colours65536 = true; break;
     case 60: s.Colours262kPacked = true; break;
     case 61: s.Colours262kUnpacked = true; break;
     case 62: s.Colours16M = true; break;
-    case 63: s.Colours16M = true; s.Packed = false; break;
+    case 63:
+      s.Colours16M = true;
+      s.Packed = false;
+      break;
     default: break;
   }
 }
@@ -253,7 +263,8 @@ bool TMainForm::SetDirection(PagingDirection d) {
     };
     if (!horizontal && std::fmod(static_cast<long double>(c.MatrixHeight()), PagingUnit(s)) != 0) {
       app_.ui.MessageDlg(
-          "  Work Canvas Dot Matrix size does not fit in this paging scheme ! \r Vertical size should be a multiple of " +
+          "  Work Canvas Dot Matrix size does not fit in this paging scheme ! \r Vertical size should be a multiple "
+          "of " +
               multiple(PagingUnit(s)) + " for vertical conversion  \r Use a horizontal conversion direction",
           "Warning", DlgType::Warning, {"OK"});
       return false;
@@ -447,7 +458,8 @@ bool TMainForm::TranslateCanvas() {
     const bool hexKind = k == "X" || k == "H" || k == "+H+";
     if (s.Output != OutputKind::Bits8 || !hexKind || s.NegativeOutput || g.AnimationMode) {
       app_.ui.MessageDlg(
-          "Sorry, the 2 pages 4bpp grayscale conversion is only allowed when :  \r8 bit mode, Hex data and no animation",
+          "Sorry, the 2 pages 4bpp grayscale conversion is only allowed when :  \r8 bit mode, Hex data and no "
+          "animation",
           "Error", DlgType::Error, {"OK"});
       return false;
     }
@@ -471,8 +483,8 @@ bool TMainForm::TranslateCanvas() {
       const bool high = !IsHorizontal(before);
       std::ostringstream why;
       why << "the canvas " << (high ? "height " : "width ") << (high ? s.CanvasHeight : s.CanvasWidth)
-          << " is not a multiple of " << static_cast<double>(PagingUnit(s)) << " for the "
-          << DirectionInfoText(before) << ": turned to the " << DirectionInfoText(s.Direction);
+          << " is not a multiple of " << static_cast<double>(PagingUnit(s)) << " for the " << DirectionInfoText(before)
+          << ": turned to the " << DirectionInfoText(s.Direction);
       app_.ui.Notice(why.str());
     }
     // Where neither side fits, the walk would drop the pixels of the last partial byte of every
@@ -632,8 +644,8 @@ bool TMainForm::SaveOutputFile(bool overwrite) {
   const std::string path = OutputPath(s);
   const bool binary = s.Output == OutputKind::BinaryFile;
   auto denied = [&](const std::string& why) {
-    app_.ui.MessageDlg(" File could not be saved to disk, access denied ! \r Reason = Folder or File is " + why, "Error",
-                       DlgType::Error, {"OK"});
+    app_.ui.MessageDlg(" File could not be saved to disk, access denied ! \r Reason = Folder or File is " + why,
+                       "Error", DlgType::Error, {"OK"});
     StatusBarAndLog("File not saved");
     return false;
   };

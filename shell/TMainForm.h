@@ -50,8 +50,19 @@ class TMainForm {
 
  public:
   explicit TMainForm(Application& app)
-      : log_(app), dialogs_(app), faults_(app), folders_(app), config_(app), animation_(app), modes_(app),
-        size_(app), status_(app), start_(app), quit_(app), import_(app), app_(app) {}
+      : log_(app),
+        dialogs_(app),
+        faults_(app),
+        folders_(app),
+        config_(app),
+        animation_(app),
+        modes_(app),
+        size_(app),
+        status_(app),
+        start_(app),
+        quit_(app),
+        import_(app),
+        app_(app) {}
   TMainForm(const TMainForm&) = delete;
   TMainForm& operator=(const TMainForm&) = delete;
 

@@ -15,13 +15,13 @@ class UsageCounters {
  public:
   // The counters of one function each, counted during a session and added at quit.
   static constexpr std::string_view kFeatureCounters[] = {
-      "ic",    "vic",   "batc",  "precl",  "tco",   "pr",    "im",    "ta",    "cic",   "icm",  "icg4",
-      "fcv",   "scom",  "icg16", "icg16H", "icg32", "icg256", "ic256", "icc16", "icc8",  "idith", "iupd",
-      "icc25", "icc4k", "icc65k", "icc262k", "iccRGB", "fc", "Sfc",   "tc",    "ec",    "svc",  "exc",
-      "kec",   "pc",    "gpc",   "ac",     "imc",   "trc",   "sap",   "sapa",  "uvec",  "vecIn", "un"};
+      "ic",    "vic",   "batc",   "precl",   "tco",    "pr",     "im",    "ta",    "cic",  "icm",   "icg4",
+      "fcv",   "scom",  "icg16",  "icg16H",  "icg32",  "icg256", "ic256", "icc16", "icc8", "idith", "iupd",
+      "icc25", "icc4k", "icc65k", "icc262k", "iccRGB", "fc",     "Sfc",   "tc",    "ec",   "svc",   "exc",
+      "kec",   "pc",    "gpc",    "ac",      "imc",    "trc",    "sap",   "sapa",  "uvec", "vecIn", "un"};
   // The counters with a rule of their own.
-  static constexpr std::string_view kSessionCounters[] = {"dud", "duh", "dum", "dus", "la", "st", "sc", "nv", "nq",
-                                                          "xc"};
+  static constexpr std::string_view kSessionCounters[] = {"dud", "duh", "dum", "dus", "la",
+                                                          "st",  "sc",  "nv",  "nq",  "xc"};
 
   // The file of this user and version: under $XDG_CONFIG_HOME (or ~/.config; RASTERMILL_HOME
   // replaces the home folder as everywhere) "rastermill/usage <version tag>.ini".

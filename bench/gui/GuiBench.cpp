@@ -45,10 +45,8 @@ void GuiSelectionDrag(benchmark::State& state, int zoom) {
     app.globals.ScreenHeight = 2160;
   }
   app.mainForm.UserMatrixClick(std::to_string(kW), std::to_string(kH));
-  while (app.pixelForm.Zoom > zoom && app.imageForm.SmallerButtonClick()) {
-  }
-  while (app.pixelForm.Zoom < zoom && app.imageForm.BiggerButtonClick()) {
-  }
+  while (app.pixelForm.Zoom > zoom && app.imageForm.SmallerButtonClick()) {}
+  while (app.pixelForm.Zoom < zoom && app.imageForm.BiggerButtonClick()) {}
   if (app.pixelForm.Zoom != zoom) {
     state.SkipWithError("the canvas does not take that zoom");
     return;
@@ -96,8 +94,8 @@ BENCHMARK(GuiStartUp)->Unit(benchmark::kMillisecond);
 // loaded, the window made and painted (into a picture, which adds the PNG's writing).
 void GuiProcessStartUp(benchmark::State& state) {
   const std::string home = FreshHome();
-  const std::string command = std::string("QT_QPA_PLATFORM=offscreen '") + RM_GUI_PATH + "' --screenshot '" + home +
-                              "/window.png' 2>/dev/null";
+  const std::string command =
+      std::string("QT_QPA_PLATFORM=offscreen '") + RM_GUI_PATH + "' --screenshot '" + home + "/window.png' 2>/dev/null";
   for (auto _ : state)
     if (std::system(command.c_str()) != 0) state.SkipWithError("rastermill-gui failed");
 }

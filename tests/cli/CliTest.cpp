@@ -94,10 +94,12 @@ TEST_F(Cli, ExitStatusAndMessages) {
       {{"convert", good, "--rearrange", "5,7,6,4,3,2,1,0"}, 2, "trades bits in pairs only"},
       // Red and blue traded, then the bytes: bit 0 would take bit 8 (green), which takes bit 11.
       {{"convert", good, "--mode", "c65k", "--swap-rb", "--rearrange", "7,6,5,4,3,2,1,0,15,14,13,12,11,10,9,8"},
-       2, "trades bits in pairs only"},
+       2,
+       "trades bits in pairs only"},
       {{"convert", good, "--rearrange", "7,7,5,4,3,2,1,0"}, 2, "must name every bit from 0 to 7 once"},
       {{"convert", good, "--rearrange", "7,6,x"}, 2, "not \"x\""},
-      {{"convert", good, "--mode", "c65k", "--rearrange", "7,6,5,4,3,2,1,0"}, 2,
+      {{"convert", good, "--mode", "c65k", "--rearrange", "7,6,5,4,3,2,1,0"},
+       2,
        "lists 8 bits, but a value of this mode has 16"},
       // Black and white, and Picture Mode.
       {{"convert", good, "--mode", "gray256", "--dither", "floyd"}, 2, "monochrome mode"},
@@ -125,8 +127,8 @@ TEST_F(Cli, ExitStatusAndMessages) {
 // here: without coordinate descriptors a frame of the whole canvas gives the default text.
 TEST_F(Cli, EveryDataOptionChangesTheText) {
   const std::string path = Png("p.png", Pattern(32, 16));
-  const Args options[] = {{"--mode", "gray4"}, {"--direction", "td"}, {"--origin", "BL"},   {"--msb-last"},
-                          {"--width", "16"},   {"--per-line", "3"},   {"--set", "Neg=1"},   {"--area", "8,2,16,5"},
+  const Args options[] = {{"--mode", "gray4"}, {"--direction", "td"}, {"--origin", "BL"}, {"--msb-last"},
+                          {"--width", "16"},   {"--per-line", "3"},   {"--set", "Neg=1"}, {"--area", "8,2,16,5"},
                           {"--half", "lower"}, {"--interleave"},      {"--output", "hex"}};
   std::set<std::string> texts = {Run({"convert", path}).out};
   for (const Args& o : options) {
@@ -165,8 +167,8 @@ TEST_F(Cli, BinaryAndIntelHexOutput) {
   EXPECT_EQ(ReadFile(out_ + "/image.bin"), bytes);
 
   // Records of 8 bytes, 6 address digits, from 0x1230: 00 12 30 and 80 make the checksum 36.
-  const Result hex = Run({"convert", corner, "--output", "hex", "--hex-line", "8", "--hex-address-digits", "6",
-                          "--hex-offset", "0x1234"});
+  const Result hex = Run(
+      {"convert", corner, "--output", "hex", "--hex-line", "8", "--hex-address-digits", "6", "--hex-offset", "0x1234"});
   ASSERT_EQ(hex.status, 0) << hex.err;
   EXPECT_EQ(hex.out.rfind(":0800123000800000000000000036\n:08001238", 0), 0u) << hex.out;
   EXPECT_EQ(hex.out.substr(hex.out.size() - 12), ":00000001FF\n");

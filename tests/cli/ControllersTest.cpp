@@ -154,8 +154,7 @@ TEST_F(Controllers, SwapRedBlueAndRearrangeGiveHandWorkedBytes) {
     Bytes bytes;
   };
   const Case cases[] = {
-      {{mono, "--mode", "mono", "--direction", "tr", "--msb-first", "--rearrange", "7,6,5,4,3,2,1,0"},
-       kRowsBlackSet},
+      {{mono, "--mode", "mono", "--direction", "tr", "--msb-first", "--rearrange", "7,6,5,4,3,2,1,0"}, kRowsBlackSet},
       // Each byte reversed: 80 -> 01, 40 -> 02, 01 -> 80.
       {{mono, "--mode", "mono", "--direction", "tr", "--msb-first", "--rearrange", "0,1,2,3,4,5,6,7"},
        {0x01, 0x02, 0, 0, 0, 0, 0, 0, 0x80, 0, 0, 0, 0, 0, 0, 0x01}},
@@ -169,8 +168,7 @@ TEST_F(Controllers, SwapRedBlueAndRearrangeGiveHandWorkedBytes) {
       // 4096 unpacked, 12 bits: red F00 -> 00F, blue 00F -> F00.
       {{colour, "--mode", "c4096u", "--msb-first", "--swap-rb"}, {0x00, 0x0F, 0x00, 0xF0, 0x0F, 0x00, 0x0F, 0xFF}},
       // 24 bits: the outer bytes traded.
-      {{colour, "--mode", "c16m", "--msb-first", "--swap-rb"},
-       {0, 0, 0xFF, 0, 0xFF, 0, 0xFF, 0, 0, 0xFF, 0xFF, 0xFF}},
+      {{colour, "--mode", "c16m", "--msb-first", "--swap-rb"}, {0, 0, 0xFF, 0, 0xFF, 0, 0xFF, 0, 0, 0xFF, 0xFF, 0xFF}},
   };
   for (const Case& c : cases) {
     const auto r = Convert(c.args);

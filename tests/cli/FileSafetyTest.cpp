@@ -167,7 +167,8 @@ TEST_F(FileSafety, ConvertOutputsOfEveryKind) {
   EXPECT_EQ(Names(dir_ + "/real"), Args{"target.h"});
 
   // /dev/null takes the data and stays what it is; no parameter file beside it.
-  struct stat before {}, after {};
+  struct stat before {
+  }, after{};
   ASSERT_EQ(::stat("/dev/null", &before), 0);
   r = Run({"convert", picture, "-o", "/dev/null"});
   EXPECT_EQ(r.status, 0) << r.err;
@@ -199,8 +200,7 @@ TEST_F(FileSafety, ConvertOutputsOfEveryKind) {
   EXPECT_EQ(ReadFile(Out("ro.h")), "keep\n");
   EXPECT_FALSE(fs::exists(Out("ro.rtf")));
 
-  EXPECT_EQ(Names(dir_ + "/out"),
-            (Args{"link.h", "link.rtf", "pipe.h", "plain.h", "plain.rtf", "ro.h"}));
+  EXPECT_EQ(Names(dir_ + "/out"), (Args{"link.h", "link.rtf", "pipe.h", "plain.h", "plain.rtf", "ro.h"}));
 }
 
 // The settings of a conversion are kept only once its output is whole.

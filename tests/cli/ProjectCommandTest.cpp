@@ -21,8 +21,8 @@ TEST_F(ProjectCli, FirstRunListsTheDefaultProjectWithItsTemplates) {
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(r.out, "* default.LCD\n");
   EXPECT_EQ(r.err, "");
-  for (const char* f : {"default.LCD", "default.txt", "default_Raw.txt", "default_Struct.txt", "default_DMD.txt",
-                        "default_Bloc.txt"})
+  for (const char* f :
+       {"default.LCD", "default.txt", "default_Raw.txt", "default_Struct.txt", "default_DMD.txt", "default_Bloc.txt"})
     EXPECT_TRUE(fs::exists(Inits() + f)) << f;
   EXPECT_EQ(ReadFile(Inits() + "Rastermill.ini"), Inits() + "default.LCD\n");
 }

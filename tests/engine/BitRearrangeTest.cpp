@@ -19,14 +19,13 @@ TEST(BitRearrange, OuterFieldsSwapPerWidth) {
     int width;
     std::uint32_t out;
   } cases[] = {
-      {0xF00, 12, 0x00F},          // 4 bit fields at the ends change places
-      {0x0F0, 12, 0x0F0},          // the middle stays
-      {0xF800, 16, 0x001F},        // 5 bit fields
-      {0x07E0, 16, 0x07E0},        // green stays
-      {0x3F000, 18, 0x0003F},      // 6 bit fields
-      {0xFF0000, 24, 0x0000FF},    // outer bytes
-      {0x123456, 24, 0x563412},
-      {0xABC, 8, 0xABC},           // no swap for other widths
+      {0xF00, 12, 0x00F},                           // 4 bit fields at the ends change places
+      {0x0F0, 12, 0x0F0},                           // the middle stays
+      {0xF800, 16, 0x001F},                         // 5 bit fields
+      {0x07E0, 16, 0x07E0},                         // green stays
+      {0x3F000, 18, 0x0003F},                       // 6 bit fields
+      {0xFF0000, 24, 0x0000FF},                     // outer bytes
+      {0x123456, 24, 0x563412}, {0xABC, 8, 0xABC},  // no swap for other widths
   };
   for (const auto& c : cases) EXPECT_EQ(rm::SwapOuterFields(c.in, c.width, 24), c.out) << std::hex << c.in;
 }
@@ -77,11 +76,11 @@ TEST(DataRearrangement, RequestsBecomeSwapRowsThatGiveThePermutation) {
     std::uint32_t in, out;
     std::size_t rows;
   } cases[] = {
-      {true, "", 0xF800, 0x001F, 5},                                            // red to the bottom
-      {true, "", 0x07E0, 0x07E0, 5},                                            // green stays
-      {false, "7,6,5,4,3,2,1,0,15,14,13,12,11,10,9,8", 0xF800, 0x00F8, 8},      // the bytes traded
-      {false, "15,14,13,12,11,10,9,8,7,6,5,4,3,2,1,0", 0x1234, 0x1234, 0},      // unchanged: no rows
-      {true, "15,14,13,12,11,10,9,8,7,6,5,4,3,2,1,0", 0xF800, 0x001F, 5},       // the swap alone
+      {true, "", 0xF800, 0x001F, 5},                                        // red to the bottom
+      {true, "", 0x07E0, 0x07E0, 5},                                        // green stays
+      {false, "7,6,5,4,3,2,1,0,15,14,13,12,11,10,9,8", 0xF800, 0x00F8, 8},  // the bytes traded
+      {false, "15,14,13,12,11,10,9,8,7,6,5,4,3,2,1,0", 0x1234, 0x1234, 0},  // unchanged: no rows
+      {true, "15,14,13,12,11,10,9,8,7,6,5,4,3,2,1,0", 0xF800, 0x001F, 5},   // the swap alone
       // The swap and, on its result, green's end bits 10 and 5 traded: one row more.
       {true, "15,14,13,12,11,5,9,8,7,6,10,4,3,2,1,0", 0xF820, 0x041F, 6},
   };

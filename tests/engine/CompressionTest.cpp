@@ -158,8 +158,9 @@ TEST(Compression, PointerAndDataTablesRebuildThePlainStream) {
   } cases[] = {
       {"all white", Repeat(0x00, 1024), 16},
       {"all black", Repeat(0xFF, 1024), 16},
-      {"runs of 127, 128 and 129", Join({Repeat(0xAA, 127), Repeat(0x55, 128), Repeat(0x0F, 129), Alternating(9),
-                                         Repeat(0x0F, 127), Repeat(0xF0, 128), Repeat(0x00, 129), Repeat(0x01, 7)}),
+      {"runs of 127, 128 and 129",
+       Join({Repeat(0xAA, 127), Repeat(0x55, 128), Repeat(0x0F, 129), Alternating(9), Repeat(0x0F, 127),
+             Repeat(0xF0, 128), Repeat(0x00, 129), Repeat(0x01, 7)}),
        8},
       {"a long copy block between runs",
        Join({Repeat(0, 500), Alternating(300), Repeat(0x33, 400), {1, 2, 3, 4, 5, 6, 7, 8}}), 8},
@@ -317,14 +318,15 @@ TEST(Compression, PointerLinesFollowTheDataSyntax) {
     Tweak setup;
     std::vector<std::string> lines;
   } cases[] = {
-      {"defaults", nullptr,
-       {" 0xFF , 0xFF , 0xFF , 0xFF , 0xFF , 0xFF , 0xFF , 0xFF , 0x88 "}},
-      {"prefix without line prefix", syntax([](rm::DataSyntax& s) { s.PointerPrefix = "P:"; }),
+      {"defaults", nullptr, {" 0xFF , 0xFF , 0xFF , 0xFF , 0xFF , 0xFF , 0xFF , 0xFF , 0x88 "}},
+      {"prefix without line prefix",
+       syntax([](rm::DataSyntax& s) { s.PointerPrefix = "P:"; }),
        {" 0xFF , 0xFF , 0xFF , 0xFF , 0xFF , 0xFF , 0xFF , 0xFF , 0x88 "}},
       {"one per line: no picture comment",
        [](TestProgram& p) { p.app.mainForm.SetDataPerLine(1); },
        {" 0xFF ,", " 0xFF ,", " 0xFF ,", " 0xFF ,", " 0xFF ,", " 0xFF ,", " 0xFF ,", " 0xFF ,", " 0x88 "}},
-      {"prefix end only", syntax([](rm::DataSyntax& s) {
+      {"prefix end only",
+       syntax([](rm::DataSyntax& s) {
          s.LinePrefix2 = "> ";
          s.PointerPrefix = "p";
        }),
@@ -346,8 +348,8 @@ TEST(Compression, RatioIsCutNotRounded) {
     long double ratio;
     const char* text;
   } cases[] = {
-      {98.24390243902439L, "98.24"}, {99.999L, "99.99"}, {50, "50"},   {12.5L, "12.5"},
-      {-0.7804878048780488L, "-0.78"}, {0.001L, "0.00"},  {100, "100"},
+      {98.24390243902439L, "98.24"},   {99.999L, "99.99"}, {50, "50"},   {12.5L, "12.5"},
+      {-0.7804878048780488L, "-0.78"}, {0.001L, "0.00"},   {100, "100"},
   };
   for (const auto& c : cases) EXPECT_EQ(rm::CompressionState::RatioText(c.ratio), c.text) << c.text;
 }

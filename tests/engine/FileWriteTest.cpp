@@ -81,7 +81,7 @@ TEST_F(FileWrite, ReplacesAFileWholeKeepingItsPermissions) {
 TEST_F(FileWrite, FollowsSymbolicLinksAndReplacesTheirTarget) {
   fs::create_directories(Path("real"));
   Put("real/t.h", "old\n");
-  fs::create_symlink("real/t.h", Path("rel.h"));      // relative to the link's folder
+  fs::create_symlink("real/t.h", Path("rel.h"));       // relative to the link's folder
   fs::create_symlink(Path("rel.h"), Path("chain.h"));  // a link to a link
   fs::create_symlink("real/new.h", Path("dangling.h"));
   std::string error;
@@ -122,7 +122,8 @@ TEST_F(FileWrite, WritesIntoAFifoThatIsReadMeanwhile) {
 }
 
 TEST_F(FileWrite, DevNullIsWrittenIntoNotReplaced) {
-  struct stat before {}, after {};
+  struct stat before {
+  }, after{};
   ASSERT_EQ(::stat("/dev/null", &before), 0);
   std::string error;
   EXPECT_TRUE(rm::WriteFileAtomically("/dev/null", "nothing\n", &error)) << error;
@@ -209,8 +210,8 @@ TEST_F(FileWrite, RegularTargetsAndNewFiles) {
   ASSERT_EQ(::mkfifo(Path("fifo").c_str(), 0600), 0);
   fs::create_directories(Path("d"));
   const std::pair<std::string, bool> cases[] = {
-      {Path("f.h"), true},      {Path("l.h"), true},       {Path("new.h"), true}, {Path("fifo"), false},
-      {Path("d"), false},       {"/dev/null", false},      {"-", false},          {"", false},
+      {Path("f.h"), true}, {Path("l.h"), true},  {Path("new.h"), true}, {Path("fifo"), false},
+      {Path("d"), false},  {"/dev/null", false}, {"-", false},          {"", false},
   };
   for (const auto& [path, regular] : cases) EXPECT_EQ(rm::IsRegularTarget(path), regular) << path;
 

@@ -40,10 +40,13 @@ TEST(HeaderTemplate, TagsAndTheirOptions) {
        {"[&SIZE] x [&NAME]"},
        [](HeaderTagValues& v) { v.name = "LongName"; },
        {"[1024] x  LongName "}},
-      {"an animation frame's name", {"[&NAME][&SIZE]"}, [](HeaderTagValues& v) { v.name = "Logo_3"; },
+      {"an animation frame's name",
+       {"[&NAME][&SIZE]"},
+       [](HeaderTagValues& v) { v.name = "Logo_3"; },
        {" Logo_3 [1024]"}},
       {"compression leaves the brackets empty", {"t[&SIZE]"}, [](HeaderTagValues& v) { v.dataSize = -1; }, {"t[]"}},
-      {"the colour table's fixed size", {"t[&SIZE]"},
+      {"the colour table's fixed size",
+       {"t[&SIZE]"},
        [](HeaderTagValues& v) {
          v.dataSize = -1;
          v.size = "256";
@@ -109,8 +112,8 @@ TEST(HeaderTemplate, TagsAndTheirOptions) {
 }
 
 TEST(HeaderTemplate, CommentLinesAndPointerTemplate) {
-  const auto t = FillTemplate({"//** a note", "head", "x [&COMPRESSION] y", "ptr [&CName]&CSIZE;", "[&FONT BITMAPS] z"},
-                              Values());
+  const auto t =
+      FillTemplate({"//** a note", "head", "x [&COMPRESSION] y", "ptr [&CName]&CSIZE;", "[&FONT BITMAPS] z"}, Values());
   EXPECT_EQ(t.commentLines, Lines{"//** a note"});
   EXPECT_EQ(t.header, (Lines{"head", "x "}));
   EXPECT_EQ(t.pointerHeader, (Lines{" y", "ptr x_Logo;", ""}));
@@ -119,10 +122,10 @@ TEST(HeaderTemplate, CommentLinesAndPointerTemplate) {
 
 TEST(HeaderTemplate, TableNameIsAnIdentifier) {
   const std::pair<const char*, const char*> cases[] = {
-      {"/pics/logo.png", "logo"},   {"my-logo.bmp", "mylogo"},  {"logo[v2].png", "logo"},
-      {"a-b[x]c.d.png", "abc_d"},   {"noext", "noext"},         {"dir\\win.bmp", "win"},
-      {"my logo.png", "my_logo"},   {"1logo.png", "_1logo"},    {"line\nend.png", "line_end"},
-      {"caf\xc3\xa9.png", "caf__"}, {"a+b(c).png", "a_b_c_"},   {"_x9.png", "_x9"},
+      {"/pics/logo.png", "logo"},   {"my-logo.bmp", "mylogo"}, {"logo[v2].png", "logo"},
+      {"a-b[x]c.d.png", "abc_d"},   {"noext", "noext"},        {"dir\\win.bmp", "win"},
+      {"my logo.png", "my_logo"},   {"1logo.png", "_1logo"},   {"line\nend.png", "line_end"},
+      {"caf\xc3\xa9.png", "caf__"}, {"a+b(c).png", "a_b_c_"},  {"_x9.png", "_x9"},
   };
   for (const auto& [in, out] : cases) EXPECT_EQ(rm::TableNameFromFile(in), out) << in;
 }

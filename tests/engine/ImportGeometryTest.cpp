@@ -24,15 +24,13 @@ TEST(ImportGeometry, ProportionalResizeSizes) {
     PictureSize expected;
   };
   const Case cases[] = {
-      {128, 64, 128, 64, {128, 64}},  // fits exactly: unchanged
-      {20, 10, 128, 64, {20, 10}},    // smaller: unchanged, never enlarged
-      {256, 128, 128, 64, {128, 64}},
-      {300, 100, 128, 64, {128, 42}},  // 128 * 100 / 300 in integers
-      {100, 300, 128, 64, {21, 64}},
-      {10, 1000, 128, 64, {0, 64}},    // so thin the integer width is 0
-      {300, 200, 200, 100, {150, 100}},  // wide, then too high: truncate(100 * 1.5)
-      {30, 40, 20, 100, {20, 26}},     // tall, then too wide: truncate(20 * 1.333...)
-      {100, 100, 30, 50, {30, 30}},    // square takes the tall branch
+      {128, 64, 128, 64, {128, 64}},                                     // fits exactly: unchanged
+      {20, 10, 128, 64, {20, 10}},                                       // smaller: unchanged, never enlarged
+      {256, 128, 128, 64, {128, 64}},   {300, 100, 128, 64, {128, 42}},  // 128 * 100 / 300 in integers
+      {100, 300, 128, 64, {21, 64}},    {10, 1000, 128, 64, {0, 64}},    // so thin the integer width is 0
+      {300, 200, 200, 100, {150, 100}},                                  // wide, then too high: truncate(100 * 1.5)
+      {30, 40, 20, 100, {20, 26}},                                       // tall, then too wide: truncate(20 * 1.333...)
+      {100, 100, 30, 50, {30, 30}},                                      // square takes the tall branch
       {1000, 999, 50, 100, {50, 49}},
   };
   for (const Case& c : cases)

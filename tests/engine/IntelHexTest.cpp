@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-
 namespace {
 
 using rm::IntelHexRecords;
@@ -61,11 +60,20 @@ TEST(IntelHexRecords, OffsetText) {
     bool ok;
     std::uint32_t value;
   } cases[] = {
-      {"0000", true, 0},   {"1234", true, 0x1234},         {"ff", true, 0xFF},
-      {"7", true, 7},      {"FFFFFFFF", true, 0xFFFFFFFF}, {"", false, 0},
-      {"123456789", false, 0}, {"12G4", false, 0},        {"0x10", true, 0x10},
-      {"0X8000", true, 0x8000}, {"0x", false, 0},     {"0x123456789", false, 0},
-      {" 10", false, 0},   {"-1", false, 0},
+      {"0000", true, 0},
+      {"1234", true, 0x1234},
+      {"ff", true, 0xFF},
+      {"7", true, 7},
+      {"FFFFFFFF", true, 0xFFFFFFFF},
+      {"", false, 0},
+      {"123456789", false, 0},
+      {"12G4", false, 0},
+      {"0x10", true, 0x10},
+      {"0X8000", true, 0x8000},
+      {"0x", false, 0},
+      {"0x123456789", false, 0},
+      {" 10", false, 0},
+      {"-1", false, 0},
   };
   for (const auto& c : cases) {
     std::uint32_t v = 0xDEAD;

@@ -51,8 +51,8 @@ std::vector<Colour> Counting(int n, Colour offset = 0) {
 // A load's outcome in one line: loaded or not, origin, labels, file.
 std::string Outcome(const rm::PaletteLoadResult& r) {
   const char* origins[] = {"None", "BuiltIn", "Custom", "Default"};
-  return std::string(r.Loaded ? "loaded " : "not loaded ") + origins[static_cast<int>(r.Origin)] + "|" +
-         r.LoadedLabel + "|" + r.CurrentLabel + "|" + r.Path;
+  return std::string(r.Loaded ? "loaded " : "not loaded ") + origins[static_cast<int>(r.Origin)] + "|" + r.LoadedLabel +
+         "|" + r.CurrentLabel + "|" + r.Path;
 }
 
 class PaletteTest : public ::testing::Test {
@@ -81,9 +81,14 @@ TEST(PaletteGrayRamps, ExactLevelsFromWhiteDownAndInverted) {
   for (int i = 0; i < 16; ++i) l16.push_back(255 - 17 * i);
   for (int i = 0; i < 31; ++i) l32.push_back(255 - 8 * i);
   l32.push_back(0);  // not 7
-  const std::vector<std::pair<int, std::vector<int>>> cases = {
-      {24, {255, 170, 85, 0}}, {25, {255, 170, 85, 0}}, {26, l16}, {27, l16},
-      {28, l16},               {29, l32},              {30, l32}, {31, l32}};
+  const std::vector<std::pair<int, std::vector<int>>> cases = {{24, {255, 170, 85, 0}},
+                                                               {25, {255, 170, 85, 0}},
+                                                               {26, l16},
+                                                               {27, l16},
+                                                               {28, l16},
+                                                               {29, l32},
+                                                               {30, l32},
+                                                               {31, l32}};
   for (const auto& [mode, levels] : cases) {
     for (bool invert : {false, true}) {
       rm::ConversionSession s;
@@ -100,10 +105,10 @@ TEST(PaletteGrayRamps, ExactLevelsFromWhiteDownAndInverted) {
 
 TEST(PaletteParse, ColourTextForms) {
   const std::pair<const char*, std::optional<Colour>> cases[] = {
-      {"$00FF0000", 0xFF0000}, {"$ff", 0xFF},         {"0x00ff00", 0x00FF00}, {"0X10", 16},
-      {"  255 \t", 255},       {"16777215", 0xFFFFFF}, {"$00000000", 0},      {"", std::nullopt},
-      {"$", std::nullopt},     {"0x", std::nullopt},   {"12a", std::nullopt}, {"$01000000", std::nullopt},
-      {"16777216", std::nullopt}, {"-1", std::nullopt}, {"1 2", std::nullopt}, {"clRed", std::nullopt},
+      {"$00FF0000", 0xFF0000},    {"$ff", 0xFF},          {"0x00ff00", 0x00FF00}, {"0X10", 16},
+      {"  255 \t", 255},          {"16777215", 0xFFFFFF}, {"$00000000", 0},       {"", std::nullopt},
+      {"$", std::nullopt},        {"0x", std::nullopt},   {"12a", std::nullopt},  {"$01000000", std::nullopt},
+      {"16777216", std::nullopt}, {"-1", std::nullopt},   {"1 2", std::nullopt},  {"clRed", std::nullopt},
       {"$$10", std::nullopt},
   };
   for (const auto& [text, value] : cases) EXPECT_EQ(rm::ParsePaletteColour(text), value) << "[" << text << "]";
@@ -337,10 +342,14 @@ TEST(PaletteColours, CountInOrderOfFirstAppearanceAndGrayscale) {
   EXPECT_TRUE(list.empty());
 
   // 0.3 R + 0.59 G + 0.11 B: 150.45, 28.05, 18.1, 100, 255, 0, 176.8, 89.09
-  const std::pair<Colour, int> cases[] = {
-      {rm::MakeColour(0, 255, 0), 150},       {rm::MakeColour(0, 0, 255), 28},  {rm::MakeColour(10, 20, 30), 18},
-      {rm::MakeColour(100, 100, 100), 100},   {rm::kWhite, 255},                {rm::kBlack, 0},
-      {rm::MakeColour(255, 170, 0), 177},     {rm::MakeColour(0, 151, 0), 89}};
+  const std::pair<Colour, int> cases[] = {{rm::MakeColour(0, 255, 0), 150},
+                                          {rm::MakeColour(0, 0, 255), 28},
+                                          {rm::MakeColour(10, 20, 30), 18},
+                                          {rm::MakeColour(100, 100, 100), 100},
+                                          {rm::kWhite, 255},
+                                          {rm::kBlack, 0},
+                                          {rm::MakeColour(255, 170, 0), 177},
+                                          {rm::MakeColour(0, 151, 0), 89}};
   rm::Bitmap g(static_cast<int>(std::size(cases)), 1);
   for (int i = 0; i < g.Width(); ++i) g.SetPixel(i, 0, cases[i].first);
   rm::Get24bitGrayscale(g);
@@ -391,12 +400,13 @@ TEST_F(PaletteTest, ExportAndCustomPaletteFromAPicture) {
 
   EXPECT_FALSE(rm::LoadColorPalette("pic.png", dir + "/default.LCD", codecs, ui));
   EXPECT_FALSE(fs::exists(dir + "/default_256.pal"));
-  EXPECT_EQ(rmtest::ShownMessages(ui),
-            (std::vector<std::string>{"Number of Colors: Please load a JPG,PNG or BMP Graphic with 256,4096,65536 or "
-                                      "262144 colors to create new a color palette\r Loaded graphic colors count is 255",
-                                      "New Palette:  New 256 color palette created for this project mine.LCD",
-                                      "Load Custom Color Palette Error:  The current project name is default.LCD  \r "
-                                      "Custom Palette Load aborted"}));
+  EXPECT_EQ(
+      rmtest::ShownMessages(ui),
+      (std::vector<std::string>{"Number of Colors: Please load a JPG,PNG or BMP Graphic with 256,4096,65536 or "
+                                "262144 colors to create new a color palette\r Loaded graphic colors count is 255",
+                                "New Palette:  New 256 color palette created for this project mine.LCD",
+                                "Load Custom Color Palette Error:  The current project name is default.LCD  \r "
+                                "Custom Palette Load aborted"}));
 }
 
 TEST(PaletteDefaultFiles, GeneratedLatticesAndTables) {

@@ -60,8 +60,11 @@ TEST(ReductionGray, IntegerWeightsOnEveryPixelOfTheRectangle) {
     Colour in;
     int gray;
   };
-  const Case cases[] = {{0xFFFFFF, 255}, {0, 0},       {rm::MakeColour(255, 0, 0), 76},
-                        {rm::MakeColour(0, 255, 0), 149}, {rm::MakeColour(0, 0, 255), 28},
+  const Case cases[] = {{0xFFFFFF, 255},
+                        {0, 0},
+                        {rm::MakeColour(255, 0, 0), 76},
+                        {rm::MakeColour(0, 255, 0), 149},
+                        {rm::MakeColour(0, 0, 255), 28},
                         {rm::MakeColour(10, 20, 30), 18}};
   for (const Case& c : cases) EXPECT_EQ(rm::GrayLevel(c.in), c.gray) << std::hex << c.in;
 
@@ -122,14 +125,18 @@ TEST(ReductionDither, GrayOutputDiffusesTheFractionOfColourPixels) {
 Colour WalkQuarter(const std::vector<Colour>& palette, Colour c) {
   const std::size_t n = palette.size();
   std::size_t first = 3 * n / 4, last = n - 1;
-  if (c < palette[n / 4]) first = 0, last = (n - 1) / 4;
-  else if (c < palette[n / 2]) first = n / 4, last = (n - 1) / 2;
-  else if (c < palette[3 * n / 4]) first = n / 2, last = 3 * (n - 1) / 4;
+  if (c < palette[n / 4])
+    first = 0, last = (n - 1) / 4;
+  else if (c < palette[n / 2])
+    first = n / 4, last = (n - 1) / 2;
+  else if (c < palette[3 * n / 4])
+    first = n / 2, last = 3 * (n - 1) / 4;
   int best = 0x1000000;
   Colour found = c;
   for (std::size_t i = first; i <= last; ++i) {
     const Colour p = palette[i];
-    const int dr = rm::RedOf(c) - rm::RedOf(p), dg = rm::GreenOf(c) - rm::GreenOf(p), db = rm::BlueOf(c) - rm::BlueOf(p);
+    const int dr = rm::RedOf(c) - rm::RedOf(p), dg = rm::GreenOf(c) - rm::GreenOf(p),
+              db = rm::BlueOf(c) - rm::BlueOf(p);
     const int d = dr * dr + dg * dg + db * db;
     if (d < best) best = d, found = p;
   }
@@ -172,8 +179,7 @@ TEST(ReductionMyColor, IthUsedColourGoesToTheIthPaletteStep) {
     int modeColours;
     std::vector<int> expectedIndex;  // palette index of the used colours in ascending order
   };
-  const Case cases[] = {
-      {16, {0, 4, 8}}, {8, {0, 2, 4}}, {256, {0, 2, 4}}, {4096, {0, 1, 2}}, {4, {0, 1, 2}}};
+  const Case cases[] = {{16, {0, 4, 8}}, {8, {0, 2, 4}}, {256, {0, 2, 4}}, {4096, {0, 1, 2}}, {4, {0, 1, 2}}};
   std::vector<Colour> palette;
   for (int i = 0; i < 16; ++i) palette.push_back(0x100000 * (15 - i) + 5);  // given in descending order
   std::vector<Colour> sorted = palette;

@@ -41,9 +41,9 @@ TEST(ScanOrder, EveryPixelOnceFromTheOriginCorner) {
   const struct {
     D direction;
     C corners[2];
-  } walks[] = {{D::Down, {C::TL, C::TR}},     {D::DownAll, {C::TL, C::TR}},    {D::Up, {C::BL, C::BR}},
-               {D::UpAll, {C::BL, C::BR}},    {D::ToRight, {C::TL, C::BL}},    {D::ToRightAll, {C::TL, C::BL}},
-               {D::ToLeft, {C::TR, C::BR}},   {D::ToLeftAll, {C::TR, C::BR}}};
+  } walks[] = {{D::Down, {C::TL, C::TR}},   {D::DownAll, {C::TL, C::TR}},  {D::Up, {C::BL, C::BR}},
+               {D::UpAll, {C::BL, C::BR}},  {D::ToRight, {C::TL, C::BL}},  {D::ToRightAll, {C::TL, C::BL}},
+               {D::ToLeft, {C::TR, C::BR}}, {D::ToLeftAll, {C::TR, C::BR}}};
   // Mode and the pixels of one datum: monochrome 8, gray 4 levels 4, 16 levels in pairs 2, 256 colours 1.
   const std::pair<int, int> modes[] = {{1, 8}, {24, 4}, {26, 2}, {56, 1}};
   for (auto [mode, along] : modes)

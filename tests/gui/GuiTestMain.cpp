@@ -70,9 +70,12 @@ int main(int argc, char** argv) {
   std::vector<char*> qtArgs{argv[0]};
   bool passOn = false;
   for (int i = 1; i < argc; ++i) {
-    if (passOn) qtArgs.push_back(argv[i]);
-    else if (std::string(argv[i]) == "--") passOn = true;
-    else only.emplace_back(argv[i]);
+    if (passOn)
+      qtArgs.push_back(argv[i]);
+    else if (std::string(argv[i]) == "--")
+      passOn = true;
+    else
+      only.emplace_back(argv[i]);
   }
   int failures = 0;
   for (const rmtest::GuiTestEntry& entry : rmtest::GuiTests()) {

@@ -33,7 +33,6 @@ using rmtest::Put16;
 using rmtest::Put32;
 using rmtest::ReadBytes;
 
-
 // ---- JPEG ----
 
 // Four flat 8 x 8 blocks, so that the lossy coding has no edges inside a block to blur.
@@ -101,8 +100,8 @@ TEST(JpegDecoding, ColourGreyAndCmykPicturesComeOutAsRgbWithinTheCodingError) {
   const std::vector<Case> cases = {
       {"RGB", RgbJpeg(), 16, 16, Quadrant},
       {"progressive", RgbJpeg(true), 16, 16, Quadrant},
-      {"grey", MakeJpeg({JCS_GRAYSCALE, false, [&](int x, int) { return std::vector<int>{grey[x / 8]}; }}, 16, 8),
-       16, 8, [&](int x, int) { return MakeColour(grey[x / 8], grey[x / 8], grey[x / 8]); }},
+      {"grey", MakeJpeg({JCS_GRAYSCALE, false, [&](int x, int) { return std::vector<int>{grey[x / 8]}; }}, 16, 8), 16,
+       8, [&](int x, int) { return MakeColour(grey[x / 8], grey[x / 8], grey[x / 8]); }},
       {"CMYK", MakeJpeg({JCS_CMYK, false, [&](int x, int) { return inverted[x / 8]; }}, 16, 8), 16, 8,
        [&](int x, int) { return cmykColours[x / 8]; }},
   };
@@ -168,13 +167,13 @@ Bytes MakeGif(const GifSpec& s) {
 TEST(GifDecoding, TheFirstFrameLiesOnTheScreenWithWhiteAroundAndWhereTransparent) {
   const std::vector<GifSpec> cases = {
       {4, 3, 0, 0, 4, 3},
-      {6, 5, 1, 2, 3, 2, false, 2},                  // a frame inside the screen, index 2 transparent
+      {6, 5, 1, 2, 3, 2, false, 2},                            // a frame inside the screen, index 2 transparent
       {5, 11, 0, 0, 5, 11, true, NO_TRANSPARENT_COLOR, true},  // interlaced, local colour table
-      {4, 4, 2, 2, 4, 4},                            // the frame runs past the screen's edge
+      {4, 4, 2, 2, 4, 4},                                      // the frame runs past the screen's edge
   };
   for (const GifSpec& s : cases) {
-    SCOPED_TRACE(testing::Message() << s.screenWidth << "x" << s.screenHeight << " frame at " << s.left << ","
-                                    << s.top << (s.interlaced ? " interlaced" : ""));
+    SCOPED_TRACE(testing::Message() << s.screenWidth << "x" << s.screenHeight << " frame at " << s.left << "," << s.top
+                                    << (s.interlaced ? " interlaced" : ""));
     ExpectPixels(LoadPicture("anim.gif", MakeGif(s)), s.screenWidth, s.screenHeight, [&](int x, int y) -> Colour {
       const int fx = x - s.left, fy = y - s.top;
       if (fx < 0 || fy < 0 || fx >= s.width || fy >= s.height) return rm::kWhite;
@@ -188,7 +187,7 @@ TEST(GifDecoding, TheFirstFrameLiesOnTheScreenWithWhiteAroundAndWhereTransparent
 // ---- TIFF ----
 
 struct TiffSpec {
-  int samples = 3;        // 1 grey, 3 RGB, 4 RGB with unassociated alpha
+  int samples = 3;  // 1 grey, 3 RGB, 4 RGB with unassociated alpha
   int orientation = ORIENTATION_TOPLEFT;
 };
 
@@ -242,8 +241,16 @@ Bytes PatchTiffTag(Bytes tiff, std::uint16_t tag, std::uint32_t value) {
   for (int i = 0; i < u16(ifd); ++i) {
     const std::size_t entry = ifd + 2 + 12 * i;
     if (u16(entry) != tag) continue;
-    const std::uint8_t bytes[10] = {4, 0, 1, 0, 0, 0, std::uint8_t(value), std::uint8_t(value >> 8),
-                                    std::uint8_t(value >> 16), std::uint8_t(value >> 24)};
+    const std::uint8_t bytes[10] = {4,
+                                    0,
+                                    1,
+                                    0,
+                                    0,
+                                    0,
+                                    std::uint8_t(value),
+                                    std::uint8_t(value >> 8),
+                                    std::uint8_t(value >> 16),
+                                    std::uint8_t(value >> 24)};
     std::memcpy(&tiff[entry + 2], bytes, 10);
   }
   return tiff;
@@ -371,7 +378,8 @@ const std::string kHalves =
     R"(<rect width="2" height="2" fill="#ff0000"/><rect x="2" width="2" height="2" fill="#0000ff"/></svg>)";
 Bytes Svg(const std::string& rootAttributes) {
   const std::string text = R"(<?xml version="1.0"?>)"
-                           "\n<svg xmlns=\"http://www.w3.org/2000/svg\" " + rootAttributes + ">" + kHalves;
+                           "\n<svg xmlns=\"http://www.w3.org/2000/svg\" " +
+                           rootAttributes + ">" + kHalves;
   return Bytes(text.begin(), text.end());
 }
 
@@ -389,8 +397,8 @@ TEST(SvgRendering, TheDrawingIsFittedInProportionAndCentredOnWhite) {
       {"no size at all", "", 0, 0, 256, 256, 0, 0, 4, 2},
       {"taller target: centred vertically", R"(width="4" height="2" viewBox="0 0 4 2")", 8, 8, 8, 8, 0, 2, 8, 4},
       {"wider target: centred horizontally", R"(width="4" height="2" viewBox="0 0 4 2")", 12, 4, 12, 4, 2, 0, 8, 4},
-      {"a zero in the request means the own size", R"(width="4" height="2" viewBox="0 0 4 2")", 10, 0, 4, 2, 0, 0,
-       4, 2},
+      {"a zero in the request means the own size", R"(width="4" height="2" viewBox="0 0 4 2")", 10, 0, 4, 2, 0, 0, 4,
+       2},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
@@ -403,7 +411,6 @@ TEST(SvgRendering, TheDrawingIsFittedInProportionAndCentredOnWhite) {
 }
 
 // ---- Bad input, every format ----
-
 
 // Overwrites bytes at `at`; `at` counts from the position of `marker` when one is given.
 Bytes Patch(Bytes bytes, const Bytes& with, std::size_t at, const Bytes& marker = {}) {
@@ -437,12 +444,14 @@ TEST(PictureDecoding, BadFilesFailWithTheFileNamedAndLeaveTheBitmapAlone) {
       {"huge.gif", Patch(gif, {0xFF, 0xFF, 0xFF, 0xFF}, 6), "the picture is too large (65535 x 65535"},
       {"huge.tif", PatchTiffTag(PatchTiffTag(tiff, 256, 100000), 257, 100000),
        "the picture is too large (100000 x 100000"},
-      {"huge.ico", Patch(ico, {0xA0, 0x86, 0x01, 0, 0x40, 0x0D, 0x03, 0}, 22 + 4), "the picture is too large (100000 x 100000"},
+      {"huge.ico", Patch(ico, {0xA0, 0x86, 0x01, 0, 0x40, 0x0D, 0x03, 0}, 22 + 4),
+       "the picture is too large (100000 x 100000"},
       {"huge-png.ico", Patch(icoPng, {0, 1, 0x86, 0xA0, 0, 1, 0x86, 0xA0}, 22 + 16),
        "the picture is too large (100000 x 100000"},
       {"zero.gif", Patch(gif, {0, 0}, 5, {0x2C, 1, 0, 2, 0, 3, 0}), "the picture has an invalid size (0 x 2"},
       // Damaged headers.
-      {"precision.jpg", Patch(jpeg, {12}, 4, {0xFF, 0xC0}), "the JPEG data is damaged (Unsupported JPEG data precision 12)"},
+      {"precision.jpg", Patch(jpeg, {12}, 4, {0xFF, 0xC0}),
+       "the JPEG data is damaged (Unsupported JPEG data precision 12)"},
       {"photometric.tif", PatchTiffTag(tiff, 262, 77),
        "this kind of TIFF picture is not supported (Sorry, can not handle image with PhotometricInterpretation=77)"},
       {"magic.tif", Patch(tiff, {0xFF, 0xFF}, 2), "the file is not a picture of a known kind"},

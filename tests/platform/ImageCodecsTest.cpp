@@ -33,8 +33,8 @@ void Append(Bytes& b, const Bytes& more) { b.insert(b.end(), more.begin(), more.
 struct AlphaCase {
   int c, a, expected;
 };
-constexpr std::array<AlphaCase, 6> kAlpha{{{100, 50, 225}, {0, 128, 127}, {255, 0, 255}, {200, 255, 200},
-                                            {0, 0, 255}, {10, 200, 63}}};
+constexpr std::array<AlphaCase, 6> kAlpha{
+    {{100, 50, 225}, {0, 128, 127}, {255, 0, 255}, {200, 255, 200}, {0, 0, 255}, {10, 200, 63}}};
 const AlphaCase& AlphaAt(int x, int y) { return kAlpha[(x + 2 * y) % kAlpha.size()]; }
 
 const std::vector<Colour> kPalette = [] {
@@ -51,7 +51,7 @@ struct BmpFormat {
   std::uint32_t compression = 0;
   bool topDown = false;
   std::array<std::uint32_t, 4> masks{};  // inside a header of 52 bytes or more, else after it
-  int paletteSize = 0;               // entries of kPalette written
+  int paletteSize = 0;                   // entries of kPalette written
   std::uint32_t coloursUsed = 0;
 };
 
@@ -63,8 +63,7 @@ Bytes PackBmpRows(int bitCount, int width, int height, bool topDown, const Pixel
     Bytes row;
     if (bitCount < 8) {
       row.assign((width * bitCount + 7) / 8, 0);
-      for (int x = 0; x < width; ++x)
-        row[x * bitCount / 8] |= raw(x, y) << (8 - bitCount - (x * bitCount) % 8);
+      for (int x = 0; x < width; ++x) row[x * bitCount / 8] |= raw(x, y) << (8 - bitCount - (x * bitCount) % 8);
     } else {
       for (int x = 0; x < width; ++x)
         for (int i = 0; i < bitCount / 8; ++i) row.push_back((raw(x, y) >> (8 * i)) & 0xFF);
@@ -137,7 +136,7 @@ struct PngFormat {
   int bitDepth = 8;
   int colourType = 2;  // 0 gray, 2 RGB, 3 palette, 4 gray+alpha, 6 RGBA
   bool interlaced = false;
-  int paletteSize = 0;  // entries of kPalette written as PLTE
+  int paletteSize = 0;                 // entries of kPalette written as PLTE
   std::array<std::uint8_t, 6> trns{};  // the tRNS chunk's bytes
   int trnsSize = 0;
   bool breakChecksum = false;  // flips a bit of the zlib checksum (and mends the chunk's CRC)
@@ -161,7 +160,8 @@ Bytes MakePng(const PngFormat& f, int width, int height, const SampleFn& sample)
   png_set_IHDR(png, info, width, height, f.bitDepth, f.colourType, f.interlaced, 0, 0);
   std::vector<png_color> plte;
   for (int i = 0; i < f.paletteSize; ++i)
-    plte.push_back({png_byte(rm::RedOf(kPalette[i])), png_byte(rm::GreenOf(kPalette[i])), png_byte(rm::BlueOf(kPalette[i]))});
+    plte.push_back(
+        {png_byte(rm::RedOf(kPalette[i])), png_byte(rm::GreenOf(kPalette[i])), png_byte(rm::BlueOf(kPalette[i]))});
   if (f.paletteSize > 0) png_set_PLTE(png, info, plte.data(), f.paletteSize);
   auto trns16 = [&](int i) { return png_uint_16(f.trns[2 * i] << 8 | f.trns[2 * i + 1]); };
   png_color_16 trnsColour{0, trns16(0), trns16(1), trns16(2), trns16(0)};
@@ -192,7 +192,6 @@ Bytes MakePng(const PngFormat& f, int width, int height, const SampleFn& sample)
   }
   return out;
 }
-
 
 // Channel values for narrow bit fields and what they expand to, worked out by hand.
 constexpr int k5[] = {0, 1, 15, 16, 31}, k5x8[] = {0, 8, 123, 132, 255};
@@ -243,21 +242,31 @@ TEST(BmpDecoding, EveryHeaderDepthAndLayoutGivesExactPixels) {
       {"info 16 bit 565 fields", {.bitCount = 16, .compression = 3, .masks = {0xF800, 0x07E0, 0x001F}}, p565, c565},
       {"info 24 bit", {.bitCount = 24}, rgb24, rgb},
       {"info 24 bit top-down", {.bitCount = 24, .topDown = true}, rgb24, rgb},
-      {"info 32 bit, fourth byte ignored", {.bitCount = 32},
-       [&](int x, int y) { return rgb24(x, y) | 0x5A000000u; }, rgb},
-      {"info 32 bit, reversed fields", {.bitCount = 32, .compression = 3, .masks = {0xFF, 0xFF00, 0xFF0000}},
-       [&](int x, int y) { return std::uint32_t(b8(x, y) << 16 | g8(x, y) << 8 | r8(x, y)); }, rgb},
-      {"info 32 bit alpha fields", {.bitCount = 32, .compression = 6, .masks = {0xFF, 0xFF00, 0xFF0000, 0xFF000000}},
-       argb, onWhite},
+      {"info 32 bit, fourth byte ignored",
+       {.bitCount = 32},
+       [&](int x, int y) { return rgb24(x, y) | 0x5A000000u; },
+       rgb},
+      {"info 32 bit, reversed fields",
+       {.bitCount = 32, .compression = 3, .masks = {0xFF, 0xFF00, 0xFF0000}},
+       [&](int x, int y) { return std::uint32_t(b8(x, y) << 16 | g8(x, y) << 8 | r8(x, y)); },
+       rgb},
+      {"info 32 bit alpha fields",
+       {.bitCount = 32, .compression = 6, .masks = {0xFF, 0xFF00, 0xFF0000, 0xFF000000}},
+       argb,
+       onWhite},
       {"OS/2 2.x 8 bit", {.headerSize = 64, .bitCount = 8, .paletteSize = 30}, paletted(30), fromPalette(30)},
       {"V4 32 bit alpha",
-       {.headerSize = 108, .bitCount = 32, .compression = 3, .masks = {0xFF, 0xFF00, 0xFF0000, 0xFF000000}}, argb,
+       {.headerSize = 108, .bitCount = 32, .compression = 3, .masks = {0xFF, 0xFF00, 0xFF0000, 0xFF000000}},
+       argb,
        onWhite},
       {"V4 32 bit, alpha all zero reads as opaque",
-       {.headerSize = 108, .bitCount = 32, .compression = 3, .masks = {0xFF0000, 0xFF00, 0xFF, 0xFF000000}}, rgb24,
+       {.headerSize = 108, .bitCount = 32, .compression = 3, .masks = {0xFF0000, 0xFF00, 0xFF, 0xFF000000}},
+       rgb24,
        rgb},
-      {"V5 16 bit 565", {.headerSize = 124, .bitCount = 16, .compression = 3, .masks = {0xF800, 0x07E0, 0x001F}},
-       p565, c565},
+      {"V5 16 bit 565",
+       {.headerSize = 124, .bitCount = 16, .compression = 3, .masks = {0xF800, 0x07E0, 0x001F}},
+       p565,
+       c565},
       {"V5 24 bit top-down", {.headerSize = 124, .bitCount = 24, .topDown = true}, rgb24, rgb},
   };
   for (const Case& c : cases) {
@@ -272,19 +281,25 @@ TEST(BmpDecoding, RunLengthStreamsWithDeltasLiteralsAndSkippedPixels) {
   struct Case {
     const char* name;
     int bitCount, compression, width, height;
-    Bytes stream;  // bottom row first
+    Bytes stream;                             // bottom row first
     std::vector<std::vector<Colour>> expect;  // top row first
   };
   const std::vector<Case> cases = {
       {"RLE8",
-       8, 1, 5, 3,
-       {3, 1, 2, 2, 0, 0,           // B B B C C, end of line
-        0, 3, 0, 1, 2, 0,           // literal A B C, padded to an even length
-        0, 2, 1, 1,                 // delta: 1 right, 1 up
-        1, 3, 0, 1},                // D, end of picture
+       8,
+       1,
+       5,
+       3,
+       {3, 1, 2, 2, 0, 0,  // B B B C C, end of line
+        0, 3, 0, 1, 2, 0,  // literal A B C, padded to an even length
+        0, 2, 1, 1,        // delta: 1 right, 1 up
+        1, 3, 0, 1},       // D, end of picture
        {{W, W, W, W, p(3)}, {p(0), p(1), p(2), W, W}, {p(1), p(1), p(1), p(2), p(2)}}},
       {"RLE4",
-       4, 2, 5, 2,
+       4,
+       2,
+       5,
+       2,
        {5, 0x12, 0, 0,              // 1 2 1 2 1, end of line
         0, 5, 0x34, 0x56, 0x70, 0,  // literal 3 4 5 6 7, padded
         0, 1},
@@ -338,17 +353,28 @@ TEST(PngDecoding, EveryColourTypeDepthAndInterlaceGivesExactPixels) {
     ColourFn expect;
   };
   const std::vector<Case> cases = {
-      {"gray 1", {.bitDepth = 1, .colourType = 0}, [](int x, int y, int) { return unsigned(x + y) % 2; },
+      {"gray 1",
+       {.bitDepth = 1, .colourType = 0},
+       [](int x, int y, int) { return unsigned(x + y) % 2; },
        [&](int x, int y) { return gray((x + y) % 2 * 255); }},
-      {"gray 2", {.bitDepth = 2, .colourType = 0}, [](int x, int y, int) { return unsigned(x + y) % 4; },
+      {"gray 2",
+       {.bitDepth = 2, .colourType = 0},
+       [](int x, int y, int) { return unsigned(x + y) % 4; },
        [&](int x, int y) { return gray((x + y) % 4 * 85); }},
-      {"gray 4", {.bitDepth = 4, .colourType = 0}, [](int x, int y, int) { return unsigned(x * 3 + y) % 16; },
+      {"gray 4",
+       {.bitDepth = 4, .colourType = 0},
+       [](int x, int y, int) { return unsigned(x * 3 + y) % 16; },
        [&](int x, int y) { return gray((x * 3 + y) % 16 * 17); }},
-      {"gray 8", {.bitDepth = 8, .colourType = 0}, [](int x, int y, int) { return unsigned(x * 30 + y); },
+      {"gray 8",
+       {.bitDepth = 8, .colourType = 0},
+       [](int x, int y, int) { return unsigned(x * 30 + y); },
        [&](int x, int y) { return gray(x * 30 + y); }},
-      {"gray 16", {.bitDepth = 16, .colourType = 0}, [&](int x, int y, int) { return k16[(x + y) % 4]; },
+      {"gray 16",
+       {.bitDepth = 16, .colourType = 0},
+       [&](int x, int y, int) { return k16[(x + y) % 4]; },
        [&](int x, int y) { return gray(k16x8[(x + y) % 4]); }},
-      {"gray 8 with a transparent level", {.bitDepth = 8, .colourType = 0, .trns = {0, 60}, .trnsSize = 2},
+      {"gray 8 with a transparent level",
+       {.bitDepth = 8, .colourType = 0, .trns = {0, 60}, .trnsSize = 2},
        [](int x, int y, int) { return unsigned(x * 30 + y); },
        [&](int x, int y) { return x * 30 + y == 60 ? rm::kWhite : gray(x * 30 + y); }},
       {"gray+alpha 8", {.bitDepth = 8, .colourType = 4}, grayAlphaSample(1), grayOnWhite},
@@ -357,7 +383,8 @@ TEST(PngDecoding, EveryColourTypeDepthAndInterlaceGivesExactPixels) {
       {"RGB 16", {.bitDepth = 16, .colourType = 2}, rgbSample(257), rgb},
       {"RGB 8 with a transparent colour",
        {.bitDepth = 8, .colourType = 2, .trns = {0, 72, 0, 120, 0, 235}, .trnsSize = 6},
-       rgbSample(1), [&](int x, int y) { return x == 2 && y == 2 ? rm::kWhite : rgb(x, y); }},
+       rgbSample(1),
+       [&](int x, int y) { return x == 2 && y == 2 ? rm::kWhite : rgb(x, y); }},
       {"RGBA 8", {.bitDepth = 8, .colourType = 6}, rgbaSample(1), rgbaOnWhite},
       {"RGBA 16", {.bitDepth = 16, .colourType = 6}, rgbaSample(257), rgbaOnWhite},
       {"palette 1", {.bitDepth = 1, .colourType = 3, .paletteSize = 2}, idx(2), fromPalette(2)},
@@ -365,11 +392,16 @@ TEST(PngDecoding, EveryColourTypeDepthAndInterlaceGivesExactPixels) {
       {"palette 4", {.bitDepth = 4, .colourType = 3, .paletteSize = 16}, idx(16), fromPalette(16)},
       {"palette 8", {.bitDepth = 8, .colourType = 3, .paletteSize = 256}, idx(256), fromPalette(256)},
       {"palette 8 with alpha",
-       {.bitDepth = 8, .colourType = 3, .paletteSize = 10, .trns = {0, 128, 50}, .trnsSize = 3}, idx(10),
+       {.bitDepth = 8, .colourType = 3, .paletteSize = 10, .trns = {0, 128, 50}, .trnsSize = 3},
+       idx(10),
        paletteOnWhite},
-      {"interlaced gray 2", {.bitDepth = 2, .colourType = 0, .interlaced = true},
-       [](int x, int y, int) { return unsigned(x + y) % 4; }, [&](int x, int y) { return gray((x + y) % 4 * 85); }},
-      {"interlaced palette 4", {.bitDepth = 4, .colourType = 3, .interlaced = true, .paletteSize = 16}, idx(16),
+      {"interlaced gray 2",
+       {.bitDepth = 2, .colourType = 0, .interlaced = true},
+       [](int x, int y, int) { return unsigned(x + y) % 4; },
+       [&](int x, int y) { return gray((x + y) % 4 * 85); }},
+      {"interlaced palette 4",
+       {.bitDepth = 4, .colourType = 3, .interlaced = true, .paletteSize = 16},
+       idx(16),
        fromPalette(16)},
       {"interlaced RGB 8", {.bitDepth = 8, .colourType = 2, .interlaced = true}, rgbSample(1), rgb},
       {"interlaced RGBA 16", {.bitDepth = 16, .colourType = 6, .interlaced = true}, rgbaSample(257), rgbaOnWhite},

@@ -58,12 +58,14 @@ TEST(Animation, OneFilePerFrameWithTheChangedArea) {
   EXPECT_NE(info.find("dot_3.h"), std::string::npos) << info;
   EXPECT_FALSE(fs::exists(r.dir + "/dot_1.rtf"));
   // The clip unit plays the frames, each drawn over its own area.
-  EXPECT_EQ(r.File("clip_dot.h"), "#include <dot_1.h>\n#include <dot_2.h>\n#include <dot_3.h>\n\n"
-                                  "void dot(void)\n{\n"
-                                  "  GLCD_Bitmap(dot_1,0,0,32,8);\n"
-                                  "  GLCD_Bitmap(dot_2,0,2,16,3);\n"
-                                  "  GLCD_Bitmap(dot_3,8,2,16,3);\n"
-                                  "};\n\n/*  See info file " + r.dir + "/dot.rtf\n");
+  EXPECT_EQ(r.File("clip_dot.h"),
+            "#include <dot_1.h>\n#include <dot_2.h>\n#include <dot_3.h>\n\n"
+            "void dot(void)\n{\n"
+            "  GLCD_Bitmap(dot_1,0,0,32,8);\n"
+            "  GLCD_Bitmap(dot_2,0,2,16,3);\n"
+            "  GLCD_Bitmap(dot_3,8,2,16,3);\n"
+            "};\n\n/*  See info file " +
+                r.dir + "/dot.rtf\n");
   // The canvas and the names come back as they were.
   EXPECT_EQ(r.p.app.pixelForm.WorkBitmap, Bitmap(32, 8));
   EXPECT_EQ(r.p.app.session.OutputFileName, "dot.h");

@@ -41,9 +41,9 @@ TEST(CanvasHistory, UndoRedoWalkTheStackAndSetTheButtons) {
     bool undo;
     rm::Colour shown;
     bool undoEnabled, redoEnabled;
-  } steps[] = {{true, 2, true, true},   {true, 1, true, true},  {true, rm::kWhite, false, true},
+  } steps[] = {{true, 2, true, true},           {true, 1, true, true},  {true, rm::kWhite, false, true},
                {true, rm::kWhite, false, true},  // at 0 it stays there
-               {false, 1, true, true},  {false, 2, true, true}, {false, 3, true, false}};
+               {false, 1, true, true},          {false, 2, true, true}, {false, 3, true, false}};
   for (const auto& s : steps) {
     EXPECT_TRUE(s.undo ? v.UndoButtonClick() : v.RedoButtonClick());
     EXPECT_EQ(Shown(p), s.shown);

@@ -330,7 +330,8 @@ TEST(CanvasSize, CaptionTable) {
     p.app.session.LastBitmapName = "Logo.bmp";
     p.app.globals.VectorMode = c.vector;
     p.app.globals.AnimationMode = c.animation;
-    EXPECT_EQ(p.app.mainForm.CanvasCaption(), std::string("Work Canvas > Graphic LCD Size > W x H = 128 x 64 ") + c.tail);
+    EXPECT_EQ(p.app.mainForm.CanvasCaption(),
+              std::string("Work Canvas > Graphic LCD Size > W x H = 128 x 64 ") + c.tail);
     EXPECT_EQ(p.app.mainForm.StatusPanel2(), c.animation ? "animation" : "static");
   }
 }
@@ -401,7 +402,7 @@ TEST(CanvasSize, ComboWorksAsAPreset) {
   TestProgram p;
   Display(p, 128, 64);
   EXPECT_FALSE(p.app.mainForm.MatrixComboChange("128X64"));  // already in force
-  EXPECT_TRUE(p.app.mainForm.MatrixComboChange("160X80"));    // not in the menu
+  EXPECT_TRUE(p.app.mainForm.MatrixComboChange("160X80"));   // not in the menu
   EXPECT_EQ(p.app.pixelForm.CompositeBitmap.Height(), 80);
   EXPECT_TRUE(p.app.mainForm.MatrixComboChange("132X32"));
   EXPECT_FALSE(p.app.mainForm.MatrixComboChange("999X1"));

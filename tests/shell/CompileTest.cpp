@@ -194,10 +194,14 @@ TEST(GeneratedC, EverySyntaxOptionCompilesAndHoldsThePicture) {
          p.app.mainForm.SetDataPerLine(1);
        },
        2},
-      {"16 bit words that do not fill the last word", 1, Mono(24, 1), [](TestProgram& p) { p.app.mainForm.data16bitClick(); },
-       2},
+      {"16 bit words that do not fill the last word", 1, Mono(24, 1),
+       [](TestProgram& p) { p.app.mainForm.data16bitClick(); }, 2},
       {"32 bit words", 1, mono, [](TestProgram& p) { p.app.mainForm.data32bitClick(); }, 4},
-      {"size above 255 in data", 1, wide, [](TestProgram& p) { p.app.session.GraphicSizeInData = true; }, 1,
+      {"size above 255 in data",
+       1,
+       wide,
+       [](TestProgram& p) { p.app.session.GraphicSizeInData = true; },
+       1,
        {1, 8, 0, 8}},
       {"an area that does not fit the byte direction", 1, mono,
        [](TestProgram& p) {
@@ -227,14 +231,17 @@ TEST(GeneratedC, EverySyntaxOptionCompilesAndHoldsThePicture) {
        }},
       {"template without a name", 1, mono,
        [](TestProgram& p) { p.app.session.HeaderIncludeFile = Template("const uint8_t NewBitmap[] = {\n"); }},
-      {"template without a size, with the true origin and the font block", 1, mono,
+      {"template without a size, with the true origin and the font block",
+       1,
+       mono,
        [](TestProgram& p) {
          p.app.session.HeaderIncludeFile = Template(
              "[&FONT INCLUDE]\n#include <font.h>\n[&/FONT INCLUDE]\n[&TRUEORG]\nconst uint8_t [&NAME][] = {\n"
              "[&XPOS],[&YPOS],[&WIDTH],[&HEIGHT]\n");
          p.app.session.GraphicPositionInData = true;
        },
-       1, {0, 0}},
+       1,
+       {0, 0}},
       {"a name that is no identifier", 1, mono, [](TestProgram& p) { p.app.session.LastBitmapName = "1 my-logo.png"; }},
   };
   for (const auto& m : rm::kColourModes) {
@@ -243,7 +250,8 @@ TEST(GeneratedC, EverySyntaxOptionCompilesAndHoldsThePicture) {
     // A picture of the mode's own colours; packed gray 32 with a pixel count that is no multiple
     // of three.
     const int w = m.modeNumber == 29 ? 7 : 8, h = m.modeNumber == 29 ? 5 : 4;
-    cases.push_back({std::string("mode ") + std::string(m.cliName), m.modeNumber, colour, [two, w, h](TestProgram& p) {
+    cases.push_back({std::string("mode ") + std::string(m.cliName), m.modeNumber, colour,
+                     [two, w, h](TestProgram& p) {
                        const auto& s = p.app.session;
                        std::vector<rm::Colour> colours = s.PaletteSize > 0 ? s.PaletteTable : s.ModeColours;
                        if (colours.size() > 64) colours.resize(64);
@@ -305,26 +313,32 @@ TEST(GeneratedText, AssemblerAndBasicHoldThePicture) {
     std::regex value;
     int base;
   } cases[] = {
-      {"assembler, H, line numbers", [](rm::DataSyntax& s) {
+      {"assembler, H, line numbers",
+       [](rm::DataSyntax& s) {
          s.Comment = rm::CommentForm::Semicolon;
          s.DataFormatKind = "H";
          s.LeadingZero = true;
          s.LineNumbers = true;
          s.LinePrefix = "L";
          s.LinePrefix2 = ": .db";
-       }, ";", std::regex("([0-9A-F]+)h"), 16},
-      {"assembler, 1 per line", [](rm::DataSyntax& s) {
+       },
+       ";", std::regex("([0-9A-F]+)h"), 16},
+      {"assembler, 1 per line",
+       [](rm::DataSyntax& s) {
          s.Comment = rm::CommentForm::Semicolon;
          s.DataFormatKind = "H";
          s.DataPerLine = 1;
          s.Eol = rm::EndOfLine::Semicolon;
-       }, " ;", std::regex("([0-9A-F]+)h"), 16},
-      {"BASIC, binary, 5 per line", [](rm::DataSyntax& s) {
+       },
+       " ;", std::regex("([0-9A-F]+)h"), 16},
+      {"BASIC, binary, 5 per line",
+       [](rm::DataSyntax& s) {
          s.Comment = rm::CommentForm::Quote;
          s.DataFormatKind = "+B+";
          s.DataPrefix = "&B";
          s.DataPerLine = 5;
-       }, "'", std::regex("&B([01]+)"), 2},
+       },
+       "'", std::regex("&B([01]+)"), 2},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);

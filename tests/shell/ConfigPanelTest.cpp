@@ -34,10 +34,11 @@ TEST(ConfigPanel, SyntaxFieldsChangeTheNextConversion) {
     std::vector<std::pair<std::string, std::string>> set;  // field id, value
     Lines data;                                            // the data lines that follow
   } cases[] = {
-      {{}, {" 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , "
-            "0x00 , 0x00,",
-            " 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , "
-            "0x00 , 0x00"}},
+      {{},
+       {" 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , "
+        "0x00 , 0x00,",
+        " 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , 0x00 , "
+        "0x00 , 0x00"}},
       {{{"ORGC", "8"}, {"FXHB", "data+H"}},
        {" 00h, 00h , 00h , 00h , 00h , 00h , 00h , 00h ,", " 00h, 00h , 00h , 00h , 00h , 00h , 00h , 00h ,",
         " 00h, 00h , 00h , 00h , 00h , 00h , 00h , 00h ,", " 00h, 00h , 00h , 00h , 00h , 00h , 00h , 00h "}},
@@ -47,8 +48,13 @@ TEST(ConfigPanel, SyntaxFieldsChangeTheNextConversion) {
         " 0x00  0x00  0x00  0x00  0x00  0x00  0x00  0x00;", " 0x00  0x00  0x00  0x00  0x00  0x00  0x00  0x00"}},
       // a+DEC+b with a prefix cut to 10 characters and a custom separator. The last line loses
       // everything from its last separator on, as a custom separator asks.
-      {{{"ORGC", "8"}, {"FXHB", "a+DEC+b"}, {"VALpref", "(uint8_t)xyz"}, {"VALSUF", "u"}, {"COMA", "custom string"},
-        {"sepst", "|"}, {"WithSp", "0"}},
+      {{{"ORGC", "8"},
+        {"FXHB", "a+DEC+b"},
+        {"VALpref", "(uint8_t)xyz"},
+        {"VALSUF", "u"},
+        {"COMA", "custom string"},
+        {"sepst", "|"},
+        {"WithSp", "0"}},
        {"(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u,",
         "(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u,",
         "(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u|(uint8_t)x0u,",
@@ -91,8 +97,8 @@ TEST(ConfigPanel, RefusedValuesChangeNothingAndLogNothing) {
   const std::size_t logged = p.app.logWindow.Lines.Count();
   const struct {
     std::string id, value;
-  } refused[] = {{"ORGC", "abc"}, {"ORGC", ""}, {"FXHB", "hex"}, {"COMA", ";"}, {"Eol", "custom"},
-                 {"COM", "!"},   {"WithSp", "yes"}, {"SwapRedGreen", "on"}, {"NoSuchField", "1"}};
+  } refused[] = {{"ORGC", "abc"}, {"ORGC", ""},      {"FXHB", "hex"},        {"COMA", ";"},       {"Eol", "custom"},
+                 {"COM", "!"},    {"WithSp", "yes"}, {"SwapRedGreen", "on"}, {"NoSuchField", "1"}};
   for (const auto& r : refused) {
     const ConfigField* f = TConfigChildWin::FindField(r.id);
     const std::string before = f ? w.Value(*f) : "";

@@ -19,8 +19,7 @@ TEST(ConsoleUi, AnswersGoToQuestionsOnlyInOrder) {
   ConsoleUi ui(err, nullptr);
   ui.QueueAnswer("No");
   ui.QueueAnswer("Discard");
-  const std::vector<std::string> ok = {"OK"}, yesNo = {"Yes", "No"},
-                                 three = {"No Action", "Discard", "Cancel"};
+  const std::vector<std::string> ok = {"OK"}, yesNo = {"Yes", "No"}, three = {"No Action", "Discard", "Cancel"};
   EXPECT_EQ(ui.MessageDlg(" User Dot Matrix Size has been defined ! ", "Info", DlgType::Information, ok), "OK");
   EXPECT_EQ(ui.MessageDlg("Clear?", "Confirm", DlgType::Confirmation, yesNo), "No");
   EXPECT_EQ(ui.MessageDlg("Done", "Info", DlgType::Information, ok), "OK");

@@ -40,7 +40,10 @@ TEST(ConvertJob, RequestWordsGiveTheGoldenTables) {
       {"syntax-per-line-5.txt", 16, 16, [](ConvertRequest& r) { r.perLine = 5; }},
       {"syntax-negative.txt", 32, 4, [](ConvertRequest& r) { r.settings = {"Neg=1"}; }},
       {"interleaved.txt", 16, 8, [](ConvertRequest& r) { r.interleave = true; }},
-      {"word16-decimal.txt", 64, 2, [](ConvertRequest& r) { r.width = 16, r.settings = {"FXHB=+D+", "VALpref="}; }},
+      {"word16-decimal.txt", 64, 2,
+       [](ConvertRequest& r) {
+         r.width = 16, r.settings = {"FXHB=+D+", "VALpref="};
+       }},
   };
   for (const auto& [file, w, h, options] : cases) {
     SCOPED_TRACE(file);
@@ -56,7 +59,8 @@ TEST(ConvertJob, RefusalsAreOutcomes) {
   const std::tuple<std::function<void(ConvertRequest&)>, int, const char*> cases[] = {
       {[](ConvertRequest& r) { r.area = "40,0,8,8"; }, 1, "--area 40,0,8,8 lies outside the 16x16 canvas"},
       {[](ConvertRequest& r) { r.origin = "BL", r.direction = "td"; }, 2, "the origin BL does not fit the direction"},
-      {[](ConvertRequest& r) { r.outputKind = "bin", r.width = 16; }, 2, "--width applies to text output only, not to --output bin"},
+      {[](ConvertRequest& r) { r.outputKind = "bin", r.width = 16; }, 2,
+       "--width applies to text output only, not to --output bin"},
       {[](ConvertRequest& r) { r.settings = {"Neg"}; }, 2, "--set takes KEY=VALUE, not \"Neg\""},
       {[](ConvertRequest& r) { r.controller = "hd44780"; }, 2, "unknown controller: hd44780"},
       {[](ConvertRequest& r) { r.hexOffset = "0x"; }, 2,

@@ -36,9 +36,9 @@ struct Converted : TestProgram {
 };
 
 TEST(ConvertRoad, SizesDoNotDependOnDirection) {
-  for (auto d : {PagingDirection::Down, PagingDirection::DownAll, PagingDirection::Up, PagingDirection::UpAll,
-                 PagingDirection::ToRight, PagingDirection::ToRightAll, PagingDirection::ToLeft,
-                 PagingDirection::ToLeftAll}) {
+  for (auto d :
+       {PagingDirection::Down, PagingDirection::DownAll, PagingDirection::Up, PagingDirection::UpAll,
+        PagingDirection::ToRight, PagingDirection::ToRightAll, PagingDirection::ToLeft, PagingDirection::ToLeftAll}) {
     Converted p(1, Bitmap(128, 64), [d](TestProgram& p) { ASSERT_TRUE(p.app.mainForm.SetDirection(d)); });
     ASSERT_TRUE(p.ok);
     const auto& s = p.app.session;
@@ -53,11 +53,14 @@ TEST(ConvertRoad, SizesDoNotDependOnDirection) {
 // many, the first and the last.
 TEST(ConvertRoad, DataLines) {
   const Bitmap row8 = Dots(8, 8, {{0, 0}, {2, 0}, {4, 0}, {6, 0}});  // #_#_#_#_, then white
-  const Bitmap a0 = Dots(16, 1, {{0, 0}, {2, 0}});                     // 0xA0, 0x00
-  const Bitmap lowerHalf = Dots(8, 4, {{0, 2}});                       // the first row of the lower half
+  const Bitmap a0 = Dots(16, 1, {{0, 0}, {2, 0}});                   // 0xA0, 0x00
+  const Bitmap lowerHalf = Dots(8, 4, {{0, 2}});                     // the first row of the lower half
   const Bitmap byteRow = Dots(16, 2, {{0, 0}, {1, 0}, {2, 0}, {3, 0}, {4, 0}, {5, 0}, {6, 0}, {7, 0}});
   const auto onePerLine = [](void (*f)(rm::DataSyntax&)) {
-    return [f](TestProgram& p) { p.app.mainForm.SetDataPerLine(1); f(p.app.session.Syntax); };
+    return [f](TestProgram& p) {
+      p.app.mainForm.SetDataPerLine(1);
+      f(p.app.session.Syntax);
+    };
   };
   // Two a line with separators, as a syntax setting shows best.
   const auto twoPerLine = [](void (*f)(rm::DataSyntax&)) {
@@ -79,8 +82,7 @@ TEST(ConvertRoad, DataLines) {
        " 0xAA,  //      #_#_#_#_    ", " 0x00  //      ________    "},
       {"line numbers from 1 at one per line", Bitmap(8, 3), onePerLine([](rm::DataSyntax& s) { s.LineNumbers = true; }),
        3, "1 0x00,      /*  ________  */", "3 0x00      /*  ________  */"},
-      {"decimal with affixes", a0,
-       twoPerLine([](rm::DataSyntax& s) {
+      {"decimal with affixes", a0, twoPerLine([](rm::DataSyntax& s) {
          s.DataFormatKind = "+D+";
          s.DataPrefix = "(";
          s.DataSuffix = ")";
@@ -90,7 +92,11 @@ TEST(ConvertRoad, DataLines) {
        twoPerLine([](rm::DataSyntax& s) { s.Eol = rm::EndOfLine::Semicolon; }), 1, " 0xA0 , 0x00", ""},
       // A partly filled last line keeps the blank that follows a datum inside a line.
       {"16 bit", byteRow, [](TestProgram& p) { p.app.mainForm.data16bitClick(); }, 1, " 0xFF00 , 0x0000 ", ""},
-      {"16 bit, MSB last", byteRow, [](TestProgram& p) { p.app.mainForm.data16bitClick(); p.app.mainForm.MsbLast(); },
+      {"16 bit, MSB last", byteRow,
+       [](TestProgram& p) {
+         p.app.mainForm.data16bitClick();
+         p.app.mainForm.MsbLast();
+       },
        1, " 0x00FF , 0x0000 ", ""},
       {"upper half", lowerHalf, [](TestProgram& p) { p.app.globals.ExportEntry = 1; }, 1, " 0x00 , 0x00 ", ""},
       {"lower half", lowerHalf, [](TestProgram& p) { p.app.globals.ExportEntry = 2; }, 1, " 0x80 , 0x00 ", ""},
@@ -161,10 +167,16 @@ TEST(ConvertRoad, StrayColoursReducedAndInvertedBinary) {
 TEST(ConvertRoad, Refusals) {
   // As a stored project could hold it.
   const auto direction = [](PagingDirection d) {
-    return [d](TestProgram& p) { p.app.session.Direction = d; p.app.session.Horizontal = false; };
+    return [d](TestProgram& p) {
+      p.app.session.Direction = d;
+      p.app.session.Horizontal = false;
+    };
   };
   const auto compressed = [](void (TMainForm::*output)()) {
-    return [output](TestProgram& p) { (p.app.mainForm.*output)(); p.app.session.Compression = true; };
+    return [output](TestProgram& p) {
+      (p.app.mainForm.*output)();
+      p.app.session.Compression = true;
+    };
   };
   const std::tuple<int, Prepare, const char*, const char*> cases[] = {
       {24, [](TestProgram& p) { p.app.pixelForm.WorkBitmap.SetPixel(3, 3, rm::MakeColour(10, 20, 30)); },
@@ -250,11 +262,10 @@ TEST(ConvertRoad, AutoFramingRoundsToBytesAndLetsTheFrameGo) {
 }
 
 TEST(ConvertRoad, InterleaveRefusedStopsTheRun) {
-  Converted p(1, Dots(8, 5, {{0, 2}}),
-              [](TestProgram& p) {
-                p.app.mainForm.SetDirection(PagingDirection::ToRight);
-                p.app.session.Interleaved = true;
-              });
+  Converted p(1, Dots(8, 5, {{0, 2}}), [](TestProgram& p) {
+    p.app.mainForm.SetDirection(PagingDirection::ToRight);
+    p.app.session.Interleaved = true;
+  });
   EXPECT_FALSE(p.ok);
   EXPECT_EQ(p.ui.messages.back().text,
             " Interlaced only with not sliced horizontal data direction scheme  \r and even number of vertical pixels");

@@ -20,12 +20,12 @@ TEST(DirectionRules, EightColoursTakeTheDirectionsTheirLinesFit) {
   struct Case {
     PagingDirection direction;
     int width, height;
-    bool accepted;   // by the direction command
-    bool converts;   // the whole run
+    bool accepted;  // by the direction command
+    bool converts;  // the whole run
   } cases[] = {
-      {PagingDirection::ToRightAll, 16, 8, true, true},  {PagingDirection::ToLeftAll, 16, 8, true, true},
-      {PagingDirection::DownAll, 16, 8, true, true},     {PagingDirection::UpAll, 16, 8, true, true},
-      {PagingDirection::Down, 16, 8, true, false},       {PagingDirection::ToRight, 16, 8, true, false},
+      {PagingDirection::ToRightAll, 16, 8, true, true},    {PagingDirection::ToLeftAll, 16, 8, true, true},
+      {PagingDirection::DownAll, 16, 8, true, true},       {PagingDirection::UpAll, 16, 8, true, true},
+      {PagingDirection::Down, 16, 8, true, false},         {PagingDirection::ToRight, 16, 8, true, false},
       {PagingDirection::ToRightAll, 12, 8, false, true},  // moved to Down All, which fits
       {PagingDirection::DownAll, 16, 12, false, true},    // moved to To Right All
       {PagingDirection::ToRightAll, 12, 12, false, false},

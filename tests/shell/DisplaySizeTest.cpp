@@ -60,8 +60,8 @@ TEST(DisplaySize, NarrowPresetsTurnAHorizontalSchemeWithoutAsking) {
     int w;
     Dir before, after;
   } cases[] = {
-      {100, Dir::ToRight, Dir::Down}, {100, Dir::ToLeftAll, Dir::Down}, {122, Dir::ToRightAll, Dir::Down},
-      {122, Dir::ToLeft, Dir::Down},  {100, Dir::Up, Dir::Up},          {100, Dir::DownAll, Dir::DownAll},
+      {100, Dir::ToRight, Dir::Down},    {100, Dir::ToLeftAll, Dir::Down}, {122, Dir::ToRightAll, Dir::Down},
+      {122, Dir::ToLeft, Dir::Down},     {100, Dir::Up, Dir::Up},          {100, Dir::DownAll, Dir::DownAll},
       {120, Dir::ToRight, Dir::ToRight},
   };
   for (const auto& c : cases) {
@@ -114,10 +114,17 @@ TEST(DisplaySize, UserSizeAsksWhenTheSchemeCannotPackIt) {
       {"16 colours divide by 2", 55, Dir::ToRight, "98", "64", {}, {}, true, Dir::ToRight},
       {"65536 colours need nothing", 59, Dir::Down, "99", "31", {}, {}, true, Dir::Down},
       // Neither orientation packs 100 x 30: the turned scheme refuses and the size is undone.
-      {"nothing fits", 1, Dir::ToRight, "100", "30", {"OK", "Yes"},
-       {kWidthQuestion, "Warning:   Work Canvas Dot Matrix size does not fit in this paging scheme ! \r Vertical size "
-                        "should be a multiple of 8 for vertical conversion  \r Use a horizontal conversion direction"},
-       false, Dir::ToRight},
+      {"nothing fits",
+       1,
+       Dir::ToRight,
+       "100",
+       "30",
+       {"OK", "Yes"},
+       {kWidthQuestion,
+        "Warning:   Work Canvas Dot Matrix size does not fit in this paging scheme ! \r Vertical size "
+        "should be a multiple of 8 for vertical conversion  \r Use a horizontal conversion direction"},
+       false,
+       Dir::ToRight},
   };
   for (const auto& c : cases) {
     TestProgram p;
@@ -153,9 +160,7 @@ TEST(DisplaySize, UserSizeEmptyEndsAndLargeIsBounded) {
 }
 
 TEST(DisplaySize, PictureModeTakesHalfTheScreenRoundedDown) {
-  const struct {
-    int sw, sh, w, h;
-  } cases[] = {{1920, 1080, 960, 540}, {1367, 769, 683, 384}, {801, 601, 400, 300}};
+  const struct { int sw, sh, w, h; } cases[] = {{1920, 1080, 960, 540}, {1367, 769, 683, 384}, {801, 601, 400, 300}};
   for (const auto& c : cases) {
     TestProgram p;
     p.app.globals.ScreenWidth = c.sw;

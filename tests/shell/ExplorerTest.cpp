@@ -39,10 +39,15 @@ class Explorer : public rmtest::HomeTest {
 };
 
 TEST(ExplorerTypes, TypeColumnNamesTheProgramsKindsAndTheRestByExtension) {
-  const std::vector<std::pair<std::string, std::string>> cases = {
-      {"a.rmv", "Rastermill Vectors"}, {"x.c.bak", "Source File Backup"}, {"out.HEX", "HEX File"},
-      {"p.tif", "TIF Graphic"},        {"p.tiff", "TIFF Graphic"},        {"default.lcd", "Rastermill Project"},
-      {"main.c", "C File"},            {"pic.jpeg", "JPEG File"},         {"Makefile", "File"}};
+  const std::vector<std::pair<std::string, std::string>> cases = {{"a.rmv", "Rastermill Vectors"},
+                                                                  {"x.c.bak", "Source File Backup"},
+                                                                  {"out.HEX", "HEX File"},
+                                                                  {"p.tif", "TIF Graphic"},
+                                                                  {"p.tiff", "TIFF Graphic"},
+                                                                  {"default.lcd", "Rastermill Project"},
+                                                                  {"main.c", "C File"},
+                                                                  {"pic.jpeg", "JPEG File"},
+                                                                  {"Makefile", "File"}};
   for (const auto& [name, type] : cases) EXPECT_EQ(TExploForm::FileTypeText(name), type) << name;
   EXPECT_EQ(TExploForm::FileTypeText("Fonts", true), "DIRECTORY");
 }
@@ -54,11 +59,11 @@ TEST(ExplorerTypes, FilterWordsTakeTheirExtensionsOnly) {
     bool shown;
   };
   const Case cases[] = {
-      {"", "anything.xyz", true},     {"ALL GRAPHICS", "v.RMV", true}, {"ALL GRAPHICS", "a.c", false},
-      {"FONTS", "e.eff", true},       {"FONTS", "e.gif_old", false},   {"EFONTS", "e.gif_old", true},
-      {"BATCH", "b.SPP", true},       {"SOURCES", "README", true},     {"SOURCES", "x.txt", false},
-      {".JPG", "p.jpeg", true},       {".JPEG", "p.jpg", false},       {".TIFF", "p.tif", true},
-      {".TIF", "p.tiff", false},      {".BMP", "p.bmp.bak", false},    {"VIDEO", "m.mpg", true},
+      {"", "anything.xyz", true}, {"ALL GRAPHICS", "v.RMV", true}, {"ALL GRAPHICS", "a.c", false},
+      {"FONTS", "e.eff", true},   {"FONTS", "e.gif_old", false},   {"EFONTS", "e.gif_old", true},
+      {"BATCH", "b.SPP", true},   {"SOURCES", "README", true},     {"SOURCES", "x.txt", false},
+      {".JPG", "p.jpeg", true},   {".JPEG", "p.jpg", false},       {".TIFF", "p.tif", true},
+      {".TIF", "p.tiff", false},  {".BMP", "p.bmp.bak", false},    {"VIDEO", "m.mpg", true},
       {"TOUCH", "t.tsc", true},
   };
   for (const Case& c : cases)
@@ -81,7 +86,7 @@ TEST(ExplorerTypes, SizeInKilobytesRoundedUpWithThousandsSeparators) {
 
 TEST(ExplorerTypes, HighlighterByExtension) {
   const std::vector<std::tuple<std::string, std::string, Hl>> cases = {
-      {"a.asm", "lib", Hl::Assembler}, {"a.C", "lib", Hl::Cpp},            {"a.xyz", "xyz", Hl::Cpp},
+      {"a.asm", "lib", Hl::Assembler}, {"a.C", "lib", Hl::Cpp},           {"a.xyz", "xyz", Hl::Cpp},
       {"a.lib", "xyz", Hl::None},      {"a.bas", "lib", Hl::VisualBasic}, {"L.LOG", "lib", Hl::General},
       {"a.html", "lib", Hl::Html},     {"a.hex", "lib", Hl::None},        {"a.pas", "lib", Hl::Pascal},
       {"a.xml", "lib", Hl::Xml}};
@@ -252,9 +257,10 @@ TEST_F(Explorer, PicturesAreCheckedThenImported) {
   WriteText(dir_ + "bad.jpeg", "not a jpeg");
   EXPECT_FALSE(p.app.exploForm.Loadfile(dir_ + "bad.bmp"));
   EXPECT_FALSE(p.app.exploForm.Loadfile(dir_ + "bad.jpeg"));
-  EXPECT_EQ(ShownMessages(p.ui), (std::vector<std::string>{
-                            "Error: This is not a valid bitmap file !\r" + dir_ + "bad.bmp\rBitmap file format check failed",
-                            "Error: This is not a valid Jpeg file !\r" + dir_ + "bad.jpeg\rJPG file format check failed"}));
+  EXPECT_EQ(ShownMessages(p.ui),
+            (std::vector<std::string>{
+                "Error: This is not a valid bitmap file !\r" + dir_ + "bad.bmp\rBitmap file format check failed",
+                "Error: This is not a valid Jpeg file !\r" + dir_ + "bad.jpeg\rJPG file format check failed"}));
   EXPECT_FALSE(p.app.pixelForm.FloatingSelection);
 
   std::string error;
@@ -305,7 +311,8 @@ TEST_F(Explorer, SavingTheTextTabChecksTheNameAndKeepsABackup) {
   for (const char* bad : {"out.cpp", "out.bin", "out"}) {
     p.ui.messages.clear();
     EXPECT_FALSE(explorer.SaveEditor(dir_ + bad));
-    EXPECT_EQ(ShownMessages(p.ui), (std::vector<std::string>{"Error: File Ext can only be one of these : H,C,BAS,ASM,TXT or RTF ! "}));
+    EXPECT_EQ(ShownMessages(p.ui),
+              (std::vector<std::string>{"Error: File Ext can only be one of these : H,C,BAS,ASM,TXT or RTF ! "}));
   }
   EXPECT_TRUE(g.EditorUnsaved);
 
@@ -329,7 +336,8 @@ TEST_F(Explorer, SavingTheTextTabChecksTheNameAndKeepsABackup) {
   // A folder that does not exist.
   p.ui.messages.clear();
   EXPECT_FALSE(explorer.SaveEditor(dir_ + "none/out.c"));
-  EXPECT_EQ(ShownMessages(p.ui), (std::vector<std::string>{"Error: Access to this file denied ! Check for read only status"}));
+  EXPECT_EQ(ShownMessages(p.ui),
+            (std::vector<std::string>{"Error: Access to this file denied ! Check for read only status"}));
 }
 
 TEST_F(Explorer, SavingTheHexTabWritesTheBytesAndOtherTabsRefuse) {

@@ -69,8 +69,8 @@ TEST_F(Folders, TransferFolderAndUserDirectories) {
 
   fs::create_directories(home_ + "/.config");
   std::ofstream(home_ + "/.config/user-dirs.dirs") << "# written by xdg-user-dirs-update\n"
-                                                       "XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n"
-                                                       "XDG_PICTURES_DIR=\"$HOME/\"\n";
+                                                      "XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n"
+                                                      "XDG_PICTURES_DIR=\"$HOME/\"\n";
   EXPECT_EQ(rm::UserDirectory(home_, "XDG_DOCUMENTS_DIR", "Documents"), home_ + "/Dokumente");
   EXPECT_EQ(rm::UserDirectory(home_, "XDG_PICTURES_DIR", "Pictures"), home_ + "/Pictures");
   EXPECT_EQ(rm::UserDirectory(home_, "XDG_MUSIC_DIR", "Music"), home_ + "/Music");

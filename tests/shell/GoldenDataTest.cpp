@@ -28,8 +28,8 @@ std::vector<rm::Colour> ModeColours(const rm::ConversionSession& s) {
     return picked;
   }
   if (!s.ModeColours.empty()) return s.ModeColours;
-  return {rm::MakeColour(0, 0, 0),       rm::MakeColour(255, 255, 255), rm::MakeColour(0x12, 0x34, 0x56),
-          rm::MakeColour(0xA5, 0x5A, 0xC3), rm::MakeColour(0xFF, 0, 0),     rm::MakeColour(0, 0xFF, 0),
+  return {rm::MakeColour(0, 0, 0),          rm::MakeColour(255, 255, 255),   rm::MakeColour(0x12, 0x34, 0x56),
+          rm::MakeColour(0xA5, 0x5A, 0xC3), rm::MakeColour(0xFF, 0, 0),      rm::MakeColour(0, 0xFF, 0),
           rm::MakeColour(0, 0, 0xFF),       rm::MakeColour(0x80, 0x40, 0x01)};
 }
 
@@ -124,8 +124,8 @@ void GroupMarks(TestProgram& p) {
 }
 
 void RunWalks(const WalkSet& set) {
-  static const char* const names[] = {"Down", "Down All", "Up", "Up All", "To Right", "To Right All", "To Left",
-                                      "To Left All"};
+  static const char* const names[] = {"Down",     "Down All",     "Up",      "Up All",
+                                      "To Right", "To Right All", "To Left", "To Left All"};
   std::string all;
   for (PagingDirection d : set.directions) {
     for (bool other : {false, true}) {
@@ -151,8 +151,8 @@ void RunWalks(const WalkSet& set) {
 
 TEST(GoldenData, EveryWalkFromBothCorners) {
   using D = PagingDirection;
-  const std::vector<D> every = {D::Down, D::DownAll, D::Up, D::UpAll, D::ToRight, D::ToRightAll, D::ToLeft,
-                                D::ToLeftAll};
+  const std::vector<D> every = {D::Down,    D::DownAll,    D::Up,     D::UpAll,
+                                D::ToRight, D::ToRightAll, D::ToLeft, D::ToLeftAll};
   const std::vector<D> across = {D::ToRight, D::ToRightAll, D::ToLeft, D::ToLeftAll};
   // The Export dialog's upper (1) or lower (2) half; halves exist for horizontal walks only.
   const auto half = [](int entry) { return [entry](TestProgram& p) { p.app.globals.ExportEntry = entry; }; };
@@ -175,9 +175,7 @@ TEST(GoldenData, EveryWalkFromBothCorners) {
 }
 
 TEST(GoldenData, SyntaxOptions) {
-  auto syntax = [](std::function<void(rm::DataSyntax&)> f) {
-    return [f](TestProgram& p) { f(p.app.session.Syntax); };
-  };
+  auto syntax = [](std::function<void(rm::DataSyntax&)> f) { return [f](TestProgram& p) { f(p.app.session.Syntax); }; };
   const GoldenCase cases[] = {
       {"syntax-hex-h-leading-zero.txt", 1, 32, 4, syntax([](rm::DataSyntax& s) {
          s.DataFormatKind = "H";
@@ -247,7 +245,8 @@ TEST(GoldenData, SyntaxOptions) {
          p.app.mainForm.data16bitClick();
          p.app.mainForm.MsbLast();
        }},
-      {"word16-decimal.txt", 1, 64, 2, [](TestProgram& p) {
+      {"word16-decimal.txt", 1, 64, 2,
+       [](TestProgram& p) {
          p.app.mainForm.data16bitClick();
          p.app.session.Syntax.DataFormatKind = "+D+";
          p.app.session.Syntax.DataPrefix = "";
@@ -273,8 +272,7 @@ TEST(GoldenData, SyntaxOptions) {
          p.app.session.ReorderOn = true;
          p.app.session.ReorderTable[0] = {"swap bits", "0", "7"};
        }},
-      {"swap-options.txt", 62, 4, 2,
-       [](TestProgram& p) { p.app.session.SwapFirstLast = true; }},
+      {"swap-options.txt", 62, 4, 2, [](TestProgram& p) { p.app.session.SwapFirstLast = true; }},
       {"swap-nibble-gray16h.txt", 27, 8, 2, [](TestProgram& p) { p.app.session.SwapNibble = true; }},
   };
   for (const auto& c : cases) RunCase(c);

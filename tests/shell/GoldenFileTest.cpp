@@ -198,9 +198,8 @@ TEST(GoldenFile, EveryDatumButTheLastHasItsSeparator) {
     SCOPED_TRACE(std::to_string(c.mode) + " " + c.kind);
     TestProgram p;
     p.Setup(c.mode, Bitmap(1, 1));
-    p.app.pixelForm.SetCanvas(rmtest::PatternPicture(c.w, c.h, p.app.session.ModeColours.empty()
-                                                                  ? std::vector<rm::Colour>{rm::kWhite}
-                                                                  : p.app.session.ModeColours));
+    p.app.pixelForm.SetCanvas(rmtest::PatternPicture(
+        c.w, c.h, p.app.session.ModeColours.empty() ? std::vector<rm::Colour>{rm::kWhite} : p.app.session.ModeColours));
     p.app.session.Syntax.DataFormatKind = c.kind;
     p.app.session.Syntax.DataPrefix = "0x";
     p.app.session.Syntax.DataSuffix = "";

@@ -275,8 +275,8 @@ TEST_F(Import, CanvasToBlackAndWhiteFloatsTheCanvasUnderTheThreshold) {
 
 TEST_F(Import, RecentFiles) {
   rm::TMainForm& m = p.app.mainForm;
-  for (const char* f : {"/a.png", "/b.png", "/a.png", "/x/resized_image.bmp", "/d/original_image_1_1.bmp",
-                        "/d/temp1298621.bmp"})
+  for (const char* f :
+       {"/a.png", "/b.png", "/a.png", "/x/resized_image.bmp", "/d/original_image_1_1.bmp", "/d/temp1298621.bmp"})
     m.AddMRUF(f);
   EXPECT_EQ(p.app.globals.RecentFiles, (Lines{"/b.png", "/a.png"}));
   for (int i = 0; i < 30; ++i) m.AddMRUF("/f" + std::to_string(i));

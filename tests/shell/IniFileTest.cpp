@@ -30,30 +30,30 @@ TEST(IniFile, ReadStringRules) {
   };
   const Case cases[] = {
       {"[S]\nA=1\n", "S", "A", "1"},
-      {"[S]\nA=1\n", "s", "a", "1"},                       // names ignore case
+      {"[S]\nA=1\n", "s", "a", "1"},  // names ignore case
       {"[b50]\nC10=x\n", "B50", "c10", "x"},
       {"  [ S2 ]  \n  key  =  two words  \n", "S2", "key", "two words"},  // trimmed, inner blanks kept
-      {"[S]\nA=\n", "S", "A", ""},                         // present but empty is not the default
-      {"[S]\nA=a=b\n", "S", "A", "a=b"},                   // the first "=" splits
-      {"[S]\nA=\" x \"\n", "S", "A", " x "},               // quotes keep the blanks
+      {"[S]\nA=\n", "S", "A", ""},                                        // present but empty is not the default
+      {"[S]\nA=a=b\n", "S", "A", "a=b"},                                  // the first "=" splits
+      {"[S]\nA=\" x \"\n", "S", "A", " x "},                              // quotes keep the blanks
       {"[S]\nA='q'\n", "S", "A", "q"},
-      {"[S]\nA=\"\n", "S", "A", "\""},                     // one quote is not a pair
+      {"[S]\nA=\"\n", "S", "A", "\""},  // one quote is not a pair
       {"[S]\nA=\"x'\n", "S", "A", "\"x'"},
       {"[S]\nA=1\n", "T", "A", kMissing},
       {"[S]\nA=1\n", "S", "B", kMissing},
-      {"A=1\n[S]\n", "S", "A", kMissing},                  // above the first header: no section
-      {"[S]\nA=1\n[S]\nA=2\nB=3\n", "S", "A", "1"},        // first section wins ...
-      {"[S]\nA=1\n[S]\nA=2\nB=3\n", "S", "B", kMissing},   // ... and later ones are not looked at
-      {"[S]\nA=1\na=2\n", "S", "A", "1"},                  // first key wins
-      {"[S]\nA=1\n[T\nB=2\n", "S", "B", "2"},              // no closing bracket: not a section
+      {"A=1\n[S]\n", "S", "A", kMissing},                 // above the first header: no section
+      {"[S]\nA=1\n[S]\nA=2\nB=3\n", "S", "A", "1"},       // first section wins ...
+      {"[S]\nA=1\n[S]\nA=2\nB=3\n", "S", "B", kMissing},  // ... and later ones are not looked at
+      {"[S]\nA=1\na=2\n", "S", "A", "1"},                 // first key wins
+      {"[S]\nA=1\n[T\nB=2\n", "S", "B", "2"},             // no closing bracket: not a section
       {"[S]\nA=1\n[T\nB=2\n", "T", "B", kMissing},
-      {"[S]\n[T=5\n", "S", "[T", kMissing},                // nor a key
+      {"[S]\n[T=5\n", "S", "[T", kMissing},  // nor a key
       {"[S] trailing words\nA=1\n", "S", "A", "1"},
-      {"[S]\n;A=1\n", "S", ";A", kMissing},                // comments are not keys
-      {"[S]\n =1\n", "S", "", kMissing},                   // a key needs a name
-      {"[S]\r\nA=1\r\nB=2", "S", "B", "2"},                // CR LF, no final line end
-      {"[S]\rA=1\rB=2\r", "S", "B", "2"},                  // CR alone
-      {"\xEF\xBB\xBF[S]\nA=1\n", "S", "A", "1"},           // a byte order mark is not part of the name
+      {"[S]\n;A=1\n", "S", ";A", kMissing},       // comments are not keys
+      {"[S]\n =1\n", "S", "", kMissing},          // a key needs a name
+      {"[S]\r\nA=1\r\nB=2", "S", "B", "2"},       // CR LF, no final line end
+      {"[S]\rA=1\rB=2\r", "S", "B", "2"},         // CR alone
+      {"\xEF\xBB\xBF[S]\nA=1\n", "S", "A", "1"},  // a byte order mark is not part of the name
       {"[]\nA=1\n", "", "A", "1"},
   };
   for (const Case& c : cases) {
@@ -88,7 +88,7 @@ TEST(IniFile, ReadIntegerAndBoolRules) {
       {"\"42\"", 42, 1},
       {"2147483647", 2147483647, 1},
       {"-2147483648", -2147483647 - 1, 1},
-      {"2147483648", -99, 1},               // too large for an int: default; still a non-zero number
+      {"2147483648", -99, 1},  // too large for an int: default; still a non-zero number
       {"-2147483649", -99, 1},
       {"99999999999999999999999", -99, 1},
       {"0x80000000", -99, 1},
@@ -133,8 +133,7 @@ TEST(IniFile, WritesUpdateInPlace) {
       {"no second blank line", "[S]\nA=1\n\n", "T", "B", "2", "[S]\nA=1\n\n[T]\nB=2\n"},
       {"empty file", "", "T", "B", "2", "[T]\nB=2\n"},
       {"a file of only comments", "; c\n", "T", "B", "2", "; c\n\n[T]\nB=2\n"},
-      {"first of duplicate sections is written", "[S]\nA=1\n[s]\nA=2\n", "S", "A", "3",
-       "[S]\nA=3\n[s]\nA=2\n"},
+      {"first of duplicate sections is written", "[S]\nA=1\n[s]\nA=2\n", "S", "A", "3", "[S]\nA=3\n[s]\nA=2\n"},
       {"first of duplicate keys is written", "[S]\nA=1\nA=2\n", "S", "A", "3", "[S]\nA=3\nA=2\n"},
       {"new key goes after duplicates too", "[S]\nA=1\nA=2\nodd line\n", "S", "B", "3",
        "[S]\nA=1\nA=2\nB=3\nodd line\n"},
@@ -172,8 +171,8 @@ TEST(IniFile, TypedWritesAndUnchangedText) {
 
 TEST(IniFile, RefusesNamesThatCannotReadBack) {
   const std::pair<const char*, const char*> bad[] = {
-      {"S", ""}, {"S", "a=b"}, {"S", "[a"}, {"S", ";a"}, {"S", " a"}, {"S", "a "}, {"S", "a\nb"},
-      {"S]", "a"}, {" S", "a"}, {"S\r", "a"},
+      {"S", ""},   {"S", "a=b"},  {"S", "[a"}, {"S", ";a"}, {"S", " a"},
+      {"S", "a "}, {"S", "a\nb"}, {"S]", "a"}, {" S", "a"}, {"S\r", "a"},
   };
   for (const auto& [section, key] : bad) {
     IniFile ini = FromText("[S]\nA=1\n");
@@ -184,8 +183,7 @@ TEST(IniFile, RefusesNamesThatCannotReadBack) {
 }
 
 TEST(IniFile, ListsSectionsAndKeysInFileOrderOnce) {
-  IniFile ini = FromText(
-      "top=1\n[B2]\nGWI=1\n;c=2\nGHI=2\ngwi=3\n[S]\nX=1\n[b2]\nZZ=1\n[T\n[]\nE=1\n");
+  IniFile ini = FromText("top=1\n[B2]\nGWI=1\n;c=2\nGHI=2\ngwi=3\n[S]\nX=1\n[b2]\nZZ=1\n[T\n[]\nE=1\n");
   EXPECT_EQ(ini.Sections(), (std::vector<std::string>{"B2", "S", ""}));
   EXPECT_EQ(ini.Keys("b2"), (std::vector<std::string>{"GWI", "GHI"}));
   EXPECT_EQ(ini.Keys("S"), (std::vector<std::string>{"X"}));
@@ -198,9 +196,8 @@ TEST(IniFile, ManyKeysRoundTripThroughTheDisk) {
   const rmtest::TempDir tmp;
   const std::string& dir = tmp.path;
   const std::string path = dir + "/project.LCD";
-  const std::string values[] = {"",   " ",        "plain", "two  words", "\"",   "\"quoted\"", "'x'",
-                                "=",  "a=b",      ";",     "[x]",        "\t t", "trail ",     "#include ",
-                                "0x", "\xC3\xA9", "-1"};
+  const std::string values[] = {"",  " ",   "plain", "two  words", "\"",        "\"quoted\"", "'x'",      "=", "a=b",
+                                ";", "[x]", "\t t",  "trail ",     "#include ", "0x",         "\xC3\xA9", "-1"};
   IniFile out;
   ASSERT_TRUE(out.Load(path));  // does not exist yet
   EXPECT_TRUE(out.Sections().empty());

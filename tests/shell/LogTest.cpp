@@ -25,17 +25,23 @@ TEST(StatusAndLog, RepeatsReachTheLogOnceButTheStatusEveryTime) {
   const struct {
     Lines steps, log;
   } cases[] = {
-      {{"A", "A"}, {"A"}}, {{"A", "B", "A"}, {"A", "B", "A"}}, {{"A", "", "A"}, {"A"}},
+      {{"A", "A"}, {"A"}},
+      {{"A", "B", "A"}, {"A", "B", "A"}},
+      {{"A", "", "A"}, {"A"}},
       // Between two A: a line added by another route, then also an empty text.
-      {{"A", "!x", "A"}, {"A", "x"}}, {{"A", "!x", "", "A"}, {"A", "x", "A"}}, {{"!x", "x"}, {"x"}},
+      {{"A", "!x", "A"}, {"A", "x"}},
+      {{"A", "!x", "", "A"}, {"A", "x", "A"}},
+      {{"!x", "x"}, {"x"}},
       {{"A", "A ", " A"}, {"A", "A ", " A"}},
   };
   for (const auto& c : cases) {
     TestProgram p;
     Lines statuses;
     for (const auto& s : c.steps) {
-      if (!s.empty() && s[0] == '!') p.app.logWindow.Add(s.substr(1));
-      else p.app.mainForm.StatusBarAndLog(s);
+      if (!s.empty() && s[0] == '!')
+        p.app.logWindow.Add(s.substr(1));
+      else
+        p.app.mainForm.StatusBarAndLog(s);
       if (!s.empty() && s[0] != '!') statuses.push_back(s);  // an empty text leaves the status as it was
     }
     const std::string name = ::testing::PrintToString(c.steps);
@@ -209,7 +215,11 @@ TEST(ExceptionHandler, SortsFaultsIntoTheKnownCases) {
     std::string text;
   } cases[] = {
       {"bad_alloc", Fault(std::bad_alloc()), K, 1, "Out of memory !"},
-      {"string too long", Thrown([] { std::string s; s.resize(s.max_size() + 1); }), K, 1, "Out of memory !"},
+      {"string too long", Thrown([] {
+         std::string s;
+         s.resize(s.max_size() + 1);
+       }),
+       K, 1, "Out of memory !"},
       {"ENOMEM", SysError(ENOMEM), K, 1, "Out of memory !"},
       {"EACCES", Fault(FsError(std::errc::permission_denied)), K, 1, "File access refused !"},
       {"EPERM", SysError(EPERM), K, 1, "File access refused !"},
@@ -312,7 +322,8 @@ TEST_F(SaveLog, SaveLogToFileGivesTheExtensionWhenMissing) {
   const struct {
     std::string chosen, written;
   } cases[] = {
-      {"session.", docs + "/session.LOG"},  {"old.run.txt", docs + "/old.run.txt"},
+      {"session.", docs + "/session.LOG"},
+      {"old.run.txt", docs + "/old.run.txt"},
       {dir_ + "/a.b/log", dir_ + "/a.b/log.LOG"},
   };
   for (const auto& c : cases) {

@@ -80,7 +80,10 @@ TEST(OutputNaming, ExtensionByOutputKindAndLanguage) {
 
 TEST(OutputNaming, OutputNameFromTheLastPicture) {
   const std::pair<const char*, const char*> cases[] = {
-      {"/pictures/logo.png", "logo.h"}, {"a.b.bmp", "a.b.h"}, {"dir.d/noext", "noext.h"}, {".hidden", ".hidden.h"},
+      {"/pictures/logo.png", "logo.h"},
+      {"a.b.bmp", "a.b.h"},
+      {"dir.d/noext", "noext.h"},
+      {".hidden", ".hidden.h"},
   };
   for (const auto& [picture, expected] : cases) {
     TestProgram p;
@@ -94,7 +97,9 @@ TEST(OutputNaming, OutputNameFromTheLastPicture) {
 TEST(OutputNaming, TableNameMarksTheHalfOrTheFrame) {
   const std::tuple<const char*, int, int, const char*, const char*> cases[] = {
       // file, half (1 upper, 2 lower), frame, underscore, name
-      {"logo.h", 1, 0, "_", "logo_U"}, {"lo-go.h", 2, 0, "_", "logo_L"}, {"walk[3].h", 0, 12, "__", "walk__12"},
+      {"logo.h", 1, 0, "_", "logo_U"},
+      {"lo-go.h", 2, 0, "_", "logo_L"},
+      {"walk[3].h", 0, 12, "__", "walk__12"},
       {"walk.h", 2, 1, "_", "walk_1"},  // a frame carries its number, no half mark
   };
   for (const auto& [file, half, frame, underscore, expected] : cases) {
@@ -110,8 +115,10 @@ TEST(OutputNaming, TableNameMarksTheHalfOrTheFrame) {
 TEST(OutputNaming, OutputAndParameterFilePaths) {
   const std::array<const char*, 4> cases[] = {
       // folder, file, output, parameter file
-      {"", "NewBitmap.h", "NewBitmap.h", "NewBitmap.rtf"}, {"/out", "x.y.bin", "/out/x.y.bin", "/out/x.y.rtf"},
-      {"/", "x.h", "/x.h", "/x.rtf"},                      {"rel/dir", "noext", "rel/dir/noext", "rel/dir/noext.rtf"},
+      {"", "NewBitmap.h", "NewBitmap.h", "NewBitmap.rtf"},
+      {"/out", "x.y.bin", "/out/x.y.bin", "/out/x.y.rtf"},
+      {"/", "x.h", "/x.h", "/x.rtf"},
+      {"rel/dir", "noext", "rel/dir/noext", "rel/dir/noext.rtf"},
   };
   for (const auto& [folder, file, output, info] : cases) {
     rm::ConversionSession s;
@@ -126,7 +133,9 @@ TEST(OutputNaming, TrueOriginMirrorsFromTheOriginCorner) {
   // The area x 8..39, y 16..31 of a 128 x 64 canvas, as reported from each corner.
   using C = rm::OriginCorner;
   const std::tuple<C, bool, std::array<int, 4>> cases[] = {
-      {C::TR, true, {88, 16, 119, 31}}, {C::BL, true, {8, 32, 39, 47}}, {C::BR, false, {8, 16, 39, 31}},
+      {C::TR, true, {88, 16, 119, 31}},
+      {C::BL, true, {8, 32, 39, 47}},
+      {C::BR, false, {8, 16, 39, 31}},
   };
   for (const auto& [origin, trueOrigin, expected] : cases) {
     rm::ConversionSession s;
@@ -193,7 +202,8 @@ TEST_F(OutputFolder, GoldenParameterFiles) {
          for (int x = 0; x < 40; ++x) picture.SetPixel(x, 10 + x % 7, rm::kBlack);
          p.app.pixelForm.SetCanvas(picture);
          p.app.session.Compression = true;
-       }, {}},
+       },
+       {}},
       {"gray16-nibble-swap.rtf",
        [](TestProgram& p) {
          p.app.pixelForm.SetCanvas(Bitmap(16, 16));  // blank, so the mode change asks nothing
@@ -203,7 +213,8 @@ TEST_F(OutputFolder, GoldenParameterFiles) {
          Set(p, "cfil", "1");
          Set(p, "nbmfn", "/art/gray-ramp.png");
          p.app.session.SourceFileName = "gray-ramp.png";
-       }, {}},
+       },
+       {}},
       {"area-true-origin-on.rtf", area(true), {areaQuestion}},
       {"area-true-origin-off.rtf", area(false), {areaQuestion}},
   };
@@ -304,7 +315,7 @@ TEST_F(OutputFolder, RefusedSavesKeepTheTextInTheEditor) {
   struct Case {
     const char* name;
     bool oldOutput, held;
-    const char* folder;               // under the test's folder
+    const char* folder;                // under the test's folder
     fs::perms folderMode, outputMode;  // `keep` leaves them as they are
     Names errors;
   } cases[] = {

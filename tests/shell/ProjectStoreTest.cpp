@@ -81,8 +81,8 @@ void Set(rm::Application& app, const char* key, const char* value) {
 
 TEST(ProjectStore, WhatTheWriterAndTheReaderDisagreeOn) {
   TestProgram a;
-  Set(a.app, "rs48", "1");       // never written: off again at the next start
-  Set(a.app, "vew1", "1234");    // written as wew1: the reader takes its default
+  Set(a.app, "rs48", "1");     // never written: off again at the next start
+  Set(a.app, "vew1", "1234");  // written as wew1: the reader takes its default
   Set(a.app, "vecin", "LCD.Begin");
   Set(a.app, "EndstF", "}F;");
   RoundTrip r(a.app);
@@ -118,10 +118,10 @@ TEST(ProjectStore, SectionsComeInTheWritersOrder) {
   a.app.globals.SearchReplaceSections = {{"b50", {{"C10", "1"}, {"C10s", "0"}}}, {"S0", {{"s11", "foo"}}}};
   RoundTrip r(a.app);
   std::vector<std::string> sections = r.file.Sections();
-  const std::vector<std::string> expected = {
-      "S",   "B17", "B13", "B7", "B3", "B2", "b50", "B10", "B11", "SX", "I11", "S2",  "I2",  "S3",
-      "I1",  "B1",  "S4",  "S5", "I5", "S6", "S7",  "S8",  "I8",  "S12", "S13", "I13", "B9",  "S14",
-      "S15", "S16", "I16", "CB", "FS0", "S0", "S18", "S19", "b18", "I18"};
+  const std::vector<std::string> expected = {"S",   "B17", "B13", "B7",  "B3",  "B2",  "b50", "B10", "B11", "SX",
+                                             "I11", "S2",  "I2",  "S3",  "I1",  "B1",  "S4",  "S5",  "I5",  "S6",
+                                             "S7",  "S8",  "I8",  "S12", "S13", "I13", "B9",  "S14", "S15", "S16",
+                                             "I16", "CB",  "FS0", "S0",  "S18", "S19", "b18", "I18"};
   EXPECT_EQ(sections, expected);
   // The grid's sections are left to the editors window, which keeps them for the next write.
   EXPECT_EQ(r.back.app.globals.SearchReplaceSections, a.app.globals.SearchReplaceSections);
@@ -161,8 +161,8 @@ TEST(ProjectStore, ADefaultBuiltByTheProgramKeepsTheValueInForce) {
 
 TEST(ProjectStore, EveryBoundVariableHasItsKey) {
   // A binding whose section or key is misspelt would leave its variable unsaved, held instead.
-  for (const char* k : {"FXHB", "ORGC", "MSBF", "OFP", "Neg", "Monc", "PFP", "usco", "tfp1", "bfpa", "FontFP",
-                        "lcdUncomp", "Ecli", "WSIZE", "BSD", "D16bc", "CORN3", "tda", "fpar14", "cprx"})
+  for (const char* k : {"FXHB",   "ORGC",      "MSBF", "OFP",   "Neg", "Monc",  "PFP",   "usco", "tfp1",   "bfpa",
+                        "FontFP", "lcdUncomp", "Ecli", "WSIZE", "BSD", "D16bc", "CORN3", "tda",  "fpar14", "cprx"})
     EXPECT_TRUE(rm::FindSetting(k)->Readable()) << k;
   EXPECT_EQ(rm::FindSetting("B10/HCO")->type, rm::SettingType::Integer);
   EXPECT_EQ(rm::FindSetting("HCO")->type, rm::SettingType::Boolean);  // [B2] comes first when read
@@ -212,10 +212,9 @@ TEST(ProjectStore, EveryKeySetIsKeptThroughWriteReadAndListOrRefusedWithAReason)
   EXPECT_GT(kept, 600u);
   // The colour mode's switches (set by the mode), and the keys whose value would not come back.
   const std::vector<std::string> expected = {
-      "B13/rs48", "S13/vew1", "B1/ST7",   "S4/Moni",  "S4/Monc",   "S4/C256", "S4/G256", "S4/C256NP",
-      "S4/C16",   "S4/C8",    "S4/C4096", "S4/C65535", "S4/C18",   "S4/C18u", "S4/G16",  "S4/G4",
-      "S4/G42",   "S4/G32",   "S4/RGRA",  "S4/GRL32", "S4/C16M",   "S4/PM",   "S8/Endst", "S8/EndstF",
-      "S14/vecin"};
+      "B13/rs48", "S13/vew1", "B1/ST7",    "S4/Moni", "S4/Monc",  "S4/C256",   "S4/G256",  "S4/C256NP", "S4/C16",
+      "S4/C8",    "S4/C4096", "S4/C65535", "S4/C18",  "S4/C18u",  "S4/G16",    "S4/G4",    "S4/G42",    "S4/G32",
+      "S4/RGRA",  "S4/GRL32", "S4/C16M",   "S4/PM",   "S8/Endst", "S8/EndstF", "S14/vecin"};
   EXPECT_EQ(refused, expected);
 }
 
@@ -284,9 +283,9 @@ TEST(ProjectStore, DiffNamesTheKeysThatDifferFromTheFactory) {
   Set(p.app, "ORGC", "4");
   Set(p.app, "td", "1");
   ASSERT_TRUE(p.app.mainForm.SetColourMode(55, true));
-  const std::vector<std::string> expected = {
-      "[B3] tr=0 (factory: 1)",    "[B3] td=1 (factory: 0)", "[I11] ORGC=4 (factory: 16)",
-      "[S4] Monc=0 (factory: 1)",  "[S4] C16=1 (factory: 0)"};
+  const std::vector<std::string> expected = {"[B3] tr=0 (factory: 1)", "[B3] td=1 (factory: 0)",
+                                             "[I11] ORGC=4 (factory: 16)", "[S4] Monc=0 (factory: 1)",
+                                             "[S4] C16=1 (factory: 0)"};
   EXPECT_EQ(rm::DiffSettings(p.app, factory.app), expected);
 }
 

@@ -119,14 +119,14 @@ TEST_F(Projects, DefaultTemplateOnDiskGivesTheSameFileAsTheBuiltInOne) {
 
 TEST_F(Projects, ListIsSortedAsWordsWithNumbers) {
   auto p = Start();
-  for (const char* name : {"b.LCD", "a.lcd", "New Project(10).LCD", "New Project(2).LCD", "board 010.LCD", "board 9.LCD"})
+  for (const char* name :
+       {"b.LCD", "a.lcd", "New Project(10).LCD", "New Project(2).LCD", "board 010.LCD", "board 9.LCD"})
     Touch(name);
   // Not projects: other extensions, a backup, a folder, an extension alone.
   for (const char* name : {"notes.txt", "a.LCD.bak", ".LCD"}) Touch(name);
   fs::create_directories(Inits() + "folder.LCD");
-  EXPECT_EQ(p->app.exploForm.ListAllProjects(),
-            (Lines{"a.lcd", "b.LCD", "board 9.LCD", "board 010.LCD", "default.LCD", "New Project(2).LCD",
-                   "New Project(10).LCD"}));
+  EXPECT_EQ(p->app.exploForm.ListAllProjects(), (Lines{"a.lcd", "b.LCD", "board 9.LCD", "board 010.LCD", "default.LCD",
+                                                       "New Project(2).LCD", "New Project(10).LCD"}));
 }
 
 TEST_F(Projects, SaveAsNewProjectNamesMessagesAndCopies) {
@@ -187,8 +187,8 @@ TEST_F(Projects, RenameRefusesThenTakesTheGraphicsTemplateAndTheActiveProjectAlo
   EXPECT_EQ(p->app.exploForm.ListAllProjects(), (Lines{"a.LCD", "b.LCD", "default.LCD", "New Project.LCD"}));
 
   Touch("board.LCD", "[S]\nFXHB=D\n");
-  const char* left[] = {"board_Raw.txt", "board_Struct.txt", "board_DMD.txt", "board_Bloc.txt",
-                        "board_256.pal", "board_4096.pal", "board_65536.pal", "board_262144.pal"};
+  const char* left[] = {"board_Raw.txt", "board_Struct.txt", "board_DMD.txt",   "board_Bloc.txt",
+                        "board_256.pal", "board_4096.pal",   "board_65536.pal", "board_262144.pal"};
   for (const char* f : left) Touch(f, f);
   Touch("board.txt", "// board template\n");
 

@@ -52,12 +52,18 @@ TEST_F(QuitAndStart, StartReadsTheSettingsAndMakesTheWindowsInOrder) {
               std::vector<bool>(3, !firstParameter));
 
     std::vector<std::pair<StartWindow, std::string>> expected = {
-        {StartWindow::ExportToData, "Create Export To Data Form"}, {StartWindow::Grids, "Create Grids Form"},
-        {StartWindow::Image, "Create Image Form"},           {StartWindow::Adjustments, "Create Adjustments Form"},
-        {StartWindow::Pixel, "Create Pixel Form"},           {StartWindow::Welcome, "Create Welcome Form"},
-        {StartWindow::LogWin, "Create LogWin Form"},         {StartWindow::Exploform2, "Create Exploform2 Form"},
-        {StartWindow::Exploform, "Create Exploform Form"},   {StartWindow::HideSplash, "Create SplashScreen"},
-        {StartWindow::AboutBox, "Create About Box"},         {StartWindow::Presentation, "Create Presentation Form"},
+        {StartWindow::ExportToData, "Create Export To Data Form"},
+        {StartWindow::Grids, "Create Grids Form"},
+        {StartWindow::Image, "Create Image Form"},
+        {StartWindow::Adjustments, "Create Adjustments Form"},
+        {StartWindow::Pixel, "Create Pixel Form"},
+        {StartWindow::Welcome, "Create Welcome Form"},
+        {StartWindow::LogWin, "Create LogWin Form"},
+        {StartWindow::Exploform2, "Create Exploform2 Form"},
+        {StartWindow::Exploform, "Create Exploform Form"},
+        {StartWindow::HideSplash, "Create SplashScreen"},
+        {StartWindow::AboutBox, "Create About Box"},
+        {StartWindow::Presentation, "Create Presentation Form"},
     };
     if (firstParameter) expected.erase(expected.begin() + 5);
     EXPECT_EQ(made, expected) << firstParameter;
@@ -133,7 +139,9 @@ TEST_F(QuitAndStart, UnsavedArtworkQuestion) {
   } cases[] = {
       {"Cancel", true, Outcome::Refused, {"Quit Rastermill", "Cancel Quit Rastermill"}},
       {"Quit", true, Outcome::Quit, {"Quit Rastermill", "Do not save and Quit Rastermill"}},
-      {"Save+Quit", true, Outcome::Quit,
+      {"Save+Quit",
+       true,
+       Outcome::Quit,
        {"Quit Rastermill", "Save & Quit Rastermill", "Artwork Saved", "Do not save and Quit Rastermill"}},
       // A save that fails keeps the program open rather than lose the artwork.
       {"Save+Quit", false, Outcome::Refused, {"Quit Rastermill", "Save & Quit Rastermill", "Artwork not saved"}},
@@ -177,7 +185,6 @@ TEST_F(QuitAndStart, AModeAtQuitIsOfferedForLeavingFirst) {
     ASSERT_FALSE(p.ui.messages.empty()) << c.firstQuestion;
     EXPECT_EQ(p.ui.messages[0].text, c.firstQuestion);
     EXPECT_EQ(p.app.globals.*c.mode, c.outcome == Outcome::Refused) << c.firstQuestion;
-
   }
 }
 

@@ -16,7 +16,8 @@ using rmtest::TestProgram;
 Bitmap GrayPattern(int w, int h, const std::vector<int>& levels) {
   Bitmap b(w, h);
   for (int y = 0; y < h; ++y)
-    for (int x = 0; x < w; ++x) b.SetPixel(x, y, rm::GrayColour(levels[static_cast<std::size_t>(x + y) % levels.size()]));
+    for (int x = 0; x < w; ++x)
+      b.SetPixel(x, y, rm::GrayColour(levels[static_cast<std::size_t>(x + y) % levels.size()]));
   return b;
 }
 
@@ -61,8 +62,8 @@ TEST(ReductionCheck, EachModeAsksAndReducesAsItShould) {
     int mode;
     Bitmap picture;
     std::deque<std::string> answers;
-    std::string question;      // "" when none is asked
-    std::string status;        // the last status line
+    std::string question;  // "" when none is asked
+    std::string status;    // the last status line
     bool pending;
     std::function<void(const Bitmap&, const rm::ConversionSession&)> check;
   };
@@ -70,11 +71,22 @@ TEST(ReductionCheck, EachModeAsksAndReducesAsItShould) {
   std::vector<int> hundred;
   for (int i = 0; i < 100; ++i) hundred.push_back(i * 2 + 30);
   const Case cases[] = {
-      {"mono gray picture", 1, GrayPattern(8, 4, four), {}, "", "Use trackbar, move and then paste selection...", true,
+      {"mono gray picture",
+       1,
+       GrayPattern(8, 4, four),
+       {},
+       "",
+       "Use trackbar, move and then paste selection...",
+       true,
        nullptr},
       {"mono black and white", 1, GrayPattern(8, 4, {0, 255}), {}, "", "", false, nullptr},
-      {"16 grays, reduce", 26, GrayPattern(8, 4, four), {"Reduce"},
-       "Convert or Reduce to Grayscale Palette \r4 gray levels", " Picture has been converted to 4 grey levels", false,
+      {"16 grays, reduce",
+       26,
+       GrayPattern(8, 4, four),
+       {"Reduce"},
+       "Convert or Reduce to Grayscale Palette \r4 gray levels",
+       " Picture has been converted to 4 grey levels",
+       false,
        [](const Bitmap& b, const rm::ConversionSession&) {
          // Ascending grays onto every fourth entry of the ascending ramp.
          EXPECT_EQ(b.GetPixel(0, 0), rm::GrayColour(0));
@@ -82,31 +94,74 @@ TEST(ReductionCheck, EachModeAsksAndReducesAsItShould) {
          EXPECT_EQ(b.GetPixel(2, 0), rm::GrayColour(136));
          EXPECT_EQ(b.GetPixel(3, 0), rm::GrayColour(204));
        }},
-      {"16 grays, convert", 26, GrayPattern(8, 4, four), {"Convert"},
-       "Convert or Reduce to Grayscale Palette \r4 gray levels", " Picture has been converted to 4 grey levels", false,
+      {"16 grays, convert",
+       26,
+       GrayPattern(8, 4, four),
+       {"Convert"},
+       "Convert or Reduce to Grayscale Palette \r4 gray levels",
+       " Picture has been converted to 4 grey levels",
+       false,
        [](const Bitmap& b, const rm::ConversionSession&) {
          EXPECT_EQ(b.GetPixel(0, 0), rm::GrayColour(17));
          EXPECT_EQ(b.GetPixel(1, 0), rm::GrayColour(85));
          EXPECT_EQ(b.GetPixel(2, 0), rm::GrayColour(170));
          EXPECT_EQ(b.GetPixel(3, 0), rm::GrayColour(255));
        }},
-      {"4 grays, many levels", 24, GrayPattern(100, 2, hundred), {}, "",
-       " Picture has been converted to 4 grey levels", false,
+      {"4 grays, many levels",
+       24,
+       GrayPattern(100, 2, hundred),
+       {},
+       "",
+       " Picture has been converted to 4 grey levels",
+       false,
        [](const Bitmap& b, const rm::ConversionSession& s) { EXPECT_TRUE(AllIn(b, s.ModeColours)); }},
-      {"256 gray shades, colour photo", 32, Photo(32, 16), {"Convert"},
-       "Convert or Reduce to Grayscale Palette \r198 gray levels", "", false,
-       [](const Bitmap& b, const rm::ConversionSession& s) { EXPECT_TRUE(AllIn(b, s.PaletteTable)); }},
-      {"256 colours, 20 colours", 56, ColourPattern(10, 4, 20), {"Convert"},
-       "Convert or Reduce to Color Palette \r20 colors", "", false,
-       [](const Bitmap& b, const rm::ConversionSession& s) { EXPECT_TRUE(AllIn(b, s.PaletteTable)); }},
-      {"256 colours, photo", 56, Photo(32, 16), {}, "", "", false,
-       [](const Bitmap& b, const rm::ConversionSession& s) { EXPECT_TRUE(AllIn(b, s.PaletteTable)); }},
-      {"16 colours, photo", 55, Photo(32, 16), {}, "", "", false,
-       [](const Bitmap& b, const rm::ConversionSession& s) { EXPECT_TRUE(AllIn(b, s.ModeColours)); }},
-      {"4096 colours, photo", 57, Photo(32, 16), {"Convert"}, "Convert or Reduce to Color Palette \r512 colors", "",
+      {"256 gray shades, colour photo",
+       32,
+       Photo(32, 16),
+       {"Convert"},
+       "Convert or Reduce to Grayscale Palette \r198 gray levels",
+       "",
        false,
        [](const Bitmap& b, const rm::ConversionSession& s) { EXPECT_TRUE(AllIn(b, s.PaletteTable)); }},
-      {"16M leaves it", 62, Photo(32, 16), {}, "", "", false,
+      {"256 colours, 20 colours",
+       56,
+       ColourPattern(10, 4, 20),
+       {"Convert"},
+       "Convert or Reduce to Color Palette \r20 colors",
+       "",
+       false,
+       [](const Bitmap& b, const rm::ConversionSession& s) { EXPECT_TRUE(AllIn(b, s.PaletteTable)); }},
+      {"256 colours, photo",
+       56,
+       Photo(32, 16),
+       {},
+       "",
+       "",
+       false,
+       [](const Bitmap& b, const rm::ConversionSession& s) { EXPECT_TRUE(AllIn(b, s.PaletteTable)); }},
+      {"16 colours, photo",
+       55,
+       Photo(32, 16),
+       {},
+       "",
+       "",
+       false,
+       [](const Bitmap& b, const rm::ConversionSession& s) { EXPECT_TRUE(AllIn(b, s.ModeColours)); }},
+      {"4096 colours, photo",
+       57,
+       Photo(32, 16),
+       {"Convert"},
+       "Convert or Reduce to Color Palette \r512 colors",
+       "",
+       false,
+       [](const Bitmap& b, const rm::ConversionSession& s) { EXPECT_TRUE(AllIn(b, s.PaletteTable)); }},
+      {"16M leaves it",
+       62,
+       Photo(32, 16),
+       {},
+       "",
+       "",
+       false,
        [](const Bitmap& b, const rm::ConversionSession&) { EXPECT_EQ(b, Photo(32, 16)); }},
   };
   for (const Case& c : cases) {

@@ -33,8 +33,8 @@ class SettingsUpkeep : public rmtest::HomeTest {
 
 TEST_F(SettingsUpkeep, CountersTellLaunchesQuitsAndSessionsThatDidNotEnd) {
   struct Step {
-    bool quits;           // the session ends through the quit sequence
-    int la, sc, nq;       // counters after the start (la, sc) and after the session (nq)
+    bool quits;      // the session ends through the quit sequence
+    int la, sc, nq;  // counters after the start (la, sc) and after the session (nq)
     bool firstLaunches;
   };
   const Step steps[] = {

@@ -37,16 +37,22 @@ TEST(SpecialModes, CheckModeStopsEachCallerButTheModesOwn) {
       {&Globals::AnimationMode, 7, kAnimation, {"Quit", "Cancel"}},
       // Vector mode: every caller but 7 meets the first vector row; 7 meets the last one.
       {&Globals::VectorMode, 6, kVectorProgramming, {"Quit Script", "Cancel"}},
-      {&Globals::VectorMode, 7, "Vectors Work Canvas mode is active ! \rQuit Vector Design Mode or Cancel ",
+      {&Globals::VectorMode,
+       7,
+       "Vectors Work Canvas mode is active ! \rQuit Vector Design Mode or Cancel ",
        {"Quit Vectors", "Cancel", "No Saves"}},
       {&Globals::TouchScriptMode, 1, "", {}},
-      {&Globals::TouchScriptMode, 0, "Touch panel script creation mode is active ! \rQuit script creation or Cancel ",
+      {&Globals::TouchScriptMode,
+       0,
+       "Touch panel script creation mode is active ! \rQuit script creation or Cancel ",
        {"Quit Script", "Cancel"}},
       {&Globals::FontScriptMode, 2, "", {}},
       {&Globals::FontScriptMode, 1, kFontScript, {"Quit Script", "Cancel", "No Saves"}},
       {&Globals::SegmentedFontMode, 4, "", {}},
       {&Globals::EditableFontMode, 5, "", {}},
-      {&Globals::EditableFontMode, 2, "Editable Font creation mode is active ! \rQuit script creation or Cancel ",
+      {&Globals::EditableFontMode,
+       2,
+       "Editable Font creation mode is active ! \rQuit script creation or Cancel ",
        {"Quit Font", "Cancel", "No Saves"}},
       // Modes outside the table never stop a caller.
       {&Globals::BatchEditMode, 0, "", {}},
@@ -104,15 +110,15 @@ TEST(SpecialModes, SegmentedFontCannotBeLeftSoTheRefusalRepeats) {
   EXPECT_TRUE(p.app.exploForm.CheckMode(0));
   EXPECT_TRUE(p.app.globals.SegmentedFontMode);
   EXPECT_EQ(ShownMessages(p.ui), (Lines{"Warning: " + kSegmented, "Information: No special mode active",
-                               "Warning: " + kSegmented, "Information: No special mode active"}));
+                                        "Warning: " + kSegmented, "Information: No special mode active"}));
 }
 
 TEST(SpecialModes, QuitModeButtonLeavesOneModeAtATimeInItsOrder) {
   TestProgram p;
   Globals& g = p.app.globals;
-  bool Globals::*const order[] = {&Globals::BatchEditMode,    &Globals::FontScriptMode, &Globals::FieldsScriptMode,
-                                  &Globals::TouchScriptMode,  &Globals::EditableFontMode, &Globals::HeaderEditMode,
-                                  &Globals::AnimationMode,    &Globals::VectorMode};
+  bool Globals::*const order[] = {&Globals::BatchEditMode,   &Globals::FontScriptMode,   &Globals::FieldsScriptMode,
+                                  &Globals::TouchScriptMode, &Globals::EditableFontMode, &Globals::HeaderEditMode,
+                                  &Globals::AnimationMode,   &Globals::VectorMode};
   for (auto flag : order) g.*flag = true;
   // Editable font asks to save, animation asks to leave, vectors ask to save.
   p.ui.answers = {"No", "Yes", "No"};
@@ -212,7 +218,7 @@ TEST_F(BatchEditor, LeavingAnExistingBatchAsksToOverwriteAndNoStays) {
   ::close(fd);
   EXPECT_TRUE(g.BatchEditMode);
   EXPECT_EQ(ShownMessages(p_.ui), (Lines{"Confirm: Overwrite Processing batch to file ?\r" + path,
-                                "Error: Access to this file denied ! Check for read only status"}));
+                                         "Error: Access to this file denied ! Check for read only status"}));
 
   p_.ui.answers = {"Yes"};
   EXPECT_TRUE(p_.app.mainForm.QuitPostClick());

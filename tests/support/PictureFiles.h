@@ -49,8 +49,7 @@ inline Bytes ReadBytes(const std::string& path) {
 inline int OnWhite(int c, int a) { return (c * a + 255 * (255 - a) + 127) / 255; }
 
 // Every pixel within `tolerance` of `expect` in each channel; reports the first few that are not.
-inline void ExpectPixels(const rm::Bitmap& picture, int width, int height, const ColourFn& expect,
-                         int tolerance = 0) {
+inline void ExpectPixels(const rm::Bitmap& picture, int width, int height, const ColourFn& expect, int tolerance = 0) {
   ASSERT_EQ(picture.Width(), width);
   ASSERT_EQ(picture.Height(), height);
   int wrong = 0;

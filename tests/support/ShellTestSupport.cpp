@@ -48,8 +48,6 @@ void HomeTest::TearDown() {
   std::filesystem::remove_all(home_);
 }
 
-std::string HomeTest::Inits() const {
-  return home_ + "/Documents/Rastermill inits " + rm::ProgramVersionTag() + "/";
-}
+std::string HomeTest::Inits() const { return home_ + "/Documents/Rastermill inits " + rm::ProgramVersionTag() + "/"; }
 
 }  // namespace rmtest
