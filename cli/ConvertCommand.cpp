@@ -46,8 +46,9 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& options) {
   auto* first =
       c.add_flag("--msb-first", o.msbFirst, "First pixel in the most significant bit; colour pixels high byte first");
   auto* last = c.add_flag("--msb-last", o.msbLast,
-                          "First pixel in the least significant bit (monochrome, gray, 8 and 16 colours); for "
-                          "65536 colours and up it is no byte order: --set rgb2=1 puts the low byte first");
+                          "First pixel in the least significant bit (monochrome, gray, 8 and 16 colours); from "
+                          "4096 colours up, each byte of --msb-first with its bits reversed (no byte order: "
+                          "--set rgb2=1 puts the low byte first)");
   first->excludes(last);
   c.add_option("--width", o.width, "Data width in bits")->check(CLI::IsMember({8, 16, 32}));
   c.add_option("--per-line", o.perLine,
