@@ -42,7 +42,7 @@ void Check(const FileCase& c) {
   p.Setup(c.mode, c.picture, true);
   if (c.setup) c.setup(p);
   ASSERT_TRUE(p.Convert()) << c.file;
-  const std::string diff = rmtest::CompareGolden(std::string("file/") + c.file, p.Text());
+  const std::string diff = rmtest::CompareGolden(std::string("file/") + c.file + ".txt", p.Text());
   EXPECT_TRUE(diff.empty()) << diff;
 }
 
@@ -140,7 +140,7 @@ TEST(GoldenFile, ColourLookUpTables) {
     p.app.mainForm.IntelHexOutputClick();  // the table is text whatever the output kind
     if (c.setup) c.setup(p);
     ASSERT_TRUE(p.app.mainForm.ExportColorPaletteAsArray3Click()) << c.file;
-    const std::string diff = rmtest::CompareGolden(std::string("file/") + c.file, p.Text());
+    const std::string diff = rmtest::CompareGolden(std::string("file/") + c.file + ".txt", p.Text());
     EXPECT_TRUE(diff.empty()) << diff;
   }
 

@@ -113,7 +113,7 @@ TEST_F(Projects, DefaultTemplateOnDiskGivesTheSameFileAsTheBuiltInOne) {
   p.app.session.HeaderIncludeFile = Inits() + "default.txt";
   ASSERT_TRUE(p.Convert());
   EXPECT_TRUE(p.ui.messages.empty());
-  const std::string diff = rmtest::CompareGolden("file/default.h", p.Text());
+  const std::string diff = rmtest::CompareGolden("file/default.h.txt", p.Text());
   EXPECT_TRUE(diff.empty()) << diff;
 }
 
