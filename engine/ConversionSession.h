@@ -63,9 +63,10 @@ struct DataSyntax {
   bool ConvertUint8 = true;
 };
 
-// The one record of conversion settings and working fields. The engine's routines take no
-// arguments and work on the session they were built with.
-struct ConversionSession {
+// What a user chooses: the project file's settings (the settings table's rows fill these) and the
+// other choices of the panels and the command line, with the state the mode in force derives from
+// them (the mode's flags and colour tables). Nothing here belongs to one run.
+struct ConversionSettings {
   // Mode group.
   int ModeNumber = 1;
   long double PixelsPerByte = 8;
@@ -134,6 +135,35 @@ struct ConversionSession {
   bool InvertGrayPalette = false;       // reverses the gray ramps of the modes 24 to 31
   bool RevertPaletteOnLoading = false;  // reverses PaletteTable after its sort
 
+  // Output assembly: the header template and the texts around the table.
+  std::string HeaderIncludeFile;       // empty: the default template, held in memory
+  bool GraphicSizeInData = false;      // width and height as the table's first data
+  bool GraphicPositionInData = false;  // X and Y likewise
+  bool SizeDescriptors = true;         // the WidthPages/HeightPixels lines after the table
+  std::string DescriptorsEol = ";";
+  bool PostProcessing = false;
+  std::string Underscore = "_";
+  bool AutoChangeFraming = false;  // an animation frame exports only what changed
+
+  // Output files. The output name comes from the last picture's name (TableName, the name in
+  // the source, follows from it); the parameter file lies beside the output.
+  // The Output files folder. Empty until a project or a front end chooses one; without it the
+  // Convert command leaves its results in the editors and writes no file.
+  std::string OutputFolder;
+  std::string OutputFileName = "NewBitmap.h";    // the table's file, extension by output kind
+  std::string LastBitmapName = "NewBitmap.bmp";  // the picture the output name is made from
+  // Source language of the text output; when several are on, the first in this order wins.
+  bool AsmFile = false;
+  bool LibraryFile = false;
+  bool BasicFile = false;
+  bool CFile = false;
+  std::string LibraryExtension = "lib";  // without its point
+};
+
+// One run's working state: the picture it converts and its limits, the area, the names of this
+// table, the encoder's and packers' counters. A run built from settings alone starts from these
+// defaults, so it never inherits what the last run left behind.
+struct ConversionRun {
   // Pixel source and its limits.
   const Bitmap* Source = nullptr;
   int CanvasWidth = 0;
@@ -170,8 +200,7 @@ struct ConversionSession {
   int Packed4096Phase = 0;
   int Packed4096First = 0;
 
-  // Output assembly: the header template, the names and the texts around the table.
-  std::string HeaderIncludeFile;        // empty: the default template, held in memory
+  // This table's names and texts.
   std::string TableName = "NewBitmap";  // the output name the tags and descriptors use
   std::string SourceFileName = "Newfile.bmp";
   std::string InfoFilePath;      // named by the closing comment
@@ -179,13 +208,6 @@ struct ConversionSession {
   // Where the front end will write the parameter file, when not beside the output in the output
   // folder (the command line's -o FILE): the closing comment names it.
   std::string InfoFileTarget;
-  bool GraphicSizeInData = false;      // width and height as the table's first data
-  bool GraphicPositionInData = false;  // X and Y likewise
-  bool SizeDescriptors = true;         // the WidthPages/HeightPixels lines after the table
-  std::string DescriptorsEol = ";";
-  bool PostProcessing = false;
-  std::string Underscore = "_";
-  bool AutoChangeFraming = false;         // an animation frame exports only what changed
   const Bitmap* PreviousFrame = nullptr;  // the frame before, while an animation is encoded
   int AnimationFrame = 0;                 // 1-based frame of an animation run, 0 outside one
   int AnimationFrames = 0;
@@ -195,21 +217,17 @@ struct ConversionSession {
   std::string WorkEolString = ",";
   int WorkDataPerLine = 16;
 
-  // Output files. The output name comes from the last picture's name (TableName, the name in
-  // the source, follows from it); the parameter file lies beside the output.
-  // The Output files folder. Empty until a project or a front end chooses one; without it the
-  // Convert command leaves its results in the editors and writes no file.
-  std::string OutputFolder;
-  std::string OutputFileName = "NewBitmap.h";    // the table's file, extension by output kind
-  std::string LastBitmapName = "NewBitmap.bmp";  // the picture the output name is made from
-  // Source language of the text output; when several are on, the first in this order wins.
-  bool AsmFile = false;
-  bool LibraryFile = false;
-  bool BasicFile = false;
-  bool CFile = false;
-  std::string LibraryExtension = "lib";  // without its point
   // On when the header template asks for coordinates measured from the origin corner.
   bool TrueOrigin = false;
+};
+
+// The record the engine's routines work on (they take no arguments): the settings and one run.
+// A batch or a test starts a run from settings with `ConversionSession run(settings)`.
+struct ConversionSession : ConversionSettings, ConversionRun {
+  ConversionSession() = default;
+  explicit ConversionSession(const ConversionSettings& settings) : ConversionSettings(settings) {}
+  ConversionSettings& Settings() { return *this; }
+  const ConversionSettings& Settings() const { return *this; }
 };
 
 }  // namespace rm

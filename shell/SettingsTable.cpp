@@ -605,8 +605,8 @@ struct MemberOf<T C::*> {
 
 template <typename C, typename A>
 auto& Owner(A& a) {
-  if constexpr (std::is_same_v<C, ConversionSession>)
-    return a.session;
+  if constexpr (std::is_same_v<C, ConversionSettings>)
+    return a.session.Settings();
   else if constexpr (std::is_same_v<C, DataSyntax>)
     return a.session.Syntax;
   else if constexpr (std::is_same_v<C, Globals>)

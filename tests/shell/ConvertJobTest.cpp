@@ -90,4 +90,27 @@ TEST(ConvertJob, RefusalsAreOutcomes) {
   EXPECT_NE(upper.DataLines(), lower.DataLines());
 }
 
+// A batch starts each run from the settings alone: the choices made for the last table stay, what
+// that run left behind (its area, the canvas it read) does not.
+TEST(ConvertJob, ARunFromSettingsKeepsTheChoicesAndNotTheLastRun) {
+  const auto pattern = rmtest::PatternPicture(16, 16, {rm::kWhite, rm::kBlack});
+  TestProgram fresh;
+  ASSERT_TRUE(ConvertCanvas(fresh, 16, 16, [](ConvertRequest& r) { r.direction = "td", r.perLine = 5; }).Done());
+  TestProgram p;
+  p.ui.answers = {"Yes"};
+  ASSERT_TRUE(ConvertCanvas(p, 16, 16, [](ConvertRequest& r) {
+                r.direction = "td", r.perLine = 5, r.area = "0,8,8,8";
+              }).Done());
+  ASSERT_NE(p.TableText(), fresh.TableText());
+  p.app.session = rm::ConversionSession(p.app.session.Settings());
+  p.app.globals.ExportEntry = 0;
+  p.app.pixelForm.SetCanvas(pattern);
+  ConvertRequest again;
+  again.currentCanvas = true;
+  again.target = rm::ConvertTarget::Editors;
+  p.app.globals.EditorUnsaved = false;
+  ASSERT_TRUE(rm::Convert(p.app, again).Done());
+  EXPECT_EQ(p.TableText(), fresh.TableText());
+}
+
 }  // namespace
