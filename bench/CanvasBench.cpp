@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/BenchSupport.h"
+#include "canvas/DrawingTools.h"
 #include "shell/Application.h"
 
 namespace {
@@ -83,6 +84,22 @@ void CanvasRedraw(benchmark::State& state, int zoom, bool layers) {
 
 }  // namespace
 
+// A flood fill of the whole 1024 x 768 canvas of one colour, and of the black of drawn shapes.
+void FloodFillWholeCanvas(benchmark::State& state, bool drawn) {
+  rm::Bitmap b(kW, kH);
+  if (drawn)
+    for (int y = 0; y < kH; ++y)
+      for (int x = 0; x < kW; ++x)
+        if ((x / 37 + y / 23) % 3 == 0 && x % 37 > 2) b.SetPixel(x, y, rm::kBlack);
+  rm::Colour colour = 0x0000FF;
+  for (auto _ : state) {
+    colour ^= 0x00FF00;  // a new colour each time, so every run fills the same area again
+    benchmark::DoNotOptimize(rm::FloodFill(b, {kW - 1, kH - 1}, colour).count);
+  }
+}
+
+BENCHMARK_CAPTURE(FloodFillWholeCanvas, one_colour, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(FloodFillWholeCanvas, drawn_shapes, true)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(CanvasUndoPush, one_pixel, false, false)->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(CanvasUndoPush, every_row_random_colours, true, false)->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(CanvasUndoPush, every_row_drawn, true, true)->Unit(benchmark::kMicrosecond);
