@@ -8,6 +8,7 @@
 
 #include "canvas/CanvasHistory.h"
 #include "canvas/CanvasReduction.h"
+#include "canvas/PaintTools.h"
 #include "engine/Bitmap.h"
 #include "engine/ConversionSession.h"
 #include "engine/Reduction.h"
@@ -238,6 +239,10 @@ class TPixelForm {
   using PasteOutcome = CanvasReduction::PasteOutcome;
   PasteOutcome PasteLayerButtonClick() { return reduction_.PasteLayerButtonClick(); }
   // ---- end of the reduction ----
+
+  // The drawing tools, driven by the paint surface's mouse (PaintTools).
+  PaintTools Tools{*this, ui_};
+  void Escape() { Tools.Escape(); }
 };
 
 }  // namespace rm
