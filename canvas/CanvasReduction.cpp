@@ -7,14 +7,15 @@
 
 #include "canvas/CanvasReduction.h"
 #include "canvas/TPixelForm.h"
+#include "engine/ColourModes.h"
 #include "engine/NearestColour.h"
 
 namespace rm {
 
 namespace {
 
-bool IsGrayMode(int mode) { return mode >= 24 && mode <= 32; }
-bool IsGrayRampMode(int mode) { return mode >= 24 && mode <= 31; }
+// The gray modes: the ramps of 4 to 32 levels and the 256 gray shades.
+bool IsGrayMode(const ColourModeInfo& mode) { return mode.Has(ModeFlag::Grayscale | ModeFlag::Gray256); }
 
 bool OnlyBlackAndWhite(const Bitmap& b) {
   for (int y = 0; y < b.Height(); ++y) {
@@ -45,26 +46,12 @@ bool FindColour(const Bitmap& b, int x0, int y0, int x1, int y1, Colour& found) 
 }  // namespace
 
 std::vector<Colour> CanvasReduction::ReductionTable() const {
-  switch (session_.ModeNumber) {
-    case 24:
-    case 25:
-    case 26:
-    case 27:
-    case 28:
-    case 29:
-    case 30:
-    case 31:
-    case 54:
-    case 55: return session_.ModeColours;
-    case 32:
-    case 56:
-    case 57:
-    case 58:
-    case 59:
-    case 60:
-    case 61: return session_.PaletteTable;
-    default: return {};
+  switch (ModeRow(session_.ModeNumber).Table()) {
+    case ColourTable::ModeColours: return session_.ModeColours;
+    case ColourTable::PaletteTable: return session_.PaletteTable;
+    case ColourTable::None: break;
   }
+  return {};
 }
 
 int CanvasReduction::ReductionModeColours() const {
@@ -103,8 +90,8 @@ void CanvasReduction::CheckMonochrome() {
 }
 
 void CanvasReduction::CheckGrayOrPalette(bool showMessages) {
-  const int mode = session_.ModeNumber;
-  if (session_.Colours16M || mode == 62 || mode == 63) return;
+  const ColourModeInfo& mode = ModeRow(session_.ModeNumber);
+  if (session_.Colours16M || mode.Has(ModeFlag::Colours16M)) return;
   const std::vector<Colour> table = ReductionTable();
   const int size = static_cast<int>(table.size());
   if (size < 3) return;
@@ -127,7 +114,7 @@ void CanvasReduction::CheckGrayOrPalette(bool showMessages) {
   const int colours = CountColors(sel);
   // First stage: every colour onto the palette. A picture of many colours in the 256 colours
   // mode is diffused onto it, so that gradients do not break into bands.
-  if (mode == 56 && colours >= 256) {
+  if (mode.Has(ModeFlag::Colours256) && colours >= 256) {
     NearestColour nearest;
     nearest.Configure(session_);
     ConvertTo256Colors(sel, nearest);
@@ -164,7 +151,7 @@ bool CanvasReduction::ReduceToPalette(Bitmap& bitmap, bool reduce) {
   const std::vector<Colour> table = ReductionTable();
   if (table.size() < 3) return false;
   if (reduce) return ConvertToMyColor(bitmap, table, ReductionModeColours(), ui_);
-  if (IsGrayRampMode(session_.ModeNumber)) {
+  if (ModeRow(session_.ModeNumber).grayLevels > 0) {
     // The colour search passes colours unchanged in the gray ramp modes; a gray picture is
     // brought onto the ramp by the nearest level, the first entry winning a tie.
     std::array<Colour, 256> level{};

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "canvas/PixelGrid.h"
+#include "engine/ColourModes.h"
 
 namespace rm {
 
@@ -346,23 +347,7 @@ void TPixelForm::CopyCanvasToBitmap() {
 
 // ---- size rules and caption ------------------------------------------------------------------
 
-int PagingMultiple(int modeNumber) {
-  switch (modeNumber) {
-    case 1:
-    case 2: return 8;
-    case 24:
-    case 25:
-    case 29:
-    case 30:
-    case 31: return 4;
-    case 26:
-    case 27:
-    case 28:
-    case 54:
-    case 55: return 2;
-    default: return 1;
-  }
-}
+int PagingMultiple(int modeNumber) { return ModeRow(modeNumber).pagingMultiple; }
 
 PagingPanel PagingPanelText(int multiple, bool horizontal) {
   PagingPanel p;
@@ -377,43 +362,9 @@ PagingPanel PagingPanelText(int multiple, bool horizontal) {
   return p;
 }
 
-namespace {
+std::string_view DepthTag(int modeNumber) { return ModeRow(modeNumber).depthTag; }
 
-struct Tags {
-  int mode;
-  std::string_view depth, colours;
-};
-constexpr Tags kTags[] = {
-    {1, "[ Monochrome 1bpp ]", "[ Black & White ]"},   {2, "[ Monochrome 1bpp ]", "[ Black & White ]"},
-    {24, "[ Grayscale 2bpp ]", "[ 4 Gray ]"},          {25, "[ Grayscale 2bpp 2P ]", "[ 4 Gray ]"},
-    {26, "[ Grayscale 4bpp]", "[ 16 Gray ]"},          {27, "[ Grayscale 4bpp]", "[ 16 Gray ]"},
-    {28, "[ Grayscale 4bpp]", "[ 16 Gray ]"},          {29, "[ Grayscale 5bpp ]", "[ 32 Gray ]"},
-    {30, "[ Grayscale 5bpp ]", "[ 32 Gray ]"},         {31, "[ Grayscale 5bpp ]", "[ 32 Gray ]"},
-    {32, "[ Grayscale 8bpp ]", "[ 256 Gray Shades ]"}, {54, "[ Color 3bpp ]", "[ 8 Colors ]"},
-    {55, "[ Color 4bpp ]", "[ 16 Colors ]"},           {56, "[ Color 8bpp ]", "[ 256 Colors ]"},
-    {57, "[ Color 12bpp ]", "[ 4096 Colors ]"},        {58, "[ Color 12bpp ]", "[ 4096 Colors ]"},
-    {59, "[ Color 16bpp ]", "[ 65536 Colors ]"},       {60, "[ Color 18bpp ]", "[ 262144 Colors ]"},
-    {61, "[ Color 18bpp ]", "[ 262144 Colors ]"},      {62, "[ Color 24bpp ]", "[ 16 Million Colors ]"},
-    {63, "[ Color 32bpp ]", "[ 16 Million Colors ]"},
-};
-
-const Tags* FindTags(int mode) {
-  for (const Tags& t : kTags)
-    if (t.mode == mode) return &t;
-  return nullptr;
-}
-
-}  // namespace
-
-std::string_view DepthTag(int modeNumber) {
-  const Tags* t = FindTags(modeNumber);
-  return t ? t->depth : std::string_view();
-}
-
-std::string_view ColoursTag(int modeNumber) {
-  const Tags* t = FindTags(modeNumber);
-  return t ? t->colours : std::string_view();
-}
+std::string_view ColoursTag(int modeNumber) { return ModeRow(modeNumber).coloursTag; }
 
 std::string TPixelForm::FormCaption(const CaptionState& state) const {
   std::string c = "Work Canvas > Graphic LCD Size > W x H = " + std::to_string(MatrixWidth()) + " x " +

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/StdoutCheck.h"
+#include "engine/ColourModes.h"
 #include "engine/TextLines.h"
 #include "shell/Application.h"
 #include "shell/CommandJobs.h"
@@ -13,8 +14,11 @@ namespace rmcli {
 using namespace rm;
 
 void AddClutOptions(CLI::App& c, ClutOptions& o) {
-  c.add_option("--mode", o.mode, "Colour mode whose palette is written")
-      ->check(CLI::IsMember({"gray256", "c256", "c4096", "c4096u", "c65k", "c262k", "c262ku"}));
+  // The modes with a colour look-up table.
+  std::vector<std::string> modes;
+  for (const auto& m : kColourModes)
+    if (m.Table() == ColourTable::PaletteTable) modes.emplace_back(m.cliName);
+  c.add_option("--mode", o.mode, "Colour mode whose palette is written")->check(CLI::IsMember(modes));
   c.add_option("-o,--output", o.output, "Write the table to this file; '-' or no option prints it");
   c.add_option("--template", o.templateFile, "Header Include template to fill instead of the default one");
   c.add_option("--project", o.project, "Read the settings of this project file instead of the active project")

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "engine/ColourModes.h"
 #include "engine/Palette.h"
 
 namespace rm {
@@ -26,7 +27,7 @@ void DataEncoder::ComputeTotalBytesPlus() {
     v = s_.Not6bit ? (w * h) / 8 + 1 : (w / 6 + 1) * h + 1;
   } else {
     v = static_cast<long long>(std::trunc(static_cast<long double>(w * h) / s_.PixelsPerByte)) + 1;
-    if (s_.ModeNumber == 29)
+    if (ModeRow(s_.ModeNumber).Has(ModeFlag::ThreeInTwo))
       v = static_cast<long long>(std::ceil(static_cast<float>((w * h / 3) * 2)));
     else
       v = BytesOfPixels(v);
@@ -48,7 +49,7 @@ void DataEncoder::ComputeTotalBytes() {
     long double ppb = s_.PixelsPerByte;
     if (s_.Gray4TwoPages && s_.Direction == PagingDirection::Down) ppb = 8;
     v = static_cast<long long>(std::trunc(static_cast<long double>(w * h) / ppb));
-    if (s_.ModeNumber == 29)
+    if (ModeRow(s_.ModeNumber).Has(ModeFlag::ThreeInTwo))
       v = static_cast<long long>(std::ceil(static_cast<long double>(w * h / 3))) * 2;
     else
       v = BytesOfPixels(v);
@@ -206,7 +207,7 @@ ConvertResult DataEncoder::ConvertWorkCanvas() {
 bool DataEncoder::EncodeCanvasTable() {
   formatter_.Reset();
   const std::string endString = s_.Syntax.Groups ? s_.Syntax.ArraySuffix : s_.Syntax.EndOfData;
-  if (s_.Gray16Slices && !(s_.ModeNumber >= 26 && s_.ModeNumber <= 28)) {
+  if (s_.Gray16Slices && !ModeRow(s_.ModeNumber).Has(ModeFlag::Gray16)) {
     ui_.MessageDlg(" The ST7528 special Mode is only working in 4bpp Grayscale mode ! ", "Error", DlgType::Error,
                    {"OK"});
     return false;

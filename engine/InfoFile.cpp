@@ -1,5 +1,6 @@
 #include "engine/InfoFile.h"
 
+#include "engine/ColourModes.h"
 #include "engine/OutputNaming.h"
 #include "engine/ProgramVersion.h"
 
@@ -19,32 +20,8 @@ const char* DirectionInfoText(PagingDirection d) {
   return "";
 }
 
-const char* ModeInfoText(int modeNumber) {
-  switch (modeNumber) {
-    case 1:
-    case 2: return "Monochrome mode";
-    case 24: return "Grayscale 2bpp mode";
-    case 25: return "Grayscale 2bpp 2 Pages mode";
-    case 26:
-    case 27:
-    case 28: return "Grayscale 4bpp mode";
-    case 29: return "Grayscale 5bpp Packed mode";
-    case 30: return "Grayscale 5bpp unpacked mode Al. Right";
-    case 31: return "Grayscale 5bpp unpacked mode Al. Left";
-    case 32:
-    case 56: return "256 Colors 8bpp mode";
-    case 54: return "8 Colors 3bpp mode";
-    case 55: return "16 Colors 4bpp mode";
-    case 57: return "4096 Colors 12bpp P mode";
-    case 58: return "4096 Colors 12bpp U mode";
-    case 59: return "65k Colors 16bpp mode";
-    case 60:
-    case 61: return "262k Colors 18bpp";
-    case 62: return "16M Colors 24bpp P mode";
-    case 63: return "16M Colors 32bpp U mode";
-    default: return "";
-  }
-}
+// The row's texts are literals, so their data ends with a NUL.
+const char* ModeInfoText(int modeNumber) { return ModeRow(modeNumber).infoText.data(); }
 
 namespace {
 

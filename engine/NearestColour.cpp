@@ -6,6 +6,7 @@
 #include <limits>
 #include <string>
 
+#include "engine/ColourModes.h"
 #include "engine/Reduction.h"
 
 namespace rm {
@@ -86,18 +87,16 @@ void NearestColour::Cache::Grow() {
 }
 
 void NearestColour::Configure(const ConversionSession& session) {
-  switch (session.ModeNumber) {
-    case 54:
-    case 55: SetPalette(session.ModeColours); break;
-    case 32:
-    case 56:
-    case 57:
-    case 58:
-    case 59:
-    case 60:
-    case 61: SetPalette(session.PaletteTable); break;
-    default: SetPalette({}); break;
-  }
+  const ColourModeInfo& mode = ModeRow(session.ModeNumber);
+  // A gray ramp is reached by gray level (CanvasReduction), not by colour: the search leaves
+  // colours as they are there.
+  const ColourTable table = mode.grayLevels > 0 ? ColourTable::None : mode.Table();
+  if (table == ColourTable::ModeColours)
+    SetPalette(session.ModeColours);
+  else if (table == ColourTable::PaletteTable)
+    SetPalette(session.PaletteTable);
+  else
+    SetPalette({});
 }
 
 void NearestColour::SetPalette(std::vector<Colour> palette, bool latticeTables) {

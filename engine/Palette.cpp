@@ -9,6 +9,7 @@
 #include <functional>
 #include <sstream>
 
+#include "engine/ColourModes.h"
 #include "engine/TextLines.h"
 
 namespace rm {
@@ -150,22 +151,17 @@ std::vector<Colour> GrayRamp(int levels) {
 }
 
 void BuildModeColours(ConversionSession& session) {
-  int grayLevels = 0;
-  switch (session.ModeNumber) {
-    case 24:
-    case 25: grayLevels = 4; break;
-    case 26:
-    case 27:
-    case 28: grayLevels = 16; break;
-    case 29:
-    case 30:
-    case 31: grayLevels = 32; break;
-    case 54: session.ModeColours.assign(std::begin(kBuiltInColours8), std::end(kBuiltInColours8)); return;
-    case 55: session.ModeColours.assign(std::begin(kBuiltInColours16), std::end(kBuiltInColours16)); return;
-    default: session.ModeColours.clear(); return;
+  const ColourModeInfo& mode = ModeRow(session.ModeNumber);
+  if (mode.palette == PaletteKind::Colours8) {
+    session.ModeColours.assign(std::begin(kBuiltInColours8), std::end(kBuiltInColours8));
+  } else if (mode.palette == PaletteKind::Colours16) {
+    session.ModeColours.assign(std::begin(kBuiltInColours16), std::end(kBuiltInColours16));
+  } else if (mode.grayLevels > 0) {
+    session.ModeColours = GrayRamp(mode.grayLevels);
+    if (session.InvertGrayPalette) std::reverse(session.ModeColours.begin(), session.ModeColours.end());
+  } else {
+    session.ModeColours.clear();
   }
-  session.ModeColours = GrayRamp(grayLevels);
-  if (session.InvertGrayPalette) std::reverse(session.ModeColours.begin(), session.ModeColours.end());
 }
 
 std::optional<Colour> ParsePaletteColour(std::string_view text) {
@@ -250,7 +246,7 @@ void SortPalettes(ConversionSession& session) {
 }
 
 PaletteLoadResult Load8bitPalette(ConversionSession& session, const PaletteFolders& folders, UiPort& ui) {
-  return LoadPaletteTable(session, 256, 8, session.ModeNumber == 32, folders, ui);
+  return LoadPaletteTable(session, 256, 8, ModeRow(session.ModeNumber).palette == PaletteKind::Gray256, folders, ui);
 }
 PaletteLoadResult Load12bitPalette(ConversionSession& session, const PaletteFolders& folders, UiPort& ui) {
   return LoadPaletteTable(session, 4096, 12, false, folders, ui);
@@ -270,23 +266,20 @@ PaletteLoadResult Load16ColorsPalette(ConversionSession& session, const PaletteF
 
 PaletteLoadResult SelectionPalette(ConversionSession& session, const PaletteFolders& folders, UiPort& ui) {
   BuildModeColours(session);
-  switch (session.ModeNumber) {
-    case 54: return Load8ColorsPalette(session, folders, ui);
-    case 55: return Load16ColorsPalette(session, folders, ui);
-    case 32:
-    case 56: return Load8bitPalette(session, folders, ui);
-    case 57:
-    case 58: return Load12bitPalette(session, folders, ui);
-    case 59: return Load16bitPalette(session, folders, ui);
-    case 60:
-    case 61: return Load18bitPalette(session, folders, ui);
-    default: {
-      PaletteLoadResult result;
-      if (!session.ModeColours.empty()) result.Origin = PaletteOrigin::BuiltIn;
-      result.CurrentLabel = kLabelCurrentDefault;
-      return result;
-    }
+  switch (ModeRow(session.ModeNumber).palette) {
+    case PaletteKind::Colours8: return Load8ColorsPalette(session, folders, ui);
+    case PaletteKind::Colours16: return Load16ColorsPalette(session, folders, ui);
+    case PaletteKind::Gray256:
+    case PaletteKind::Lut8: return Load8bitPalette(session, folders, ui);
+    case PaletteKind::Lut12: return Load12bitPalette(session, folders, ui);
+    case PaletteKind::Lut16: return Load16bitPalette(session, folders, ui);
+    case PaletteKind::Lut18: return Load18bitPalette(session, folders, ui);
+    case PaletteKind::None: break;
   }
+  PaletteLoadResult result;
+  if (!session.ModeColours.empty()) result.Origin = PaletteOrigin::BuiltIn;
+  result.CurrentLabel = kLabelCurrentDefault;
+  return result;
 }
 
 int PaletteIndexOf(const std::vector<Colour>& sortedTable, Colour c) {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "engine/BitRearrange.h"
+#include "engine/ColourModes.h"
 
 namespace rm {
 
@@ -58,12 +59,9 @@ bool PixelPacker::ReadValue(PixelStep step, int& value) {
 }
 
 bool PixelPacker::ValueOf(Colour c, int& value) {
-  if (c == kOutside) {
-    const int m = s_.ModeNumber;
-    if ((m >= 26 && m <= 28) || m == 54 || m == 55) {
-      value = 0;
-      return true;
-    }
+  if (c == kOutside && ModeRow(s_.ModeNumber).Has(ModeFlag::OutsideIsZero)) {
+    value = 0;
+    return true;
   }
   int v;
   if (s_.Colours16M)

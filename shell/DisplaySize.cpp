@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "engine/ColourModes.h"
 #include "shell/Application.h"
 
 namespace rm {
@@ -92,7 +93,7 @@ void DisplaySize::LCDMatrix() {
 void DisplaySize::negativeOFf() {
   ConversionSession& s = app_.session;
   s.NegativeOutput = false;
-  if (s.ModeNumber == 2) s.ModeNumber = 1;
+  if (ModeRow(s.ModeNumber).Has(ModeFlag::Negative)) s.ModeNumber = MonochromeMode(false);
 }
 
 // The canvas takes the display size. The picture is kept where it fits, not scaled or cleared:

@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "engine/ColourModes.h"
 #include "shell/Application.h"
 #include "shell/SettingsTableKeys.h"
 
@@ -682,7 +683,7 @@ void SetSetting(Application& app, const SettingDef& def, const std::string& valu
   } else if (def.monoInverts) {
     // In monochrome the inverted output is the inverted mode, as the menu's toggle makes it.
     app.session.NegativeOutput = ToBool(v) && app.session.Monochrome;
-    if (app.session.Monochrome) app.session.ModeNumber = app.session.NegativeOutput ? 2 : 1;
+    if (app.session.Monochrome) app.session.ModeNumber = MonochromeMode(app.session.NegativeOutput);
   } else if (def.Bound()) {
     SetFieldValue(app, def.field, def.index, v);
     SetFieldValue(app, def.mirror, def.index, v);

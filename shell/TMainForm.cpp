@@ -7,6 +7,7 @@
 #include <optional>
 #include <sstream>
 
+#include "engine/ColourModes.h"
 #include "engine/InfoFile.h"
 #include "engine/NearestColour.h"
 #include "engine/OutputNaming.h"
@@ -58,56 +59,45 @@ bool TMainForm::ResetAndCheckColorMode() {
   return false;
 }
 
-void TMainForm::ResetMenus() {
-  ConversionSession& s = app_.session;
-  s.Monochrome = s.Grayscale = s.Gray4 = s.Gray4TwoPages = s.Gray16 = s.Gray16Horizontal = s.Gray16Slices = false;
-  s.Gray32 = s.Gray32Left = s.Colours256 = s.Colours256NoPalette = s.Gray256 = s.Colours8 = s.Colours16 = false;
-  s.Colours4096 = s.Colours65536 = s.Colours262kPacked = s.Colours262kUnpacked = s.Colours16M = false;
-  s.Packed = true;
-}
-
 namespace {
 
-void SetModeBooleans(ConversionSession& s, int m) {
-  switch (m) {
-    case 1:
-    case 2: s.Monochrome = true; break;
-    case 24: s.Grayscale = s.Gray4 = true; break;
-    case 25: s.Grayscale = s.Gray4TwoPages = true; break;
-    case 26: s.Grayscale = s.Gray16 = true; break;
-    case 27: s.Grayscale = s.Gray16 = s.Gray16Horizontal = true; break;
-    case 28: s.Grayscale = s.Gray16 = s.Gray16Slices = true; break;
-    case 29: s.Grayscale = s.Gray32 = true; break;
-    case 30:
-      s.Grayscale = s.Gray32 = true;
-      s.Packed = false;
-      break;
-    case 31:
-      s.Grayscale = s.Gray32 = s.Gray32Left = true;
-      s.Packed = false;
-      break;
-    case 32: s.Gray256 = true; break;
-    case 54: s.Colours8 = true; break;
-    case 55: s.Colours16 = true; break;
-    case 56: s.Colours256 = s.Colours256NoPalette = true; break;
-    case 57: s.Colours4096 = true; break;
-    case 58:
-      s.Colours4096 = true;
-      s.Packed = false;
-      break;
-    case 59: s.Colours65536 = true; break;
-    case 60: s.Colours262kPacked = true; break;
-    case 61: s.Colours262kUnpacked = true; break;
-    case 62: s.Colours16M = true; break;
-    case 63:
-      s.Colours16M = true;
-      s.Packed = false;
-      break;
-    default: break;
-  }
+// The session's mode switches by the bit that turns them on.
+constexpr std::pair<ModeFlags, bool ConversionSession::*> kModeSwitches[] = {
+    {ModeFlag::Monochrome, &ConversionSession::Monochrome},
+    {ModeFlag::Grayscale, &ConversionSession::Grayscale},
+    {ModeFlag::Gray4, &ConversionSession::Gray4},
+    {ModeFlag::Gray4TwoPages, &ConversionSession::Gray4TwoPages},
+    {ModeFlag::Gray16, &ConversionSession::Gray16},
+    {ModeFlag::Gray16Horizontal, &ConversionSession::Gray16Horizontal},
+    {ModeFlag::Gray16Slices, &ConversionSession::Gray16Slices},
+    {ModeFlag::Gray32, &ConversionSession::Gray32},
+    {ModeFlag::Gray32Left, &ConversionSession::Gray32Left},
+    {ModeFlag::Gray256, &ConversionSession::Gray256},
+    {ModeFlag::Colours8, &ConversionSession::Colours8},
+    {ModeFlag::Colours16, &ConversionSession::Colours16},
+    {ModeFlag::Colours256, &ConversionSession::Colours256},
+    {ModeFlag::Colours256NoPalette, &ConversionSession::Colours256NoPalette},
+    {ModeFlag::Colours4096, &ConversionSession::Colours4096},
+    {ModeFlag::Colours65536, &ConversionSession::Colours65536},
+    {ModeFlag::Colours262kPacked, &ConversionSession::Colours262kPacked},
+    {ModeFlag::Colours262kUnpacked, &ConversionSession::Colours262kUnpacked},
+    {ModeFlag::Colours16M, &ConversionSession::Colours16M},
+};
+
+// Turns on the switches of the mode; ResetMenus has turned every one off before.
+void SetModeBooleans(ConversionSession& s, const ColourModeInfo& mode) {
+  for (const auto& [flag, field] : kModeSwitches)
+    if (mode.Has(flag)) s.*field = true;
+  if (mode.Has(ModeFlag::Unpacked)) s.Packed = false;
 }
 
 }  // namespace
+
+void TMainForm::ResetMenus() {
+  ConversionSession& s = app_.session;
+  for (const auto& [flag, field] : kModeSwitches) s.*field = false;
+  s.Packed = true;
+}
 
 bool TMainForm::SetColourMode(int modeNumber, bool forcedReload) {
   const ColourModeInfo* info = FindColourMode(modeNumber);
@@ -116,8 +106,8 @@ bool TMainForm::SetColourMode(int modeNumber, bool forcedReload) {
   TPixelForm& canvas = app_.pixelForm;
   if (s.ModeNumber == modeNumber && !forcedReload) return false;
 
-  const bool mono = modeNumber == 1 || modeNumber == 2;
-  const bool trueColour = modeNumber == 62 || modeNumber == 63;
+  const bool mono = info->Has(ModeFlag::Monochrome);
+  const bool trueColour = info->Has(ModeFlag::Colours16M);
   // The artwork a mode change clears stays one Undo away: it is kept here and becomes the entry
   // below the cleared canvas when the history starts anew for the new mode.
   std::optional<Bitmap> cleared;
@@ -146,10 +136,10 @@ bool TMainForm::SetColourMode(int modeNumber, bool forcedReload) {
   s.ByteClass = info->byteClass;
   if (info->colours >= 0) s.NumberOfColors = info->colours;
   if (info->paletteSize >= 0) s.PaletteSize = info->paletteSize;
-  SetModeBooleans(s, modeNumber);
+  SetModeBooleans(s, *info);
   // A mode chosen by name sets every switch it implies: monochrome is positive, its inverted twin
   // negative, whatever an earlier project or run left.
-  if (mono) s.NegativeOutput = modeNumber == 2;
+  if (mono) s.NegativeOutput = info->Has(ModeFlag::Negative);
   if (!mono) {
     s.NegativeOutput = false;
     s.Not6bit = true;
@@ -188,14 +178,16 @@ void TMainForm::ToggleNegativeOutput() {
     return;
   }
   s.NegativeOutput = !s.NegativeOutput;
-  s.ModeNumber = s.NegativeOutput ? 2 : 1;
+  s.ModeNumber = MonochromeMode(s.NegativeOutput);
   StatusBarAndLog(s.NegativeOutput ? "Negative output mode" : "Positive output mode ");
 }
 
 void TMainForm::ToggleST7528Mode() {
   ConversionSession& s = app_.session;
   s.Gray16Slices = !s.Gray16Slices;
-  if (s.ModeNumber == 26 || s.ModeNumber == 28) s.ModeNumber = s.Gray16Slices ? 28 : 26;
+  // The 16 gray levels mode and its slices of 8 pixels are one mode with the switch on or off.
+  if (const ColourModeInfo* twin = ModeWithFlag(ModeRow(s.ModeNumber), ModeFlag::Gray16Slices, s.Gray16Slices))
+    s.ModeNumber = twin->modeNumber;
   StatusBarAndLog(s.Gray16Slices ? "ST7528 mode ON" : "ST7528 mode OFF");
 }
 
@@ -217,7 +209,7 @@ void TMainForm::Toggle6BitMode() {
 void TMainForm::InvertGrayscalePalette() {
   ConversionSession& s = app_.session;
   s.InvertGrayPalette = !s.InvertGrayPalette;
-  if (s.ModeNumber >= 24 && s.ModeNumber <= 31) BuildModeColours(s);
+  if (ModeRow(s.ModeNumber).grayLevels > 0) BuildModeColours(s);
 }
 
 // ---- Paging Scheme --------------------------------------------------------------------------
@@ -390,8 +382,7 @@ bool TMainForm::InterleaveRows() {
 
 bool TMainForm::ExportColorPaletteAsArray3Click() {
   ConversionSession& s = app_.session;
-  const int m = s.ModeNumber;
-  if (!(m == 32 || (m >= 56 && m <= 61))) {
+  if (ModeRow(s.ModeNumber).Table() != ColourTable::PaletteTable) {
     // The menu item is only offered in these modes; the command line can still ask for it.
     app_.ui.MessageDlg(" A Color Look-up Table exists only in the 256 gray, 256, 4096, 65536 and 262k colors modes ! ",
                        "Information", DlgType::Information, {"OK"});
@@ -492,7 +483,7 @@ bool TMainForm::TranslateCanvas() {
     // Packed gray 32 and the slices of 16 gray levels are the exceptions: their walks take every
     // pixel whatever the size (gray 32 packs across lines, a last incomplete group included; the
     // slices round the height up to whole slices).
-    const bool walkTakesEveryPixel = s.ModeNumber == 29 || s.Gray16Slices;
+    const bool walkTakesEveryPixel = ModeRow(s.ModeNumber).Has(ModeFlag::ThreeInTwo) || s.Gray16Slices;
     if (!walkTakesEveryPixel && ((r1 != 0 && !s.Horizontal) || (r2 != 0 && s.Horizontal))) {
       s.CanvasWidth = canvas.MatrixWidth();
       s.CanvasHeight = canvas.MatrixHeight();
