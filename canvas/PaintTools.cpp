@@ -10,6 +10,7 @@ namespace rm {
 void PaintTools::SelectTool(DrawingTool tool) {
   Escape();
   Tool = tool;
+  Armed = true;
   ui_.Status(std::string(ToolInfo(tool).status));
 }
 
@@ -31,6 +32,7 @@ void PaintTools::Commit(const char* status) {
 
 void PaintTools::MouseDown(bool left, bool shift, int x, int y) {
   (void)shift;
+  if (!Armed) return;
   Bitmap& canvas = form_.WorkBitmap;
   leftButton_ = left;
   if (AutoSwapPaintingColor) {

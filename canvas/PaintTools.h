@@ -18,6 +18,8 @@ class PaintTools {
   PaintTools(TPixelForm& form, UiPort& ui) : form_(form), ui_(ui) {}
 
   DrawingTool Tool = DrawingTool::Pen;
+  // No tool is in force until one is chosen: a click on a fresh canvas changes nothing.
+  bool Armed = false;
   int PenWidth = 1;  // 1 to 10
   bool RoundPen = false;
   int CornerRadius = 3;  // 1 to 10

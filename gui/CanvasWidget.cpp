@@ -98,6 +98,11 @@ void CanvasWidget::paintEvent(QPaintEvent*) {
 void CanvasWidget::mousePressEvent(QMouseEvent* event) {
   const QPoint cell = CellAt(event->position().toPoint());
   rm::TPixelForm& c = app_.pixelForm;
+  if (!c.FloatingSelection && c.Tools.Armed) {
+    c.Tools.MouseDown(event->button() == Qt::LeftButton, event->modifiers() & Qt::ShiftModifier, cell.x(), cell.y());
+    RefreshAfterTool();
+    return;
+  }
   if (event->button() != Qt::LeftButton || !c.FloatingSelection) return;
   if (c.SelectionContains(cell.x(), cell.y())) {
     dragging_ = true;
@@ -119,6 +124,14 @@ void CanvasWidget::mousePressEvent(QMouseEvent* event) {
 void CanvasWidget::mouseMoveEvent(QMouseEvent* event) {
   const QPoint cell = CellAt(event->position().toPoint());
   rm::TPixelForm& c = app_.pixelForm;
+  if (!c.FloatingSelection && c.Tools.Dragging()) {
+    c.Tools.MouseMove(event->modifiers() & Qt::ShiftModifier, cell.x(), cell.y());
+    // The pen paints as it goes; a shape shows on release.
+    if (c.Tools.Tool == rm::DrawingTool::Pen) {
+      c.CopyBitmapToCanvas();
+      viewport()->update();
+    }
+  }
   if (dragging_) {
     const QPoint to = dragStartSelection_ + (cell - dragStartCell_);
     if (to != QPoint(c.SelectionLeft, c.SelectionTop)) {
@@ -134,11 +147,23 @@ void CanvasWidget::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void CanvasWidget::mouseReleaseEvent(QMouseEvent* event) {
+  rm::TPixelForm& c = app_.pixelForm;
+  if (!c.FloatingSelection && c.Tools.Dragging()) {
+    const QPoint cell = CellAt(event->position().toPoint());
+    c.Tools.MouseUp(event->button() == Qt::LeftButton, event->modifiers() & Qt::ShiftModifier, cell.x(), cell.y());
+    RefreshAfterTool();
+    return;
+  }
   if (event->button() == Qt::LeftButton && dragging_) {
     dragging_ = false;
     viewport()->setCursor(Qt::OpenHandCursor);
     emit modelChanged();
   }
+}
+
+void CanvasWidget::RefreshAfterTool() {
+  viewport()->update();
+  emit modelChanged();
 }
 
 void CanvasWidget::wheelEvent(QWheelEvent* event) {

@@ -44,6 +44,8 @@ class CanvasWidget : public QAbstractScrollArea {
 
  private:
   bool ModelScrolls() const;
+  // After a drawing tool's step: the view and the window follow the canvas.
+  void RefreshAfterTool();
   QPoint SurfaceOffset() const;
   void UpdateScrollBars();
 

@@ -25,6 +25,7 @@
 #include "engine/InfoFile.h"
 #include "engine/Reduction.h"
 #include "gui/CanvasWidget.h"
+#include "gui/DrawToolBar.h"
 #include "gui/MainWindow.h"
 #include "shell/Application.h"
 #include "shell/ConvertJob.h"
@@ -327,6 +328,8 @@ void MainWindow::BuildToolBars() {
     Run([&] { app_.mainForm.MatrixComboChange(text); });
   });
   main->addWidget(sizeCombo_);
+
+  addToolBar(Qt::LeftToolBarArea, new DrawToolBar(app_, this));
 
   QToolBar* bw = addToolBar("Threshold");
   bw->setObjectName("thresholdToolBar");

@@ -296,6 +296,29 @@ class MainWindowTest : public QObject {
     QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(10, 5), rm::kBlack);
   }
 
+  // A rectangle dragged with the mouse after its tool button (key R) lands on the canvas and
+  // Undo takes it away; before a tool is chosen a click draws nothing.
+  void drawRectangleAndUndo() {
+    Started s;
+    rmgui::CanvasWidget* canvas = s.window().Canvas();
+    const int z = s.app().pixelForm.Zoom;
+    QTest::mouseClick(canvas->viewport(), Qt::LeftButton, {}, QPoint(3 * z + 1, 3 * z + 1));
+    QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(3, 3), rm::kWhite);
+    auto* tool = s.window().findChild<QAction*>("toolRectangle");
+    QVERIFY(tool && tool->shortcut() == QKeySequence("R"));
+    tool->trigger();
+    QTest::mousePress(canvas->viewport(), Qt::LeftButton, {}, QPoint(2 * z + 1, 2 * z + 1));
+    MoveMouse(canvas->viewport(), QPoint(9 * z + 1, 6 * z + 1));
+    QTest::mouseRelease(canvas->viewport(), Qt::LeftButton, {}, QPoint(9 * z + 1, 6 * z + 1));
+    const rm::Bitmap& work = s.app().pixelForm.WorkBitmap;
+    QCOMPARE(work.GetPixel(2, 2), rm::kBlack);
+    QCOMPARE(work.GetPixel(9, 6), rm::kBlack);
+    QCOMPARE(work.GetPixel(5, 4), rm::kWhite);
+    QCOMPARE(canvas->ViewImage().pixel(9 * z + 1, 6 * z + 1) & 0xFFFFFFu, 0u);
+    s.window().FindAction("Undo")->trigger();
+    QCOMPARE(work.GetPixel(2, 2), rm::kWhite);
+  }
+
   // A threshold typed beside the slider is applied as the slider would apply it: a gray pixel
   // turns white under a low threshold and black under a high one.
   void typedThreshold() {
