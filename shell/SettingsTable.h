@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "engine/ConversionSession.h"
+#include "fonts/FontJob.h"
 #include "shell/Globals.h"
 
 namespace rm {
@@ -20,7 +21,8 @@ enum class SettingType { String, Integer, Boolean };
 using SettingField =
     std::variant<std::monostate, bool ConversionSession::*, int ConversionSession::*, std::string ConversionSession::*,
                  bool DataSyntax::*, int DataSyntax::*, std::string DataSyntax::*, bool Globals::*, int Globals::*,
-                 std::string Globals::*, bool ClipSyntax::*, std::string ClipSyntax::*, int (Globals::*)[16]>;
+                 std::string Globals::*, bool ClipSyntax::*, std::string ClipSyntax::*, int (Globals::*)[16],
+                 bool FontJob::*, int FontJob::*, std::string FontJob::*>;
 
 // Where a key stands in the project file. The few keys the program reaches by name are spelled
 // once, as constants (SettingsTableKeys.h), which the table's rows use too.
