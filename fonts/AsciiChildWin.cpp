@@ -1,6 +1,7 @@
 #include "fonts/AsciiChildWin.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace rm {
 
@@ -11,6 +12,44 @@ constexpr std::string_view kNotInFileNames = "\\/:*?\"<>|";
 }  // namespace
 
 TasciiChild::TasciiChild(UiPort& ui, ConversionSession& session) : ui_(ui), session_(session) {}
+
+void TasciiChild::SetFontEngine(const FontEngine* engine) {
+  engine_ = engine;
+  if (!engine_) {
+    selection.SetCodePageMap({});
+    selection.SetGlyphTest({});
+    font_.reset();
+    return;
+  }
+  selection.SetCodePageMap([this](std::uint8_t byte) -> std::optional<char32_t> {
+    int page = 0;
+    const std::string& text = job.CodePage;
+    std::from_chars(text.data(), text.data() + text.size(), page);
+    return engine_->ToUnicode(page, byte);
+  });
+  selection.SetGlyphTest([this](char32_t c) { return !font_ || font_->HasGlyph(c); });
+  OpenJobFont();
+}
+
+void TasciiChild::OpenJobFont() {
+  if (!engine_) return;
+  FontRequest request;
+  request.family = job.FontName;
+  request.pointSize = job.FontSize;
+  request.bold = job.FontStyleBold;
+  request.italic = job.FontStyleItalic;
+  request.underline = job.FontStyleUnderline;
+  request.strikeOut = job.FontStyleStrikeOut;
+  request.outline = job.FontStyleOutline;
+  request.antialiased = job.Antialiased;
+  std::string error;
+  font_ = engine_->Open(request, error);
+  if (!font_) {
+    ui_.Status(error);
+    return;
+  }
+  choice.CheckMeasuredSize(font_->Metrics().height, font_->Measure(U'W').advance);
+}
 
 void TasciiChild::InitAsciiChild() {
   selection.Clear();
@@ -237,6 +276,7 @@ void TasciiChild::ValidAdress() {
 
 bool TasciiChild::FontSizeChange(std::string_view text) {
   if (!choice.FontSizeChange(text)) return false;
+  OpenJobFont();
   ui_.Status("Font Size : " + std::to_string(job.FontSize));
   Script(2, FontSizeLine(job.FontSize, true));
   return true;
@@ -245,12 +285,14 @@ bool TasciiChild::FontSizeChange(std::string_view text) {
 void TasciiChild::FontNameChange(const std::string& name, bool sizeListed) {
   choice.FontNameChange(name, sizeListed);
   choice.AddFontsMRUF();
+  OpenJobFont();
   Script(1, FontNameLine(name));
   Script(2, FontSizeLine(job.FontSize, sizeListed));
 }
 
 void TasciiChild::StyleButtonClick(int style, bool on) {
   choice.SetStyle(style, on);
+  OpenJobFont();
   Script(3 + style, StyleLine(3 + style, on));
 }
 

@@ -1,4 +1,5 @@
 #pragma once
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "engine/UiPort.h"
 #include "fonts/CharSelection.h"
 #include "fonts/FontChoice.h"
+#include "fonts/FontEngine.h"
 #include "fonts/FontJob.h"
 #include "fonts/FontScript.h"
 #include "fonts/GlyphPlacement.h"
@@ -46,6 +48,12 @@ class TasciiChild {
   // The address range controls: the button's caption and the mode's label.
   std::string addressRangeButton = "Enable Adress Range Selection";
   std::string addressRangeLabel;
+
+  // The desktop's font machinery. Without it a code page byte is its own character (ISO 8859-1),
+  // every glyph counts as there and no size is measured.
+  void SetFontEngine(const FontEngine* engine);
+  // The job's font as last opened; nullptr without an engine or when it could not be opened.
+  const Font* JobFont() const { return font_.get(); }
 
   // Clears the selection and both stretch factors; with a script freshly opened, writes its
   // font name and size lines again.
@@ -107,6 +115,12 @@ class TasciiChild {
   void WriteFontTypeLine() { Script(8, FontTypeLine(Fields())); }
   bool Unicode() const { return job.Source == FontSource::Unicode || job.Source == FontSource::ExcelList; }
 
+  // Opens the job's font after a change of name, size or style, and measures it: a font too large
+  // for the font data is refused with a message.
+  void OpenJobFont();
+
+  const FontEngine* engine_ = nullptr;
+  std::unique_ptr<Font> font_;
   bool nameFromFile_ = false;  // a script opened from a file keeps its name until renamed by hand
   bool freshlyOpened_ = false;
 };

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -273,6 +275,63 @@ TEST(FontPanel, QuitAsksToSaveAChangedScript) {
     EXPECT_EQ(p.win.job.ShiftX, c.quits ? 0 : 1) << "quitting clears the shifts";
   }
   std::filesystem::remove_all(folder);
+}
+
+// A font whose text is twice its point size high and which lacks "x"; a code page 1252 that
+// knows only 0x80 beyond ISO 8859-1 and leaves 0x81 undefined.
+class FakeFont : public rm::Font {
+ public:
+  explicit FakeFont(const rm::FontRequest& r) { metrics_.height = 2 * r.pointSize; }
+  const rm::FontIdentity& Identity() const override { return identity_; }
+  const rm::FontMetrics& Metrics() const override { return metrics_; }
+  bool HasGlyph(char32_t c) const override { return c != U'x'; }
+  rm::GlyphMetrics Measure(char32_t) const override { return {true, metrics_.height / 2}; }
+  int TextWidth(const std::u32string& t) const override { return static_cast<int>(t.size()); }
+  rm::GlyphImage Render(const std::u32string&) const override { return {}; }
+  std::vector<rm::KerningPair> KerningPairs(int, const std::u32string&) const override { return {}; }
+
+ private:
+  rm::FontIdentity identity_;
+  rm::FontMetrics metrics_;
+};
+
+class FakeEngine : public rm::FontEngine {
+ public:
+  std::unique_ptr<rm::Font> Open(const rm::FontRequest& r, std::string& error) const override {
+    if (r.family == "Broken") {
+      error = "not a font";
+      return nullptr;
+    }
+    return std::make_unique<FakeFont>(r);
+  }
+  std::vector<rm::FontFamilyInfo> Families() const override { return {}; }
+  std::vector<rm::CodePageInfo> CodePages() const override { return {}; }
+  std::optional<char32_t> ToUnicode(int page, std::uint8_t b) const override {
+    if (page != 1252 || b == 0x81) return std::nullopt;
+    return b == 0x80 ? U'\u20AC' : char32_t{b};
+  }
+};
+
+TEST(FontPanel, TheFontEngineMapsCodesAndMeasuresTheSize) {
+  Panel p;
+  FakeEngine engine;
+  p.win.SetFontEngine(&engine);
+  ASSERT_NE(p.win.JobFont(), nullptr);
+  const int euro = 0x80 - 32, undefined = 0x81 - 32, x = 'x' - 32;
+  EXPECT_EQ(p.win.selection.AsciiGridGetChar(euro % 16, euro / 16, false), U'\u20AC');
+  EXPECT_EQ(p.win.selection.AsciiGridGetChar(undefined % 16, undefined / 16, false), 0u);
+  EXPECT_EQ(p.win.selection.AsciiGridGetChar(x % 16, x / 16, false), 0u) << "the font has no x";
+  p.win.job.CodePage = "1250";
+  EXPECT_EQ(p.win.selection.AsciiGridGetChar(euro % 16, euro / 16, false), 0u) << "a page the engine lacks";
+
+  EXPECT_TRUE(p.win.FontSizeChange("127"));
+  EXPECT_TRUE(p.ui.messages.empty()) << "254 pixels high";
+  EXPECT_TRUE(p.win.FontSizeChange("128"));
+  EXPECT_EQ(rmtest::ShownMessages(p.ui), std::vector<std::string>{"Font Size:  Font Size To Large ! "});
+
+  p.win.FontNameChange("Broken");
+  EXPECT_EQ(p.win.JobFont(), nullptr);
+  EXPECT_NE(std::find(p.ui.statuses.begin(), p.ui.statuses.end(), "not a font"), p.ui.statuses.end());
 }
 
 // The font keys of the project file fill the job, and the job is what is written.
