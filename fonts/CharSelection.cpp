@@ -125,6 +125,8 @@ void CharSelection::MakeTheList() {
 }
 
 void CharSelection::Toggle(int code) {
+  // A click after a range starts a list of its own.
+  if (job_.SelectedChars.starts_with('*') || job_.SelectedChars.starts_with("RANGE=")) job_.SelectedChars.clear();
   std::vector<int> codes = Codes();
   const int key = IsUnicode(job_) ? code & 0xFF : static_cast<int>(CharOfCode(code));
   if (key == 0 && !IsUnicode(job_)) return;  // an unmapped character is not chosen

@@ -149,6 +149,10 @@ TEST(CharSelection, AddressRangeFieldsTakeHexDigitsOnly) {
   p.sel.SetFirstAddress("41");
   ASSERT_TRUE(p.sel.ValidAdress());
   EXPECT_EQ(p.job.SelectedChars, "RANGE=0041 044F");
+  // Out of range mode, a click starts a list of its own.
+  p.sel.SetAddressRangeMode(false);
+  p.Click(0x442);
+  EXPECT_EQ(p.job.SelectedChars, "42/");
 }
 
 TEST(CharSelection, SubblocksOfABlock) {
