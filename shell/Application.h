@@ -8,6 +8,7 @@
 #include "engine/Palette.h"
 #include "engine/TextLines.h"
 #include "engine/UiPort.h"
+#include "fonts/AsciiChildWin.h"
 #include "shell/Globals.h"
 #include "shell/LogWindow.h"
 #include "shell/StartUp.h"
@@ -58,6 +59,7 @@ class Application {
   Clock& clock;
   Globals globals;
   ConversionSession session;
+  TasciiChild asciiChild{ui, session};  // the Font Panel and its one font job
   TextLines mainText;
   TextLines auxLines;
   TextLines infoText;  // the last parameter file, shown beside the data in the editors

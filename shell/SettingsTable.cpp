@@ -96,15 +96,15 @@ void ApplyTakes(SettingDef& d, std::string_view takes, int& places) {
 // clang-format off
 constexpr CatalogueKey kCatalogue[] = {
     // [S] general strings and file-type switches
-    {"S", "CARK", 's', "1"}, {"S", "CWBRK", 's', "2"}, {"S", "CHBRK", 's', "8"}, {"S", "XOFSRK", 's', "6"},
-    {"S", "YOFSRK", 's', "7"}, {"S", "SARK", 's', "3"}, {"S", "CHARSBRK", 's', "5"}, {"S", "CSBRK", 's', "4"},
-    {"S", "CSPBRK", 's', "9"}, {"S", "DPR", 's', "Microsoft Print To PDF"},
+    {"S", "CARK", 's', "1", &FontJob::CharAddressRank}, {"S", "CWBRK", 's', "2", &FontJob::CharWidthRank}, {"S", "CHBRK", 's', "8", &FontJob::CharHeightRank}, {"S", "XOFSRK", 's', "6", &FontJob::XOffsetRank},
+    {"S", "YOFSRK", 's', "7", &FontJob::YOffsetRank}, {"S", "SARK", 's', "3", &FontJob::StartAddressRank}, {"S", "CHARSBRK", 's', "5", &FontJob::CharSizeBytesRank}, {"S", "CSBRK", 's', "4", &FontJob::CharSizeBitsRank},
+    {"S", "CSPBRK", 's', "9", &FontJob::CharSpacingRank}, {"S", "DPR", 's', "Microsoft Print To PDF"},
     {keys::PFP, '?', "", &Globals::DocumentsRole}, {keys::BFP, '?', "", &Globals::GraphicsRole},
     {keys::OFP, '?', "", &ConversionSession::OutputFolder, nullptr, &Globals::OutputRole},
     {"S", "EODS", 's', ";", &ConversionSession::DescriptorsEol}, {"S", "PHP", 's', "$"},
     {keys::CPRE, '?', "", &DataSyntax::LinePrefix, "len:15"}, {"S", "RELOI", '?', "", &Globals::LastArtworkPath},
-    {"S", "FHE1", 's', ""}, {"S", "FHE2", 's', "Font Size (2)"}, {"S", "FHE3", 's', "Chars Width"},
-    {"S", "FHE4", 's', "Chars Height"}, {"S", "FHE5", 's', "First Char"}, {"S", "FHE6", 's', "n Chars"},
+    {"S", "FHE1", 's', "", &FontJob::FontHeader1}, {"S", "FHE2", 's', "Font Size (2)", &FontJob::FontHeader2}, {"S", "FHE3", 's', "Chars Width", &FontJob::FontHeader3},
+    {"S", "FHE4", 's', "Chars Height", &FontJob::FontHeader4}, {"S", "FHE5", 's', "First Char", &FontJob::FontHeader5}, {"S", "FHE6", 's', "n Chars", &FontJob::FontHeader6},
     {"S", "PAOE", '?', ""}, {keys::FXHB, 's', "X", &DataSyntax::DataFormatKind, "words:X,H,B,0B,+H+,+B+,+D+"},
     {"S", "COMAS", 'b', "0", &DataSyntax::SeparatorCustom}, {"S", "COMAh", 'b', "1", &DataSyntax::SeparatorOn},
     {"S", "COMAv", 'b', "1", &DataSyntax::SeparatorComma}, {"S", kCommentForm, 'r', ""},
@@ -128,10 +128,10 @@ constexpr CatalogueKey kCatalogue[] = {
     {"B17", "BSD", 'b', "1", &ConversionSession::SizeDescriptors},
     // [B7] output and export switches, with the per-font-kind variants `_r`, `_s`, `_b`, `_d`
     {"B7", "fbo", 'b', "1"}, {keys::rgb2, 'b', "0", &ConversionSession::SwapFirstLast}, {"B7", "limf", 'b', "0"},
-    {"B7", "nde", 'b', "0"}, {"B7", "ndcp", 'b', "1"}, {"B7", "vxma", 'b', "0"}, {"B7", "exm2", 'b', "0"},
-    {"B7", "exm3", 'b', "0"}, {"B7", "exm22", 'b', "0"}, {"B7", "exm32", 'b', "0"}, {"B7", "ncodehc", 'b', "0"},
-    {"B7", "ncodeh", 'b', "0"}, {"B7", "nodesch", 'b', "0"}, {"B7", "wxof", 'b', "1"}, {"B7", "wyof", 'b', "1"},
-    {"B7", "uoffs", 'b', "1"}, {"B7", "wfhe", 'b', "1"}, {"B7", "slc", 'b', "0"}, {"B7", "rdcc", 'b', "1"},
+    {"B7", "nde", 'b', "0", &FontJob::NoDescriptorBloc}, {"B7", "ndcp", 'b', "1", &FontJob::NoDescriptorCodepage}, {"B7", "vxma", 'b', "0"}, {"B7", "exm2", 'b', "0"},
+    {"B7", "exm3", 'b', "0"}, {"B7", "exm22", 'b', "0"}, {"B7", "exm32", 'b', "0"}, {"B7", "ncodehc", 'b', "0", &FontJob::NoCodeHeaderComment},
+    {"B7", "ncodeh", 'b', "0", &FontJob::NoCodeHeader}, {"B7", "nodesch", 'b', "0", &FontJob::NoDescriptionHeaders}, {"B7", "wxof", 'b', "1", &FontJob::XOffset}, {"B7", "wyof", 'b', "1", &FontJob::YOffset},
+    {"B7", "uoffs", 'b', "1", &FontJob::UseOffsets}, {"B7", "wfhe", 'b', "1", &FontJob::WithFontHeader}, {"B7", "slc", 'b', "0"}, {"B7", "rdcc", 'b', "1", &FontJob::WithCharComment},
     {"B7", "cbu", 'b', "1"}, {"B7", "wcsp_r", 'b', "1"}, {"B7", "wcsp_s", 'b', "1"}, {"B7", "wcsp_b", 'b', "1"},
     {"B7", "wcsp_d", 'b', "0"}, {"B7", "wxof_r", 'b', "1"}, {"B7", "wxof_s", 'b', "1"}, {"B7", "wxof_b", 'b', "1"},
     {"B7", "wxof_d", 'b', "0"}, {"B7", "wyof_r", 'b', "1"}, {"B7", "wyof_s", 'b', "1"}, {"B7", "wyof_b", 'b', "1"},
@@ -145,8 +145,8 @@ constexpr CatalogueKey kCatalogue[] = {
     {"B7", "csbits2_b", 'b', "1"}, {"B7", "csbits2_d", 'b', "0"}, {"B7", "wua_r", 'b', "1"}, {"B7", "wua_s", 'b', "1"},
     {"B7", "wua_b", 'b', "1"}, {"B7", "wua_d", 'b', "0"}, {"B7", "wiw_r", 'b', "1"}, {"B7", "wiw_s", 'b', "1"},
     {"B7", "wiw_b", 'b', "1"}, {"B7", "wiw_d", 'b', "1"}, {"B7", "wih_r", 'b', "1"}, {"B7", "wih_s", 'b', "1"},
-    {"B7", "wih_b", 'b', "1"}, {"B7", "wih_d", 'b', "0"}, {"B7", "wsta", 'b', "1"}, {"B7", "wsta2b", 'b', "0"},
-    {"B7", "wua", 'b', "1"}, {"B7", "wiw", 'b', "1"}, {"B7", "wih", 'b', "1"}, {"B7", "wcsp", 'b', "1"},
+    {"B7", "wih_b", 'b', "1"}, {"B7", "wih_d", 'b', "0"}, {"B7", "wsta", 'b', "1", &FontJob::StartAddress}, {"B7", "wsta2b", 'b', "0", &FontJob::StartAddress2Bytes},
+    {"B7", "wua", 'b', "1", &FontJob::CharAddress}, {"B7", "wiw", 'b', "1", &FontJob::CharWidthBits}, {"B7", "wih", 'b', "1", &FontJob::CharHeightBits}, {"B7", "wcsp", 'b', "1", &FontJob::CharSpacing},
     {"B7", "wve", 'b', "0", {}, "unread"},
     // [B13] stay-on-top switches and serial switches
     {"B13", "exsot", 'b', "0"}, {"B13", "ex2sot", 'b', "0"}, {"B13", "imsot", 'b', "0"}, {"B13", "lcdsot", 'b', "0"},
@@ -161,11 +161,11 @@ constexpr CatalogueKey kCatalogue[] = {
     {"B2", "CCBM", 'b', "0"}, {keys::UMATB, 'b', "0", &Globals::UserMatrix}, {"B2", "FSM", 'b', "1", {}, "writes:2"},
     {"B2", "RSHAP", 'b', "1", {}, "writes:2"}, {"B2", "EX2H", 'b', "0"}, {"B2", "EXH", 'b', "0"},
     {"B2", "SWRG", 'b', "0"},
-    {"B2", "HCO", 'b', "0"}, {"B2", kOriginCorner, 'r', ""}, {"B2", "DESC", 'b', "0"}, {"B2", "USELS", 'b', "0"},
+    {"B2", "HCO", 'b', "0", &FontJob::HorizontalCharsData}, {"B2", kOriginCorner, 'r', ""}, {"B2", "DESC", 'b', "0"}, {"B2", "USELS", 'b', "0"},
     {"B2", "USmat", 'b', "0", &Globals::UserMatrix}, {"B2", "GWI", 'i', "128", &Globals::MatrixWidth, "range:1:1024"},
     {"B2", "GHI", 'i', "64", &Globals::MatrixHeight, "range:1:768"}, {"B2", "BTODOC", 'b', "1"},
     {"B2", "RTLFO", 'b', "0"},
-    {"B2", "OUTLF", 'b', "0"}, {"B2", "LOOP", 'b', "1"},
+    {"B2", "OUTLF", 'b', "0", &FontJob::FontStyleOutline}, {"B2", "LOOP", 'b', "1"},
     {keys::WORIG, 'b', "0", &ConversionSession::GraphicPositionInData},
     {keys::WSIZE, 'b', "0", &ConversionSession::GraphicSizeInData},
     {keys::LCDSI, 'b', "1", &ClipSyntax::withPositionAndSize}, {"B2", "FISC", 'b', "0"}, {"B2", "LCDDEL", 'b', "0"},
@@ -175,9 +175,9 @@ constexpr CatalogueKey kCatalogue[] = {
     {"B2", "SHANI", 'b', "0"}, {"B2", "SHBAT", 'b', "0"}, {"B2", "SHTOU", 'b', "0"}, {"B2", "SHVECT", 'b', "0"},
     {"B2", "SHCPAL", 'b', "0"},
     // [B10] tool and panel numbers
-    {"B10", "DEA", 'i', "0"}, {"B10", "SCOL", 'i', "-1", {}, "range:-1:16777215"}, {"B10", "HCO", 'i', "0"},
+    {"B10", "DEA", 'i', "0", &FontJob::AddressFormat, "range:0:3"}, {"B10", "SCOL", 'i', "-1", {}, "range:-1:16777215"}, {"B10", "HCO", 'i', "0"},
     {"B10", "A1X", 'i', "0"},
-    {"B10", "A1Y", 'i', "0"}, {"B10", "TMA", 'i', "99"}, {"B10", "TMI", 'i', "0"}, {"B10", "AOF", 'i', "0"},
+    {"B10", "A1Y", 'i', "0"}, {"B10", "TMA", 'i', "99"}, {"B10", "TMI", 'i', "0"}, {"B10", "AOF", 'i', "0", &FontJob::AsciiOffset},
     {"B10", "TBI", 'i', "3"}, {"B10", "COPDN", 'i', "0"}, {"B10", "IMD", 'i', "0"}, {"B10", "ASD", 'i', "0"},
     {"B10", "ADD", 'i', "0"}, {"B10", "PFD", 'i', "0"}, {"B10", "EFD", 'i', "0"}, {"B10", "E2D", 'i', "0"},
     {"B10", "LFD", 'i', "0"}, {"B10", "EXLE", 'i', "120"}, {"B10", "EXTO", 'i', "60"}, {"B10", "WBITS", 'i', "0"},
@@ -187,16 +187,16 @@ constexpr CatalogueKey kCatalogue[] = {
     // [I11] canvas numbers
     {"I11", "OINT", 'i', "16"}, {keys::ORGC, 'i', "16", &DataSyntax::DataPerLine, "range:1:150"},
     // [S13] output syntax and window placement strings
-    {"S13", "feolst", 's', ","}, {"S13", "prpopr", 's', "ConvertMultipleGraphicFiles.SPP"},
+    {"S13", "feolst", 's', ",", &FontJob::DataSeparator}, {"S13", "prpopr", 's', "ConvertMultipleGraphicFiles.SPP"},
     {keys::cstrt, '?', "", &DataSyntax::CustomComment, "len:5"},
     {keys::eolst, '?', "", &DataSyntax::EolString, "len:5"},
-    {keys::eofbl, '?', ""}, {keys::sepst, 's', ",", &DataSyntax::SeparatorString}, {"S13", "ppfpf", '?', ""},
+    {keys::eofbl, '?', "", &FontJob::CharsSeparator}, {keys::sepst, 's', ",", &DataSyntax::SeparatorString}, {"S13", "ppfpf", '?', ""},
     {keys::cpfr, '?', "", &DataSyntax::LinePrefix2, "len:8"}, {"S13", "dperl", '?', ""}, {keys::et2, 's', "600"},
     {keys::etl2, 's', "60"}, {keys::ew2, 's', "1000"}, {keys::ew1, 's', "1100"},
     {"S13", "vew1", 's', "900", {}, "writeas:wew1"},
     {keys::eh2, 's', "759"}, {keys::eta2, 's', "1"},
     // [S2] value and kerning syntax
-    {"S2", "LCDW", 's', "100"}, {"S2", "SFONT", 's', "Arial"}, {"S2", "SFSTY", '?', ""}, {"S2", "KERLEND", 's', "},"},
+    {"S2", "LCDW", 's', "100"}, {"S2", "SFONT", 's', "Arial", &FontJob::FontName}, {"S2", "SFSTY", '?', ""}, {"S2", "KERLEND", 's', "},"},
     {"S2", "KERLBEG", 's', "{"}, {"S2", "KERTBEG", 's', "{"}, {"S2", "KERTEND", 's', "};"},
     {"S2", "KERSUF", 's', "[120][3]= "}, {"S2", "KERPREF", 's', "int "},
     {keys::VALSUF, '?', "", &DataSyntax::DataSuffix, "len:10"},
@@ -206,7 +206,7 @@ constexpr CatalogueKey kCatalogue[] = {
     {"I2", "FSELH", 'i', "0"}, {"I2", "FSELW", 'i', "0"},
     {"I2", "MATH", 'i', "0"}, {"I2", "MATW", 'i', "0"}, {"I2", "PSHCOL", 'i', "255", {}, "range:0:16777215"},
     {"I2", "CRHCOL", 'i', "8421376", {}, "range:0:16777215"},
-    {"I2", "SFONS", 'i', "10"}, {"I2", "ASPEE", 'i', "150"},
+    {"I2", "SFONS", 'i', "10", &FontJob::FontSize, "range:1:300"}, {"I2", "ASPEE", 'i', "150"},
     // [B11] pixels per byte
     {"B11", "PPB", 'i', "8", &ConversionSession::PixelsPerByteSetting, "range:1:8"},
     // [S3] include, function and delay syntax
@@ -225,11 +225,11 @@ constexpr CatalogueKey kCatalogue[] = {
     {"B1", "Trans16", 'b', "0"}, {"B1", "Trans256", 'b', "0"}, {"B1", "Chfren", 'b', "0"},
     {"B1", "bw8", 'b', "1", &ConversionSession::Not6bit}, {"B1", "lgon", 'b', "0"}, {"B1", "ckol", 'b', "1"},
     {"B1", "wwrap", 'b', "0"}, {"B1", "Lnumb", 'b', "0"},
-    {keys::Neg, 'b', "0", &ConversionSession::NegativeOutput, "monoinverts"}, {"B1", "Wrack", 'b', "1"},
-    {"B1", kOutputKind, 'r', ""}, {"B1", "Autf", 'b', "0"}, {"B1", "Antia", 'b', "0"}, {"B1", "SaAf", 's', ".BMP"},
+    {keys::Neg, 'b', "0", &ConversionSession::NegativeOutput, "monoinverts"}, {"B1", "Wrack", 'b', "1", &FontJob::WithBraces},
+    {"B1", kOutputKind, 'r', ""}, {"B1", "Autf", 'b', "0"}, {"B1", "Antia", 'b', "0", &FontJob::Antialiased}, {"B1", "SaAf", 's', ".BMP"},
     {"B1", "Usit", 'b', "1"}, {"B1", "Fomask", 'b', "0"}, {"B1", "Impfn", 'b', "1"},
     {keys::Addof, 'b', "0", &DataSyntax::LeadingZero}, {keys::snib, 'b', "0", &ConversionSession::SwapNibble},
-    {"B1", "Pamovc", 'b', "1"}, {"B1", "Rawd", 'b', "0"}, {"B1", "Rawd2", 'b', "1"}, {"B1", "DMDs", 'b', "0"},
+    {"B1", "Pamovc", 'b', "1"}, {"B1", "Rawd", 'b', "0", &FontJob::RawData}, {"B1", "Rawd2", 'b', "1", &FontJob::FontBloc}, {"B1", "DMDs", 'b', "0", &FontJob::DmdStruct},
     {"B1", "gsch", 'b', "0"}, {keys::ST7, 'b', "0", &ConversionSession::Gray16Slices, "heldread"},
     {keys::Logws, 'b', "0"},
     {"B1", "WelcomeWs", 'b', "0"},
@@ -239,8 +239,8 @@ constexpr CatalogueKey kCatalogue[] = {
     {keys::ColRx, 'b', "0", &DataSyntax::Groups}, {keys::Noonts, 'b', "0", &DataSyntax::NoComments},
     {keys::Noh, 'b', "0", &DataSyntax::NoHeader}, {keys::Nodcom, 'b', "0", &DataSyntax::NoDataComments},
     {"B1", "Autop", 'b', "0"}, {keys::dellas, 'b', "1", &DataSyntax::DeleteVeryLastOne},
-    {keys::delallas, 'b', "0", &DataSyntax::DeleteAllLastOnes}, {"B1", "descsz", 'b', "1"},
-    {"B1", "descsz2b", 'b', "0"}, {"B1", "csbits", 'b', "1"}, {"B1", "csbits2b", 'b', "0"}, {"B1", "Autpf", 'b', "0"},
+    {keys::delallas, 'b', "0", &DataSyntax::DeleteAllLastOnes}, {"B1", "descsz", 'b', "1", &FontJob::CharSizeBytes},
+    {"B1", "descsz2b", 'b', "0", &FontJob::CharSizeBytes2Bytes}, {"B1", "csbits", 'b', "1", &FontJob::CharSizeBits}, {"B1", "csbits2b", 'b', "0", &FontJob::CharSizeBits2Bytes}, {"B1", "Autpf", 'b', "0"},
     {keys::LineN, 'b', "0", &DataSyntax::LineNumbers}, {keys::WithSp, 'b', "1", &DataSyntax::SpaceBetweenData},
     {"B1", "MDApp", 'b', "0"}, {"B1", "ExMD", 'b', "0"}, {"B1", "Wap", 'b', "0"}, {"B1", "Wap1", 'b', "0"},
     {"B1", "Dnask", 'b', "1", &Globals::AlwaysOverwrite}, {"B1", "Dnapo", 'b', "1"}, {"B1", "Ediins", 'b', "0"},
@@ -264,7 +264,7 @@ constexpr CatalogueKey kCatalogue[] = {
     {keys::Monc, 'b', "1", &ConversionSession::ModeNumber, "is:1 heldread"},
     {keys::C256, 'b', "0", &ConversionSession::Colours256, "heldread"},
     {keys::G256, 'b', "0", &ConversionSession::Gray256, "heldread"},
-    {"S4", "G256F", 'b', "1"}, {"S4", "G256NG", 'b', "1"}, {"S4", "ANTALQ", 'b', "1"},
+    {"S4", "G256F", 'b', "1"}, {"S4", "G256NG", 'b', "1"}, {"S4", "ANTALQ", 'b', "1", &FontJob::AntialiasHighQuality},
     {keys::C256NP, 'b', "0", &ConversionSession::Colours256NoPalette, "heldread"},
     {keys::C16, 'b', "0", &ConversionSession::Colours16, "heldread"},
     {keys::C8, 'b', "0", &ConversionSession::Colours8, "heldread"},
@@ -292,14 +292,14 @@ constexpr CatalogueKey kCatalogue[] = {
     // [S6] panel sizes
     {"S6", "mfw", 'i', "900"}, {"S6", "mfh", 'i', "50"}, {"S6", "mft", 'i', "0"}, {"S6", "mfl", 'i', "0"},
     // [S7] batch names and window placement
-    {keys::pprof, 's', "< No batch file selected >", &Globals::ActiveBatch}, {"S7", "fonpr", '?', ""},
-    {"S7", "fonsu", '?', ""}, {"S7", "vformp1", '?', ""}, {"S7", "vformp2", '?', ""}, {keys::formp1, '?', ""},
+    {keys::pprof, 's', "< No batch file selected >", &Globals::ActiveBatch}, {"S7", "fonpr", '?', "", &FontJob::FontPrefix},
+    {"S7", "fonsu", '?', "", &FontJob::FontSuffix}, {"S7", "vformp1", '?', ""}, {"S7", "vformp2", '?', ""}, {keys::formp1, '?', ""},
     {keys::formp2, '?', ""}, {keys::formp3, '?', ""}, {keys::formp4, '?', ""}, {keys::formW3, 's', "920"},
     {keys::formW4, 's', "570"}, {keys::formp5, '?', ""}, {keys::formp6, '?', ""},
     {"S7", "formp7", '?', "", {}, "places:4"},
     // [S8] names and end strings
     {"S8", "nbmfn", 's', "NewBitmap.bmp", &ConversionSession::LastBitmapName},
-    {keys::Endst, 's', "};", &DataSyntax::EndOfData, "len:3"}, {"S8", "EndstF", 's', "};", {}, "writeas:Endst"},
+    {keys::Endst, 's', "};", &DataSyntax::EndOfData, "len:3"}, {"S8", "EndstF", 's', "};", &FontJob::EndOfData, "writeas:Endst"},
     {keys::begds, '?', "", &DataSyntax::BeginOfData, "len:3"},
     // [I8] colours of overlays
     {"I8", "col1", 'i', "32768", {}, "range:0:16777215"}, {"I8", "col2", 'i', "32896", {}, "range:0:16777215"},
@@ -612,6 +612,8 @@ auto& Owner(A& a) {
     return a.session.Syntax;
   else if constexpr (std::is_same_v<C, Globals>)
     return a.globals;
+  else if constexpr (std::is_same_v<C, FontJob>)
+    return a.asciiChild.job;
   else
     return a.globals.Clip;
 }

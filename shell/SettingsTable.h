@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "engine/ConversionSession.h"
+#include "fonts/FontJob.h"
 #include "shell/Globals.h"
 
 namespace rm {
@@ -17,10 +18,11 @@ enum class SettingType { String, Integer, Boolean };
 
 // The variable a key fills, named as a member of the record that holds it; the value is read and
 // written by the key's type. Empty: the key is held, or is a choice of a radio group.
-using SettingField = std::variant<std::monostate, bool ConversionSettings::*, int ConversionSettings::*,
-                                  std::string ConversionSettings::*, bool DataSyntax::*, int DataSyntax::*,
-                                  std::string DataSyntax::*, bool Globals::*, int Globals::*, std::string Globals::*,
-                                  bool ClipSyntax::*, std::string ClipSyntax::*, int (Globals::*)[16]>;
+using SettingField =
+    std::variant<std::monostate, bool ConversionSettings::*, int ConversionSettings::*,
+                 std::string ConversionSettings::*, bool DataSyntax::*, int DataSyntax::*, std::string DataSyntax::*,
+                 bool Globals::*, int Globals::*, std::string Globals::*, bool ClipSyntax::*, std::string ClipSyntax::*,
+                 int (Globals::*)[16], bool FontJob::*, int FontJob::*, std::string FontJob::*>;
 
 // Where a key stands in the project file. The few keys the program reaches by name are spelled
 // once, as constants (SettingsTableKeys.h), which the table's rows use too.
