@@ -12,6 +12,7 @@
 #include "cli/ClutCommand.h"
 #include "cli/ControllersCommand.h"
 #include "cli/ConvertCommand.h"
+#include "cli/FontCommand.h"
 #include "cli/ProjectCommand.h"
 #include "cli/SettingsCommand.h"
 
@@ -51,6 +52,9 @@ int main(int argc, char** argv) {
       app.add_subcommand("project", "List, create, activate, rename, delete or show the projects");
   rmcli::AddProjectCommands(*projectCommand, project);
   CLI::App* controllersCommand = rmcli::AddControllersCommand(app);
+  rmcli::FontOptions font;
+  CLI::App* fontCommand = app.add_subcommand("font", "List the installed fonts or the Unicode blocks");
+  rmcli::AddFontCommands(*fontCommand, font);
 
   try {
     app.parse(argc, argv);
@@ -64,5 +68,6 @@ int main(int argc, char** argv) {
   if (*settingsCommand) return rmcli::RunSettings(settings);
   if (*projectCommand) return rmcli::RunProject(project);
   if (*controllersCommand) return rmcli::RunControllers();
+  if (*fontCommand) return rmcli::RunFont(font);
   return 2;
 }
