@@ -53,8 +53,10 @@ int main(int argc, char** argv) {
   rmcli::AddProjectCommands(*projectCommand, project);
   CLI::App* controllersCommand = rmcli::AddControllersCommand(app);
   rmcli::FontOptions font;
-  CLI::App* fontCommand = app.add_subcommand("font", "Read a Font Script into the font job and write the job back");
-  rmcli::AddFontOptions(*fontCommand, font);
+  CLI::App* fontCommand = app.add_subcommand(
+      "font",
+      "Read a Font Script into the font job and write the job back; list the installed fonts or the Unicode blocks");
+  rmcli::AddFontCommands(*fontCommand, font);
 
   try {
     app.parse(argc, argv);

@@ -114,10 +114,11 @@ class Font {
   virtual int TextWidth(const std::u32string& text) const = 0;
   // Draws `text` from pen position 0 on one line, underline and strike-out included.
   virtual GlyphImage Render(const std::u32string& text) const = 0;
-  // The face's kerning pairs at this size: its kern table in the table's order, or, for a face
-  // with only OpenType positioning, the pairs found among `candidates` (all pairs of them, first
-  // character outer; empty means the printable characters of Windows-1252). Pairs whose amount
-  // rounds to 0 at this size are left out. At most `maxPairs`.
+  // The face's kerning pairs at this size, at most `maxPairs`: its kern table's pairs in the
+  // table's order (characters of the Basic Multilingual Plane only), or, for a face with only
+  // OpenType positioning, the pairs among `candidates` that move apart or together by at least
+  // half a pixel at this size (every pair of them, first character outer; empty means the
+  // printable characters of Windows-1252).
   virtual std::vector<KerningPair> KerningPairs(int maxPairs = 600, const std::u32string& candidates = {}) const = 0;
 };
 

@@ -27,7 +27,7 @@ std::optional<FaceMatch> MatchFamily(FcConfig* config, const std::string& family
   if (!family.empty()) FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
   FcPatternAddInteger(pattern, FC_WEIGHT, bold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
   FcPatternAddInteger(pattern, FC_SLANT, italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
-  // Only faces with outlines or bitmaps FreeType can draw; fontconfig's own default widths.
+  // The system's aliases ("sans-serif", a missing name) and defaults, as every program here sees them.
   FcConfigSubstitute(config, pattern, FcMatchPattern);
   FcDefaultSubstitute(pattern);
   FcResult result = FcResultNoMatch;

@@ -235,6 +235,19 @@ TEST(FreeTypeFontEngine, RefusesWhatIsNotAFont) {
     const std::string whole = rmtest::ReadFile(kDejaVuSans);
     rmtest::WriteText(cut, whole.substr(0, whole.size() / 2));
   }
+  // Whole tables, but the glyph outlines overwritten with noise.
+  const std::string garbled = dir.path + "/garbled.ttf";
+  {
+    std::string bytes = rmtest::ReadFile(kDejaVuSans);
+    const int tables = (static_cast<unsigned char>(bytes[4]) << 8) | static_cast<unsigned char>(bytes[5]);
+    for (int i = 0; i < tables; ++i)
+      if (bytes.compare(12 + 16 * i, 4, "glyf") == 0) {
+        std::size_t offset = 0;
+        for (int k = 0; k < 4; ++k) offset = offset << 8 | static_cast<unsigned char>(bytes[12 + 16 * i + 8 + k]);
+        std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(offset), 200000, '\x7f');
+      }
+    rmtest::WriteText(garbled, bytes);
+  }
   const std::string cutBdf = dir.path + "/cut.bdf";
   {
     const std::string whole = rmtest::ReadFile(kTinyBdf);
@@ -246,6 +259,7 @@ TEST(FreeTypeFontEngine, RefusesWhatIsNotAFont) {
       {text, text + ": not a font file (TTF, OTF, TTC, BDF or PCF)"},
       {cut, cut + ": the font file is damaged or incomplete"},
       {cutBdf, cutBdf + ": the font file is damaged or incomplete"},
+      {garbled, garbled + ": the font file is damaged or incomplete"},
       {dir.path + "/missing.ttf", dir.path + "/missing.ttf: no such font file"},
       {dir.path, dir.path + ": no such font file"},
   };
