@@ -29,6 +29,7 @@ bench: bootstrap
 	cmake --build build/bench -j $(JOBS) --target rm_bench rm_gui_bench
 	./build/bench/bench/rm_bench
 	QT_QPA_PLATFORM=offscreen ./build/bench/bench/rm_gui_bench
+	./scripts/bench-process --program build/bench/cli/rastermill
 
 clean:
 	rm -rf build

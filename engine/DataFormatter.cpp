@@ -1,5 +1,6 @@
 #include "engine/DataFormatter.h"
 
+#include <array>
 #include <initializer_list>
 #include <string_view>
 
@@ -9,11 +10,16 @@ namespace rm {
 
 namespace {
 
-std::string Hex2(int v) {
-  static constexpr char kDigits[] = "0123456789ABCDEF";
-  const char t[2] = {kDigits[(v >> 4) & 0xF], kDigits[v & 0xF]};
-  return std::string(t, 2);
-}
+// The two upper case hex digits of every byte, one table look-up per datum.
+constexpr std::array<char, 512> kHexPairs = [] {
+  constexpr char kDigits[] = "0123456789ABCDEF";
+  std::array<char, 512> t{};
+  for (int v = 0; v < 256; ++v) {
+    t[static_cast<std::size_t>(2 * v)] = kDigits[v >> 4];
+    t[static_cast<std::size_t>(2 * v + 1)] = kDigits[v & 0xF];
+  }
+  return t;
+}();
 
 }  // namespace
 
@@ -61,10 +67,13 @@ std::string DataFormatter::ByteToBinaryText(int value, int digits) {
   return t;
 }
 
-std::string DataFormatter::ByteText(int value) const {
-  if (Binary()) return ByteToBinaryText(value, 8);
-  if (kind_ == Kind::AffixD) return std::to_string(value);
-  return Hex2(value);
+void DataFormatter::SetByteText(std::string& out, int value) const {
+  if (Binary())
+    out = ByteToBinaryText(value, 8);
+  else if (kind_ == Kind::AffixD)
+    out = std::to_string(value);
+  else
+    out.assign(&kHexPairs[static_cast<std::size_t>(2 * (value & 0xFF))], 2);
 }
 
 std::string DataFormatter::CommentPrefix() const {
@@ -159,7 +168,7 @@ void DataFormatter::EmitDataByte(bool /*lastOfPixel*/) {
   const int n = WordBytes();
   wordValues_[wordIndex_] = value;
   if (wordIndex_ < n - 1) {
-    b_[wordIndex_] = ByteText(value);
+    SetByteText(b_[wordIndex_], value);
     ++wordIndex_;
     return;
   }
@@ -178,7 +187,8 @@ void DataFormatter::EmitDataByte(bool /*lastOfPixel*/) {
       }
       dataText_ = std::to_string(v);
     } else {
-      std::string joined;
+      std::string& joined = joined_;  // kept between data, so that its memory is reused
+      joined.clear();
       if (s_.BigEndian) {
         for (int i = 0; i < n - 1; ++i) joined += b_[i];
         joined += dataText_;
@@ -186,7 +196,7 @@ void DataFormatter::EmitDataByte(bool /*lastOfPixel*/) {
         joined = dataText_;
         for (int i = n - 2; i >= 0; --i) joined += b_[i];
       }
-      dataText_ = joined;
+      dataText_.swap(joined);
     }
     if (n == 4 && dataText_.size() < 10) dataText_.append(10 - dataText_.size(), ' ');
     // The leading zero looks at the first byte of the text as written.
@@ -221,7 +231,7 @@ void DataFormatter::FinishWord() {
 }
 
 void DataFormatter::MakeDataText(int value) {
-  dataText_ = ByteText(value);
+  SetByteText(dataText_, value);
   leadZero_.clear();
   if (HexH() && s_.Syntax.LeadingZero && value >= 0xA0) leadZero_ = "0";
 }

@@ -91,7 +91,8 @@ class DataFormatter {
 
   bool More() const { return static_cast<long double>(s_.TotalBytesPlus) > s_.ByteCount + 1; }
   int WordBytes() const;
-  std::string ByteText(int value) const;
+  // The text of one byte in the data format, into `out`.
+  void SetByteText(std::string& out, int value) const;
   void MakeDataText(int value);
   // `lead` stands in front of the line prefix on the first datum of a line.
   void AppendDatumToLine(LineState& line, const std::string& comment, std::string_view lead = {});
@@ -112,6 +113,7 @@ class DataFormatter {
   int dataPerLine_ = 16;
   Kind kind_ = Kind::X;
   std::string dataText_;
+  std::string joined_;
   std::string b_[3];
   int wordValues_[4] = {0, 0, 0, 0};
   int wordIndex_ = 0;  // bytes of the current 16 or 32 bit word received so far

@@ -100,7 +100,7 @@ void NearestColour::Configure(const ConversionSession& session) {
 }
 
 void NearestColour::SetPalette(std::vector<Colour> palette, bool latticeTables) {
-  std::sort(palette.begin(), palette.end());
+  if (!std::is_sorted(palette.begin(), palette.end())) std::sort(palette.begin(), palette.end());
   palette_ = std::move(palette);
   cache_.Clear();
   const std::size_t n = palette_.size();

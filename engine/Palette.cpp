@@ -1,13 +1,12 @@
 #include "engine/Palette.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <sstream>
 
 #include "engine/ColourModes.h"
 #include "engine/TextLines.h"
@@ -34,7 +33,7 @@ std::string Upper(std::string s) {
   return s;
 }
 
-int DigitValue(char ch, int base) {
+constexpr int DigitValue(char ch, int base) {
   int v = -1;
   if (ch >= '0' && ch <= '9')
     v = ch - '0';
@@ -55,6 +54,27 @@ std::string_view DefaultPaletteName(int colours, bool gray256) {
     case 262144: return "default_262144_Colors_palette.pal";
     default: return {};
   }
+}
+
+// A hexadecimal digit's value; 0x10 for any other character.
+constexpr std::array<std::uint8_t, 256> kHexValue = [] {
+  std::array<std::uint8_t, 256> t{};
+  for (int ch = 0; ch < 256; ++ch) {
+    const int d = DigitValue(static_cast<char>(ch), 16);
+    t[static_cast<std::size_t>(ch)] = static_cast<std::uint8_t>(d < 0 ? 0x10 : d);
+  }
+  return t;
+}();
+
+bool ReadWholeFile(const std::string& path, std::string& text) {
+  std::FILE* f = std::fopen(path.c_str(), "rb");
+  if (f == nullptr) return false;
+  char buffer[65536];
+  std::size_t n = 0;
+  while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0) text.append(buffer, n);
+  const bool ok = std::ferror(f) == 0;
+  std::fclose(f);
+  return ok;
 }
 
 bool IsFile(const std::string& path) {
@@ -192,15 +212,28 @@ std::string FormatPaletteColour(Colour c) {
 }
 
 std::optional<std::vector<Colour>> ReadPaletteFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return std::nullopt;
-  std::ostringstream ss;
-  ss << in.rdbuf();
-  if (in.bad()) return std::nullopt;
-  const std::string text = ss.str();
+  std::string text;
+  if (!ReadWholeFile(path, text)) return std::nullopt;
   std::vector<Colour> colours;
+  colours.reserve(text.size() / 10);
   std::size_t start = 0;
   while (start < text.size()) {
+    // The form the program writes, "$00BBGGRR" and a line feed, read without the general parse:
+    // the default files hold up to 262144 such lines.
+    if (start + 10 <= text.size() && text[start] == '$' && text[start + 9] == '\n') {
+      std::uint32_t value = 0;
+      std::uint32_t bad = 0;
+      for (std::size_t i = start + 1; i < start + 9; ++i) {
+        const std::uint8_t d = kHexValue[static_cast<unsigned char>(text[i])];
+        bad |= d;
+        value = value << 4 | (d & 0xFu);
+      }
+      if (!(bad & 0x10u) && value <= 0xFFFFFF) {
+        colours.push_back(static_cast<Colour>(value));
+        start += 10;
+        continue;
+      }
+    }
     std::size_t end = text.find_first_of("\r\n", start);
     if (end == std::string::npos) end = text.size();
     std::string_view line = Trim(std::string_view(text).substr(start, end - start));
@@ -241,7 +274,9 @@ std::optional<std::string> FindPaletteFile(int colours, bool gray256, const Pale
 }
 
 void SortPalettes(ConversionSession& session) {
-  std::sort(session.PaletteTable.begin(), session.PaletteTable.end());
+  // The shipped files are in order already, and a check costs far less than a sort.
+  if (!std::is_sorted(session.PaletteTable.begin(), session.PaletteTable.end()))
+    std::sort(session.PaletteTable.begin(), session.PaletteTable.end());
   if (session.RevertPaletteOnLoading) std::reverse(session.PaletteTable.begin(), session.PaletteTable.end());
 }
 
@@ -304,7 +339,7 @@ void ColourIndex::Build(const std::vector<Colour>& table) {
   built_ = true;
   slots_.clear();
   mask_ = 0;
-  if (table.empty()) return;
+  if (BuildLattice(table) || table.empty()) return;
   std::size_t size = 16;
   int bits = 4;
   while (size < table.size() * 2) {  // at most half full: short probe runs
@@ -327,8 +362,34 @@ void ColourIndex::Build(const std::vector<Colour>& table) {
   }
 }
 
+bool ColourIndex::BuildLattice(const std::vector<Colour>& table) {
+  lattice_ = false;
+  // Strictly ascending, so no colour stands twice: a colour's index is its rank.
+  if (table.size() < 2 || table.front() < 0 || table.back() > 0xFFFFFF ||
+      std::adjacent_find(table.begin(), table.end(), std::greater_equal<Colour>()) != table.end())
+    return false;
+  bool used[3][256] = {};
+  for (Colour c : table)
+    for (int a = 0; a < 3; ++a) used[a][(c >> (8 * a)) & 0xFF] = true;
+  std::int32_t weight = 1;
+  for (int a = 0; a < 3; ++a) {
+    std::int32_t level = 0;
+    for (int v = 0; v < 256; ++v) levels_[a][v] = used[a][v] ? weight * level++ : kOffLattice;
+    weight *= level;
+  }
+  // As many entries as combinations of levels, none twice: every combination is there once, and
+  // ascending as numbers (blue high) the rank of (b, g, r) is (b * greens + g) * reds + r.
+  if (static_cast<std::size_t>(weight) != table.size()) return false;
+  lattice_ = true;
+  return true;
+}
+
 void ColourIndex::IndexOfRun(const std::uint32_t* pixels, std::int32_t* out, std::size_t n) const {
   constexpr std::size_t kAhead = 8;
+  if (lattice_) {
+    for (std::size_t i = 0; i < n; ++i) out[i] = IndexOf(static_cast<Colour>(pixels[i] & 0xFFFFFFu));
+    return;
+  }
   if (slots_.empty()) {
     std::fill(out, out + n, -1);
     return;

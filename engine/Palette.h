@@ -117,6 +117,10 @@ class ColourIndex {
  public:
   void Build(const std::vector<Colour>& table);
   int IndexOf(Colour c) const {
+    if (lattice_) {
+      const std::int32_t v = levels_[0][c & 0xFF] + levels_[1][(c >> 8) & 0xFF] + levels_[2][(c >> 16) & 0xFF];
+      return (c & ~0xFFFFFF) == 0 && v >= 0 ? v : -1;
+    }
     if (slots_.empty()) return -1;
     for (std::size_t i = Hash(c);; i = (i + 1) & mask_) {
       const Slot& s = slots_[i];
@@ -137,6 +141,13 @@ class ColourIndex {
   // Fibonacci hashing: the top bits of the 32 bit product, which depend on every bit of the
   // colour (palettes are lattices whose low bits repeat the high ones).
   std::size_t Hash(Colour c) const { return (static_cast<std::uint32_t>(c) * 0x9E3779B1u) >> shift_; }
+  // An ascending table that is a whole red x green x blue lattice (the default palettes) needs no
+  // slots: a colour's index is the sum of what its three components add, each component value
+  // not on the lattice adding enough below zero to make any sum negative.
+  bool BuildLattice(const std::vector<Colour>& table);
+  static constexpr std::int32_t kOffLattice = -(1 << 28);
+  bool lattice_ = false;
+  std::int32_t levels_[3][256] = {};  // red, green, blue: value -> its part of the index
   std::vector<Slot> slots_;
   std::vector<Colour> source_;  // the table the slots were built from
   bool built_ = false;

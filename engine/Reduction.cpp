@@ -200,6 +200,17 @@ void ConvertTo256Colors(Bitmap& bitmap, NearestColour& nearest) {
 }
 
 int CountColors(const Bitmap& bitmap) {
+  const std::size_t pixels = static_cast<std::size_t>(bitmap.Width()) * static_cast<std::size_t>(bitmap.Height());
+  // A small picture is counted from a sorted copy: clearing the 2 MiB of one bit per colour
+  // would cost more than the picture itself.
+  if (pixels < (std::size_t{1} << 15)) {
+    std::vector<std::uint32_t> colours;
+    colours.reserve(pixels);
+    for (int y = 0; y < bitmap.Height(); ++y)
+      for (int x = 0; x < bitmap.Width(); ++x) colours.push_back(bitmap.Row(y)[x] & 0xFFFFFFu);
+    std::sort(colours.begin(), colours.end());
+    return static_cast<int>(std::unique(colours.begin(), colours.end()) - colours.begin());
+  }
   std::vector<std::uint64_t> seen(std::size_t{1} << 18, 0);
   int count = 0;
   for (int y = 0; y < bitmap.Height(); ++y) {

@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <string>
 #include <utility>
 
-#include "platform/PictureDecoders.h"
+#include "engine/Bitmap.h"
+#include "platform/SvgPlugin.h"
 
 namespace rm {
 namespace {
@@ -47,38 +49,33 @@ void OwnSize(RsvgHandle* handle, double& width, double& height) {
   width = height = kDefaultSide;
 }
 
-}  // namespace
-
-bool RenderSvg(const std::uint8_t* data, std::size_t size, int width, int height, Bitmap& out, std::string& error,
-               std::int64_t maxPixels) {
-  GError* gerror = nullptr;
-  std::unique_ptr<RsvgHandle, HandleUnref> handle(rsvg_handle_new_from_data(data, size, &gerror));
-  if (!handle) {
-    error = "the SVG drawing cannot be read (" + TakeMessage(gerror) + ")";
+// Renders the request's drawing through librsvg, fitted in proportion and centred when the
+// request gives a size.
+bool Render(const RmSvgRequest& request) {
+  auto fail = [&request](const std::string& reason) {
+    request.fail(request.context, reason.c_str());
     return false;
-  }
+  };
+  GError* gerror = nullptr;
+  std::unique_ptr<RsvgHandle, HandleUnref> handle(rsvg_handle_new_from_data(request.data, request.size, &gerror));
+  if (!handle) return fail("the SVG drawing cannot be read (" + TakeMessage(gerror) + ")");
   rsvg_handle_set_dpi(handle.get(), 96);
 
   double ownWidth = 0, ownHeight = 0;
   OwnSize(handle.get(), ownWidth, ownHeight);
-  std::int64_t targetWidth = width, targetHeight = height;
-  if (width <= 0 || height <= 0) {
+  std::int64_t targetWidth = request.width, targetHeight = request.height;
+  if (request.width <= 0 || request.height <= 0) {
     // Clamped before the conversion so that an absurd declared size cannot overflow it.
     targetWidth = std::max<std::int64_t>(1, std::llround(std::min(ownWidth, 1e9)));
     targetHeight = std::max<std::int64_t>(1, std::llround(std::min(ownHeight, 1e9)));
   }
-  if (std::string reason = CheckPictureSize(targetWidth, targetHeight, maxPixels); !reason.empty()) {
-    error = reason;
-    return false;
-  }
+  std::uint32_t* dest = request.pixels(request.context, targetWidth, targetHeight);
+  if (dest == nullptr) return false;  // the program refused the size and knows why
 
   std::unique_ptr<cairo_surface_t, SurfaceDestroy> surface(
       cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(targetWidth), static_cast<int>(targetHeight)));
   std::unique_ptr<cairo_t, ContextDestroy> cr(cairo_create(surface.get()));
-  if (cairo_status(cr.get()) != CAIRO_STATUS_SUCCESS) {
-    error = "there is not enough memory to render the drawing";
-    return false;
-  }
+  if (cairo_status(cr.get()) != CAIRO_STATUS_SUCCESS) return fail("there is not enough memory to render the drawing");
   cairo_set_source_rgb(cr.get(), 1, 1, 1);
   cairo_paint(cr.get());
   // Fitted in proportion and centred: the drawing's own size scaled by the smaller ratio.
@@ -88,25 +85,25 @@ bool RenderSvg(const std::uint8_t* data, std::size_t size, int width, int height
                   (static_cast<double>(targetHeight) - ownHeight * scale) / 2);
   cairo_scale(cr.get(), scale, scale);
   const RsvgRectangle viewport{0, 0, ownWidth, ownHeight};
-  if (!rsvg_handle_render_document(handle.get(), cr.get(), &viewport, &gerror)) {
-    error = "the SVG drawing cannot be rendered (" + TakeMessage(gerror) + ")";
-    return false;
-  }
+  if (!rsvg_handle_render_document(handle.get(), cr.get(), &viewport, &gerror))
+    return fail("the SVG drawing cannot be rendered (" + TakeMessage(gerror) + ")");
   cairo_surface_flush(surface.get());
 
-  Bitmap picture(static_cast<int>(targetWidth), static_cast<int>(targetHeight));
   const unsigned char* pixels = cairo_image_surface_get_data(surface.get());
   const int stride = cairo_image_surface_get_stride(surface.get());
-  for (int y = 0; y < picture.Height(); ++y) {
+  for (std::int64_t y = 0; y < targetHeight; ++y) {
     const auto* source = reinterpret_cast<const std::uint32_t*>(pixels + static_cast<std::ptrdiff_t>(y) * stride);
-    std::uint32_t* dest = picture.Row(y);
-    for (int x = 0; x < picture.Width(); ++x) {
+    for (std::int64_t x = 0; x < targetWidth; ++x) {
       const std::uint32_t p = source[x];  // 0xXXRRGGBB in native order
-      dest[x] = static_cast<std::uint32_t>(MakeColour((p >> 16) & 0xFF, (p >> 8) & 0xFF, p & 0xFF));
+      *dest++ = static_cast<std::uint32_t>(MakeColour((p >> 16) & 0xFF, (p >> 8) & 0xFF, p & 0xFF));
     }
   }
-  out = std::move(picture);
   return true;
 }
 
+}  // namespace
 }  // namespace rm
+
+extern "C" __attribute__((visibility("default"))) bool rm_svg_render(const RmSvgRequest* request) {
+  return rm::Render(*request);
+}

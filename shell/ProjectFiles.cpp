@@ -170,6 +170,9 @@ bool ProjectFiles::WriteDefaultHeaderTemplates() {
   bool all = true;
   for (const char* suffix : kHeaderTemplateSuffixes) {
     std::string error;
+    // A start without a project on disk happens at every run of a command that saves no
+    // settings: a template already there (the factory text or the user's) is left as it is.
+    if (fs::exists(stem + suffix, ec)) continue;
     if (!WriteLines(stem + suffix, DefaultHeaderTemplate(suffix), &error)) {
       app_.mainForm.StatusBarAndLog("Header template " + stem + suffix + " not written : " + error);
       all = false;

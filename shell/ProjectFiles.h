@@ -41,9 +41,9 @@ class ProjectFiles {
   bool ProjectViewEdited(const std::string& oldName, const std::string& newName);
   // Deletes a project, its graphics template and its palettes, after the user confirms.
   bool MenuItem6Click(const std::string& name);
-  // Writes the five factory header templates beside the active project, replacing what is
-  // there. False (and logged) when one could not be written; nothing is written when the
-  // project's folder does not exist.
+  // Writes the five factory header templates beside the active project where they are missing;
+  // one that is there is kept. False (and logged) when one could not be written; nothing is
+  // written when the project's folder does not exist.
   bool WriteDefaultHeaderTemplates();
   // Points the session's header template at the active project's graphics template, creating
   // it with the factory text when it is missing. False when it is missing and cannot be made.

@@ -115,6 +115,25 @@ TEST(PaletteParse, ColourTextForms) {
   EXPECT_EQ(rm::FormatPaletteColour(0x0A0B0C), "$000A0B0C");
 }
 
+TEST_F(PaletteTest, FileLinesInEveryFormAndTheFirstBadLineRefusesTheFile) {
+  using Colours = std::vector<Colour>;
+  const std::pair<const char*, std::optional<Colours>> cases[] = {
+      {"$00FF0000\n$0000FF00\n", Colours{0xFF0000, 0x00FF00}},
+      {"$00ff0000\r\n\n  $10 \n255", Colours{0xFF0000, 16, 255}},
+      {"$00FF0000\n$000000FF", Colours{0xFF0000, 0xFF}},  // no line feed after the last
+      {"$00000001\n$01000000\n", std::nullopt},           // beyond 24 bits
+      {"$0000000G\n", std::nullopt},
+      {"$00000001\n$0000001\n$00000002\n", Colours{1, 1, 2}},
+      {"$000000 1\n", std::nullopt},
+      {"", Colours{}},
+  };
+  for (const auto& [text, colours] : cases) {
+    const std::string path = dir + "/p.pal";
+    std::ofstream(path, std::ios::binary) << text;
+    EXPECT_EQ(rm::ReadPaletteFile(path), colours) << text;
+  }
+}
+
 TEST_F(PaletteTest, FileOrderDoesNotMatterAndRevertReversesAfterTheSort) {
   const std::vector<Colour> lattice = Lattice4096();
   const std::vector<Colour> reversed(lattice.rbegin(), lattice.rend());
@@ -231,6 +250,24 @@ TEST(PaletteIndex, LowestIndexOfEqualEntriesAsALinearSearchWould) {
       const Colour c = wide(rng);
       ASSERT_EQ(index.IndexOf(c), LinearIndexOf(table, c));
     }
+  }
+  // A whole lattice in ascending order is answered from per-channel tables; the same lattice
+  // descending, with an entry missing or with one colour twice takes the hash.
+  std::vector<Colour> lattice = Lattice4096();
+  std::vector<Colour> missing = lattice;
+  missing.erase(missing.begin() + 1000);
+  std::vector<Colour> twice = lattice;
+  twice[1001] = twice[1000];
+  for (const auto& table : {lattice, std::vector<Colour>(lattice.rbegin(), lattice.rend()), missing, twice}) {
+    rm::ColourIndex index;
+    index.Build(table);
+    for (Colour c : lattice) ASSERT_EQ(index.IndexOf(c), LinearIndexOf(table, c));
+    for (Colour c : {Colour{0x010000}, Colour{0x000011 | 0x1000000}, Colour{-1}, Colour{0x123456}})
+      ASSERT_EQ(index.IndexOf(c), LinearIndexOf(table, c));
+    std::vector<std::int32_t> run(table.size());
+    std::vector<std::uint32_t> pixels(lattice.begin(), lattice.end());
+    index.IndexOfRun(pixels.data(), run.data(), run.size());
+    for (std::size_t i = 0; i < run.size(); ++i) ASSERT_EQ(run[i], LinearIndexOf(table, lattice[i]));
   }
   rm::ColourIndex empty;
   empty.Build({});

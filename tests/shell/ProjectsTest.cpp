@@ -88,6 +88,15 @@ TEST_F(Projects, FirstStartWritesTheFiveFactoryTemplatesAndKeepsEditedOnes) {
   Touch("default.txt", "// mine\n");
   EXPECT_EQ(Start(false)->app.session.HeaderIncludeFile, Inits() + "default.txt");
   EXPECT_EQ(ReadFile(Inits() + "default.txt"), "// mine\n");
+
+  // Without the project (every run of a command that saves no settings) the templates there
+  // are kept and only the missing ones are written.
+  fs::remove(Inits() + "default.LCD");
+  fs::remove(Inits() + "default_DMD.txt");
+  Start(false);
+  EXPECT_EQ(ReadFile(Inits() + "default.txt"), "// mine\n");
+  EXPECT_EQ(ReadFile(Inits() + "default_Raw.txt"), "my raw template\n");
+  EXPECT_NE(ReadFile(Inits() + "default_DMD.txt").find(" FONTS"), std::string::npos);
 }
 
 TEST_F(Projects, NoTemplatesWithoutTheProgramsFolders) {
