@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/BatchCommand.h"
 #include "cli/ClutCommand.h"
 #include "cli/ControllersCommand.h"
 #include "cli/ConvertCommand.h"
@@ -51,6 +52,10 @@ int main(int argc, char** argv) {
       app.add_subcommand("project", "List, create, activate, rename, delete or show the projects");
   rmcli::AddProjectCommands(*projectCommand, project);
   CLI::App* controllersCommand = rmcli::AddControllersCommand(app);
+  rmcli::BatchOptions batch;
+  CLI::App* batchCommand = rmcli::AddBatchCommand(app, batch);
+  rmcli::BatchOptions grid;
+  CLI::App* gridCommand = rmcli::AddGridCommand(app, grid);
 
   try {
     app.parse(argc, argv);
@@ -64,5 +69,7 @@ int main(int argc, char** argv) {
   if (*settingsCommand) return rmcli::RunSettings(settings);
   if (*projectCommand) return rmcli::RunProject(project);
   if (*controllersCommand) return rmcli::RunControllers();
+  if (*batchCommand) return rmcli::RunBatchCommand(batch, InterruptFlag());
+  if (*gridCommand) return rmcli::RunGridCommand(grid);
   return 2;
 }
