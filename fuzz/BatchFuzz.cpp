@@ -24,7 +24,7 @@ class QuietUi : public rm::UiPort {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (size > 4096) return 0;
+  if (size > 1024) return 0;
   const std::string bytes(reinterpret_cast<const char*>(data), size);
   const std::size_t split = bytes.find('\0');
   rm::TextLines batch, target, report;

@@ -11,6 +11,9 @@ namespace rm {
 
 namespace {
 
+// No source line is this long; a larger position pads no further.
+constexpr long long kMaxPosition = 65536;
+
 bool WholeDecimal(const std::string& s, long long& value) {
   if (s.empty() || s.size() > 18) return false;
   for (std::size_t k = s[0] == '-' ? 1 : 0; k < s.size(); ++k)
@@ -73,6 +76,7 @@ void BatchRunner::InsertLine(long long at, std::string text) {
 // text (at least one blank is always added). Positions count from 1; a position before the first
 // character puts the text behind the padding.
 void BatchRunner::InsertAt(long long position, const std::string& text) {
+  position = std::clamp<long long>(position, -1, kMaxPosition);
   std::string& line = Line();
   const long long target = std::max<long long>(position + static_cast<long long>(text.size()),
                                                static_cast<long long>(line.size()));
@@ -84,6 +88,7 @@ void BatchRunner::InsertAt(long long position, const std::string& text) {
 }
 
 void BatchRunner::OverwriteAt(long long position, const std::string& text) {
+  position = std::clamp<long long>(position, -1, kMaxPosition);
   std::string& line = Line();
   const long long target = std::max<long long>(position + static_cast<long long>(text.size()),
                                                static_cast<long long>(line.size()));

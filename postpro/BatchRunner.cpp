@@ -11,7 +11,7 @@ namespace {
 
 // A "while" that never lets go of its line (its actions keep the match) would run for ever; the
 // repeats on one line stop here, with a word in the report.
-constexpr int kMaxRepeatsOnLine = 10000;
+constexpr int kMaxRepeatsOnLine = 1000;
 
 bool WholeNumber(const std::string& s, long long& value) {
   if (s.empty() || s.size() > 18) return false;

@@ -127,6 +127,7 @@ const BatchCase kBatchCases[] = {
     {"two adjacent conditions: the second goes", "if 'a'\nif 'b'\nthen insert (1)'!'", "a\nb\n", "!a  \nb\n", ""},
     {"a first then line goes", "then insert (1)'!'\nif 'a'\nthen remove 'a'", "a\n", "\n", ""},
     {"comment is not a keyword", "if 'a' // then delete line\nthen insert (1)'!'", "a\n", "!a  \n", ""},
+    {"a while that keeps its match stops", "while 'a'\nthen set flag", "a\n", "a\n", " Loop_Limit 1000"},
     {"two empty lines end the batch", "if 'a'\nthen remove 'a'\n\n\nif 'b'\nthen remove 'b'", "ab\n", "b\n", ""},
 };
 
