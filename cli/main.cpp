@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/BatchCommand.h"
 #include "cli/ClutCommand.h"
 #include "cli/ControllersCommand.h"
 #include "cli/ConvertCommand.h"
@@ -57,6 +58,10 @@ int main(int argc, char** argv) {
       "font",
       "Read a Font Script into the font job and write the job back; list the installed fonts or the Unicode blocks");
   rmcli::AddFontCommands(*fontCommand, font);
+  rmcli::BatchOptions batch;
+  CLI::App* batchCommand = rmcli::AddBatchCommand(app, batch);
+  rmcli::BatchOptions grid;
+  CLI::App* gridCommand = rmcli::AddGridCommand(app, grid);
 
   try {
     app.parse(argc, argv);
@@ -71,5 +76,7 @@ int main(int argc, char** argv) {
   if (*projectCommand) return rmcli::RunProject(project);
   if (*controllersCommand) return rmcli::RunControllers();
   if (*fontCommand) return rmcli::RunFont(font);
+  if (*batchCommand) return rmcli::RunBatchCommand(batch, InterruptFlag());
+  if (*gridCommand) return rmcli::RunGridCommand(grid);
   return 2;
 }

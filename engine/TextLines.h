@@ -9,6 +9,9 @@ namespace rm {
 class TextLines {
  public:
   void Add(std::string line) { lines_.push_back(std::move(line)); }
+  void Insert(std::size_t index, std::string line) {
+    lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(index), std::move(line));
+  }
   void Delete(std::size_t index) { lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(index)); }
   std::size_t Count() const { return lines_.size(); }
   void Clear() { lines_.clear(); }
