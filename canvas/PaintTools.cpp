@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <string>
 
 #include "canvas/TPixelForm.h"
 
@@ -13,6 +14,13 @@ void PaintTools::SelectTool(DrawingTool tool) {
   Armed = true;
   ui_.Status(std::string(ToolInfo(tool).status));
 }
+
+void PaintTools::SetPenWidth(int width) {
+  PenWidth = std::clamp(width, 1, 10);
+  ui_.Status("Pen width = " + std::to_string(PenWidth));
+}
+
+void PaintTools::SetCornerRadius(int radius) { CornerRadius = std::clamp(radius, 1, 10); }
 
 ShapeStyle PaintTools::Style() const {
   ShapeStyle s;

@@ -30,6 +30,10 @@ class PaintTools {
   Colour LeftButtonColor = kBlack;
   Colour RightButtonColor = kWhite;
 
+  // The pen menu's "Size = N" (1 to 10, shown as "Pen width = N") and "Corner Radius = N"
+  // (1 to 10); values beyond the menu are taken at its ends.
+  void SetPenWidth(int width);
+  void SetCornerRadius(int radius);
   // The tool's button: clears the drag and shows the tool's status text.
   void SelectTool(DrawingTool tool);
   void MouseDown(bool left, bool shift, int x, int y);

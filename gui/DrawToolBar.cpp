@@ -2,6 +2,8 @@
 
 #include <QAction>
 #include <QActionGroup>
+#include <QMenu>
+#include <QToolButton>
 
 #include "shell/Application.h"
 
@@ -58,6 +60,49 @@ DrawToolBar::DrawToolBar(rm::Application& app, QWidget* parent) : QToolBar("Draw
       emit toolChosen();
     });
   }
+  AddPenMenu();
+}
+
+void DrawToolBar::AddPenMenu() {
+  auto* menu = new QMenu("Pen", this);
+  menu->setObjectName("penMenu");
+  rm::PaintTools& tools = app_.pixelForm.Tools;
+  auto* sizes = new QActionGroup(menu);
+  for (int w = 1; w <= 10; ++w) {
+    QAction* a = menu->addAction(QString("Size = %1").arg(w));
+    a->setCheckable(true);
+    a->setChecked(w == tools.PenWidth);
+    sizes->addAction(a);
+    connect(a, &QAction::triggered, this, [&tools, w] { tools.SetPenWidth(w); });
+  }
+  menu->addSeparator();
+  auto* shapes = new QActionGroup(menu);
+  for (bool round : {false, true}) {
+    QAction* a = menu->addAction(round ? "Round shape" : "Square shape");
+    a->setCheckable(true);
+    a->setChecked(round == tools.RoundPen);
+    shapes->addAction(a);
+    connect(a, &QAction::triggered, this, [&tools, round] { tools.RoundPen = round; });
+  }
+  menu->addSeparator();
+  QMenu* radius = menu->addMenu(QString("Current corner Radius (%1)").arg(tools.CornerRadius));
+  auto* radii = new QActionGroup(radius);
+  for (int r = 1; r <= 10; ++r) {
+    QAction* a = radius->addAction(QString("Corner Radius = %1").arg(r));
+    a->setCheckable(true);
+    a->setChecked(r == tools.CornerRadius);
+    radii->addAction(a);
+    connect(a, &QAction::triggered, this, [&tools, radius, r] {
+      tools.SetCornerRadius(r);
+      radius->setTitle(QString("Current corner Radius (%1)").arg(r));
+    });
+  }
+  auto* button = new QToolButton(this);
+  button->setText("Pen");
+  button->setToolTip("Pen width, pen shape and the corner radius of rounded rectangles");
+  button->setMenu(menu);
+  button->setPopupMode(QToolButton::InstantPopup);
+  addWidget(button);
 }
 
 }  // namespace rmgui

@@ -19,6 +19,9 @@ class DrawToolBar : public QToolBar {
   void toolChosen();
 
  private:
+  // Pen width, pen shape and corner radius, as the pen menu's items.
+  void AddPenMenu();
+
   rm::Application& app_;
 };
 

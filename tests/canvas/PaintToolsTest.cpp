@@ -67,6 +67,16 @@ TEST(PaintTools, ArcsTakeThreeStepsAndFillsOneClick) {
   EXPECT_EQ(canvas.GetPixel(2, 4), rm::kBlack);
   EXPECT_EQ(canvas.GetPixel(2, 1), rm::kBlack);  // the arc is open below: its inside fills too
   EXPECT_EQ(canvas.GetPixel(0, 0), rm::kWhite);  // the corner the arc walls off
+
+  // A wider pen, with the menu's ends kept: a 3 pixel pen paints the block around the point.
+  tools.SetPenWidth(12);
+  EXPECT_EQ(p.ui.statuses.back(), "Pen width = 10");
+  tools.SetPenWidth(3);
+  tools.SelectTool(DrawingTool::Pen);
+  tools.MouseDown(false, false, 1, 1);  // the right button paints the right button's colour
+  tools.MouseUp(false, false, 1, 1);
+  EXPECT_EQ(canvas.GetPixel(0, 0), tools.RightButtonColor);
+  EXPECT_EQ(canvas.GetPixel(2, 2), tools.RightButtonColor);
 }
 
 }  // namespace
