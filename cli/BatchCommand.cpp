@@ -1,11 +1,15 @@
 #include "cli/BatchCommand.h"
 
 #include <CLI/CLI.hpp>
+#include <cstdio>
 
 #include "cli/StdoutCheck.h"
 #include "engine/TextLines.h"
 #include "shell/Application.h"
+#include "platform/PlatformImageCodecs.h"
 #include "shell/BatchJob.h"
+#include "shell/FolderBatchJob.h"
+#include "shell/GraphicBatchJob.h"
 #include "shell/ConsoleUi.h"
 
 namespace rmcli {
@@ -32,12 +36,59 @@ int Deliver(const JobOutcome& outcome, const std::string& output) {
   return 0;
 }
 
+// The files of the folder in name order: a line for each that failed (and, with -v, what the
+// program said), the progress on a terminal, a summary at the end.
+int RunFolder(const BatchOptions& o, const volatile std::sig_atomic_t& interrupted) {
+  if (!o.textFile.empty() || !o.output.empty() || !o.report.empty())
+    return Report(JobOutcome::Failed("batch --folder writes into the Output folder: no TEXTFILE, -o or --report", 2));
+  SystemClock clock;
+  PlatformImageCodecs codecs;
+  FolderBatchRequest request{o.batchFile, o.folder, o.extension, o.project, o.outputDir, o.jobs};
+  bool progressOpen = false;
+  const FolderBatchResult result =
+      RunBatchOverFolder(request, codecs, clock, &interrupted, [&](int done, int total, const FolderFileResult& f) {
+        if (!o.terminal) return;
+        std::fprintf(stderr, "\r[%d/%d] %s\033[K", done, total, f.name.c_str());
+        progressOpen = true;
+      });
+  if (progressOpen) std::fprintf(stderr, "\r\033[K");
+  if (!result.outcome.Done()) return Report(result.outcome);
+  int written = 0;
+  for (const FolderFileResult& f : result.files) {
+    written += static_cast<int>(f.outcome.filesWritten.size());
+    if (f.outcome.Done() && !o.verbose) continue;
+    if (!f.outcome.Done()) std::fprintf(stderr, "%s: failed: %s\n", f.name.c_str(), f.outcome.error.c_str());
+    for (const std::string& m : f.messages)
+      std::fprintf(stderr, "%s:   %s\n", f.name.c_str(), MessageForConsole(m).c_str());
+  }
+  const int total = static_cast<int>(result.files.size());
+  std::fprintf(stderr, "%d files: %d done, %d failed, %d files written%s\n", total, total - result.failed,
+               result.failed, written, result.interrupted ? "; interrupted, the rest not started" : "");
+  return result.failed > 0 || result.interrupted ? 1 : 0;
+}
+
 }  // namespace
 
 CLI::App* AddBatchCommand(CLI::App& app, BatchOptions& o) {
-  CLI::App* c = app.add_subcommand("batch", "Run a text batch (.SPP) over a text file");
-  c->add_option("BATCH", o.batchFile, "The batch file")->required();
-  c->add_option("TEXTFILE", o.textFile, "The text to rewrite")->required()->check(CLI::ExistingFile);
+  CLI::App* c = app.add_subcommand(
+      "batch", "Run a batch (.SPP) over a text file, or a graphic batch (.SIP, .SPP) over a picture or a folder");
+  c->add_option("BATCH", o.batchFile,
+                "The batch file; without an extension BATCH.sip, then BATCH.spp, here or in the Batch folder")
+      ->required();
+  auto* text = c->add_option("TEXTFILE", o.textFile, "The text to rewrite")->check(CLI::ExistingFile);
+  auto* graphic = c->add_option("--graphic", o.graphic,
+                                "The picture the batch's 'load graphic' loads; its data file goes to the Output "
+                                "folder under the picture's name");
+  auto* folder = c->add_option("--folder", o.folder, "Run the graphic batch on every picture of this folder");
+  text->excludes(graphic)->excludes(folder);
+  graphic->excludes(folder);
+  c->add_option("--ext", o.extension, "With --folder: the pictures taken (default: the project's, .bmp)")
+      ->needs(folder);
+  c->add_option("-j,--jobs", o.jobs, "With --folder: pictures converted at once (default: one per processor)")
+      ->check(CLI::Range(1, 256))
+      ->needs(folder);
+  c->add_option("--output-dir", o.outputDir,
+                "The folder the batch writes into, instead of the project's Output folder");
   c->add_option("--report", o.report, "Write the batch report to this file");
   AddCommon(*c, o);
   return c;
@@ -54,11 +105,19 @@ CLI::App* AddGridCommand(CLI::App& app, BatchOptions& o) {
 }
 
 int RunBatchCommand(const BatchOptions& o, const volatile std::sig_atomic_t& interrupted) {
+  if (!o.folder.empty()) return RunFolder(o, interrupted);
+  if (o.graphic.empty() && o.textFile.empty())
+    return Report(JobOutcome::Failed("batch: give a TEXTFILE, --graphic PICTURE or --folder DIR", 2));
+  if (!o.textFile.empty() && !o.outputDir.empty())
+    return Report(JobOutcome::Failed("batch: --output-dir goes with --graphic or --folder", 2));
   ConsoleUi ui(stderr, &interrupted);
   ui.SetVerbose(o.verbose);
   SystemClock clock;
   Application app(ui, clock);
-  const JobOutcome outcome = RunTextBatch(app, {o.batchFile, o.textFile, o.project});
+  PlatformImageCodecs codecs;
+  app.codecs = &codecs;
+  const JobOutcome outcome = o.graphic.empty() ? RunTextBatch(app, {o.batchFile, o.textFile, o.project})
+                                               : RunGraphicBatch(app, {o.batchFile, o.graphic, o.project, o.outputDir});
   if (!o.report.empty() && outcome.status != 2) {
     std::string error;
     if (!WriteFileAtomically(o.report, app.reportText.Text(), &error))

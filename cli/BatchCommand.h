@@ -16,13 +16,22 @@ struct BatchOptions {
   bool verbose = false;
   // grid run
   bool single = false;
+  // A graphic batch: on one picture, or on the pictures of a folder.
+  std::string graphic;
+  std::string folder;
+  std::string extension;
+  int jobs = 0;
+  std::string outputDir;
+  bool terminal = false;  // stderr is a terminal: show the progress of a folder run
 };
 
 // rastermill batch BATCH.SPP TEXTFILE [-o OUT] [--report FILE]
+// rastermill batch BATCH[.SIP|.SPP] --graphic PICTURE [-o OUT] [--output-dir DIR]
+// rastermill batch BATCH --folder DIR [--ext .png] [-j N] [--output-dir DIR]
 CLI::App* AddBatchCommand(CLI::App& app, BatchOptions& options);
 // rastermill grid run TEXTFILE [--project F] [--single] [-o OUT]
 CLI::App* AddGridCommand(CLI::App& app, BatchOptions& options);
-// Exit status: 0 done; 1 refused or not written.
+// Exit status: 0 done; 1 refused or not written, or a file of a folder failed; 2 a usage error.
 int RunBatchCommand(const BatchOptions& options, const volatile std::sig_atomic_t& interrupted);
 int RunGridCommand(const BatchOptions& options);
 

@@ -76,6 +76,7 @@ int main(int argc, char** argv) {
   if (*projectCommand) return rmcli::RunProject(project);
   if (*controllersCommand) return rmcli::RunControllers();
   if (*fontCommand) return rmcli::RunFont(font);
+  batch.terminal = isatty(fileno(stderr)) != 0;
   if (*batchCommand) return rmcli::RunBatchCommand(batch, InterruptFlag());
   if (*gridCommand) return rmcli::RunGridCommand(grid);
   return 2;

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cctype>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -141,7 +142,12 @@ std::string BatchRunner::LoadAndInsert(const std::string& name) {
   }
   TextLines loaded;
   std::error_code ec;
-  if (!std::filesystem::is_regular_file(path, ec) || !loaded.LoadFromFile(path)) return "";
+  if (!std::filesystem::is_regular_file(path, ec)) return "";
+  // A text is a few hundred kilobytes; a file past this is not one a batch means to paste.
+  constexpr std::uintmax_t kMaxInsertBytes = 16u << 20;
+  if (const std::uintmax_t size = std::filesystem::file_size(path, ec); ec || size > kMaxInsertBytes)
+    return "  >> refused: " + path + " is larger than " + std::to_string(kMaxInsertBytes >> 20) + " MiB";
+  if (!loaded.LoadFromFile(path)) return "";
   if (cursor_ < 0) cursor_ = 0;
   for (std::size_t i = loaded.Count(); i-- > 0;) InsertLine(cursor_, loaded[i]);
   passEnded_ = true;

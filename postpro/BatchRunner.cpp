@@ -1,5 +1,6 @@
 #include "postpro/BatchRunner.h"
 
+#include <algorithm>
 #include <cctype>
 #include <filesystem>
 
@@ -102,6 +103,16 @@ void BatchRunner::RunBlock(const CompiledBlock& block) {
   bool setupsDone = false;
   int repeats = 0;
   ui_.Progress(0, static_cast<long long>(target_.Count()));
+  // A block that drives the canvas runs its setups before the pass, also over an empty text (a
+  // graphic batch starts with none): its conversion makes the text the rest of the block reads.
+  if (graphic && std::any_of(block.SetupKeys.begin(), block.SetupKeys.end(), IsGraphicCommand)) {
+    RunSetups(block);
+    setupsDone = true;
+    const bool conditions = std::any_of(block.CondKeys.begin(), block.CondKeys.end(),
+                                        [](const std::string& key) { return key != "none"; });
+    // Made of setups only, the block ends when they are spent.
+    if (!conditions && block.ActionKeys.empty()) return;
+  }
   for (bool again = false; !passEnded_;) {
     if (!again) ++cursor_;
     if (cursor_ < 0 || cursor_ >= static_cast<long long>(target_.Count())) break;
@@ -133,6 +144,7 @@ void BatchRunner::RunSetups(const CompiledBlock& block) {
     if (key == "none") continue;
     const std::string& text = block.SetupStrings[i];
     std::string line = "Batch task : " + key + " " + block.SetupNumbers[i] + " " + text;
+    bool failed = false;
     if (key == "search from end") {
       searchForward_ = false;
     } else if (key == "search from begin") {
@@ -147,11 +159,42 @@ void BatchRunner::RunSetups(const CompiledBlock& block) {
     } else if (key == "set hex suffix") {
       hex_.suffix = text;
       line += "  >> " + text;
-    } else if (key == "load graphic" || key == "convert graphic" || key == "overwrite data file") {
-      line += "  >> a graphic batch command: not run on a text";
+    } else if (IsGraphicCommand(key)) {
+      failed = RunGraphicSetup(key, text, line);
     }
-    if (!reportOff) Report(line);
+    // A failure of the canvas stands in the report also when the report is off.
+    if (!reportOff || failed) Report(line);
+    for (std::string& l : extraReport_) Report(std::move(l));
+    extraReport_.clear();
   }
+}
+
+bool BatchRunner::RunGraphicSetup(const std::string& key, const std::string& text, std::string& line) {
+  if (!graphic) {
+    line += "  >> a graphic batch command: not run on a text";
+    return false;
+  }
+  std::vector<std::string> more;
+  std::string words;
+  if (key == "load graphic") {
+    more = graphic->LoadGraphic(text);
+    if (!more.empty()) {
+      words = more.front();
+      more.erase(more.begin());
+    }
+  } else if (key == "convert graphic") {
+    words = graphic->ConvertGraphic();
+    ui_.Progress(0, static_cast<long long>(target_.Count()));
+    ++result_.occurrences;
+  } else {
+    words = graphic->OverwriteDataFile();
+  }
+  line += words;
+  if (!reportOff)
+    for (std::string& l : more) extraReport_.push_back(std::move(l));
+  const bool failed = words.find("ERROR") != std::string::npos || words.find("Error") != std::string::npos;
+  if (failed) result_.graphicFailures.push_back(key + " " + text + words);
+  return failed;
 }
 
 void BatchRunner::RunConditions(const CompiledBlock& block) {

@@ -8,6 +8,7 @@
 #include "engine/UiPort.h"
 #include "postpro/BatchFolders.h"
 #include "postpro/BatchParser.h"
+#include "postpro/GraphicBatch.h"
 #include "postpro/HexValue.h"
 
 namespace rm {
@@ -31,6 +32,7 @@ struct BatchRunResult {
   int occurrences = 0;
   std::vector<std::string> filesWritten;
   std::vector<std::string> refused;  // files the batch named outside its folder
+  std::vector<std::string> graphicFailures;  // graphic commands that failed, with their words
 };
 
 // The interpreter of text batches: rewrites `target` (the main editor's lines) in place, block by
@@ -42,6 +44,8 @@ class BatchRunner {
 
   bool reportOff = false;  // BatchReportOff: only the failures of the run are reported
   std::time_t now = 0;     // for the report's head
+  // The canvas the graphic commands drive; none in a text batch.
+  GraphicBatchPort* graphic = nullptr;
 
   // Chooses and loads the batch file, then runs it; messages for a missing batch.
   BatchRunResult RunBatch(const BatchSource& source);
@@ -52,6 +56,8 @@ class BatchRunner {
   void StartRun(const std::string& title);
   void RunBlock(const CompiledBlock& block);
   void RunSetups(const CompiledBlock& block);
+  // Runs a command of the canvas; true when it failed.
+  bool RunGraphicSetup(const std::string& key, const std::string& text, std::string& line);
   void RunConditions(const CompiledBlock& block);
   void RunActions(const CompiledBlock& block);
   bool RunCondition(const std::string& key, const std::string& number, const std::string& text, std::string& words);
@@ -95,6 +101,7 @@ class BatchRunner {
   int hexLoopIndex_ = 0;
   bool passEnded_ = false;  // a file was loaded into the text: the block's pass is over
   bool abort_ = false;
+  std::vector<std::string> extraReport_;  // lines a graphic command adds below its own
 };
 
 }  // namespace rm

@@ -249,6 +249,13 @@ JobOutcome LoadPicture(Application& app, const ConvertRequest& r) {
 
 }  // namespace
 
+JobOutcome LoadPictureToCanvas(Application& app, const ConvertRequest& request) {
+  ConvertRequest r = request;
+  if (JobOutcome resolved = ResolveController(app, r); !resolved.Done()) return resolved;
+  if (JobOutcome loaded = LoadPicture(app, r); !loaded.Done()) return loaded;
+  return ApplyHardware(app, r);
+}
+
 JobOutcome Convert(Application& app, const ConvertRequest& request, const ConvertPrinter& print) {
   ConvertRequest r = request;
   if (JobOutcome resolved = ResolveController(app, r); !resolved.Done()) return resolved;

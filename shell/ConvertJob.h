@@ -85,6 +85,10 @@ using ConvertPrinter = std::function<bool(const std::string& data, std::string& 
 // are saved only once the output is whole.
 JobOutcome Convert(Application& app, const ConvertRequest& request, const ConvertPrinter& print = {});
 
+// The first half of a conversion of a picture: the project opened, the picture imported on the
+// canvas as `Convert` would import it. A batch then converts the canvas as it stands.
+JobOutcome LoadPictureToCanvas(Application& app, const ConvertRequest& request);
+
 // The command line's user interface for `request`: its answers, and the questions the request
 // answers by itself (an export area is meant to be exported).
 void PrepareConsole(ConsoleUi& ui, const ConvertRequest& request);

@@ -343,7 +343,7 @@ constexpr CatalogueKey kCatalogue[] = {
     {"S14", "vecp14p", 's', "GLCD.ClearScr"}, {"S14", "vecgop", 's', "GLCD.GotoXY"},
     {"S15", "chk", 's', "check", {}, "unread"},
     // [S16] batch and prefix strings
-    {"S16", "mgpf", 's', "- define your batch source folder here-"}, {"S16", "mgex", 's', ".bmp"},
+    {"S16", "mgpf", 's', "- define your batch source folder here-"}, {keys::mgex, 's', ".bmp"},
     {"S16", "gpfn", 's', "< No batch file selected >"}, {"S16", "pgppf", '?', ""},
     {keys::bfpa, '?', "", &Globals::BatchRole}, {"S16", "impr", 's', "0x"}, {"S16", "adpr", 's', "0x"},
     // [I16] graphic batch and list column numbers
