@@ -104,6 +104,9 @@ void AddConvertOptions(CLI::App& c, ConvertOptions& options) {
       ->excludes(size);
   c.add_flag("--no-info", o.noInfo, "With -o FILE, do not write the parameter file (FILE's name with .rtf) beside it");
 
+  c.add_option("--postpro", o.postpro,
+               "Rewrite the output text by this batch (.SPP) before it is written; the files the batch saves go "
+               "to the project's Output folder");
   AddHardwareOptions(c, o);
 }
 

@@ -23,25 +23,46 @@ JobOutcome LoadText(Application& app, const std::string& project, const std::str
   return {};
 }
 
-}  // namespace
-
-JobOutcome RunTextBatch(Application& app, const BatchRequest& r) {
-  if (JobOutcome loaded = LoadText(app, r.project, r.textFile); !loaded.Done()) return loaded;
+// Runs the batch over the main text and says how it went in the words of `done` (the count
+// follows them) under `title`.
+JobOutcome RunOverMainText(Application& app, const std::string& batchFile, const std::string& done,
+                           const std::string& title, int& occurrences) {
   BatchMemory memory;
   BatchRunner runner(app.mainText, app.reportText, app.ui, BatchFolders{app.globals.OutputRole}, memory);
   runner.now = app.clock.Now();
-  const fs::path batch(r.batchFile);
+  const fs::path batch(batchFile);
   const BatchRunResult result = runner.RunBatch({batch.parent_path().generic_string(), batch.filename().string()});
   if (!result.ran) return JobOutcome::Failed("", 1);
   for (const std::string& name : result.refused)
     app.ui.Notice("Batch file refused, it lies outside the Output folder " + app.globals.OutputRole + ": " + name);
   if (result.aborted) return JobOutcome::Failed("the batch was stopped; the text was not written");
-  app.ui.MessageDlg(
-      " Source file Processing done !\r " + std::to_string(result.occurrences) + " successful occurences found",
-      "Processing information", DlgType::Information, {"OK"});
-  JobOutcome done;
-  done.output = app.mainText.Text();
-  done.filesWritten = result.filesWritten;
+  occurrences = result.occurrences;
+  app.ui.MessageDlg(done + std::to_string(result.occurrences) + " successful occurences found", title,
+                    DlgType::Information, {"OK"});
+  JobOutcome outcome;
+  outcome.filesWritten = result.filesWritten;
+  return outcome;
+}
+
+}  // namespace
+
+JobOutcome RunTextBatch(Application& app, const BatchRequest& r) {
+  if (JobOutcome loaded = LoadText(app, r.project, r.textFile); !loaded.Done()) return loaded;
+  int occurrences = 0;
+  JobOutcome done =
+      RunOverMainText(app, r.batchFile, " Source file Processing done !\r ", "Processing information", occurrences);
+  if (done.Done()) done.output = app.mainText.Text();
+  return done;
+}
+
+JobOutcome PostprocessText(Application& app, const std::string& batchFile) {
+  int occurrences = 0;
+  JobOutcome done =
+      RunOverMainText(app, batchFile, " Text Postprocessing done !\r ", " Processing information", occurrences);
+  if (done.Done()) {
+    app.globals.PostProcessingFile = fs::path(batchFile).filename().string();
+    app.globals.PostProcessingCount = occurrences;
+  }
   return done;
 }
 

@@ -20,6 +20,11 @@ struct BatchRequest {
 // refused with the program's own message (status 1, no reason).
 JobOutcome RunTextBatch(Application& app, const BatchRequest& request);
 
+// The post-processing of a conversion: the batch (a path, found already) rewrites the main text
+// in place, and the parameter file hears of it. The files the batch wrote are listed; a batch
+// stopped by Esc is a failure.
+JobOutcome PostprocessText(Application& app, const std::string& batchFile);
+
 // The search and replace grid the project keeps, run over a text file.
 struct GridRequest {
   std::string textFile;

@@ -11,9 +11,11 @@
 #include "engine/Reduction.h"
 #include "engine/TextLines.h"
 #include "shell/Application.h"
+#include "shell/BatchJob.h"
 #include "shell/CommandNames.h"
 #include "shell/ConsoleUi.h"
 #include "shell/ControllerSetup.h"
+#include "shell/GraphicBatchJob.h"
 #include "shell/ProjectContext.h"
 
 namespace rm {
@@ -275,6 +277,12 @@ JobOutcome Convert(Application& app, const ConvertRequest& request, const Conver
   if (JobOutcome options = ApplyDataOptions(app, r, hexOffset); !options.Done()) return options;
 
   ConversionSession& s = app.session;
+  std::string postproBatch;
+  if (!r.postpro.empty()) {
+    postproBatch = FindBatchFile(r.postpro, app.globals.BatchRole);
+    if (postproBatch.empty()) return JobOutcome::Failed(r.postpro + ": " + kBatchNotFound);
+    s.PostProcessing = true;
+  }
   // Nothing goes into the project's Output files folder on its own (the desktop saves a finished
   // table there): only what the target says is written. The closing comment names the parameter
   // file only where one is written: beside a regular file.
@@ -290,6 +298,12 @@ JobOutcome Convert(Application& app, const ConvertRequest& request, const Conver
   s.OutputFolder = projectOutputFolder;  // a project saved with the settings keeps its own
 
   JobOutcome outcome;
+  // The batch rewrites the text; a binary output has none.
+  if (!postproBatch.empty() && s.Output != OutputKind::BinaryFile) {
+    JobOutcome post = PostprocessText(app, postproBatch);
+    if (!post.Done()) return post;
+    outcome.filesWritten = post.filesWritten;
+  }
   // Binary output is the hex editor's bytes; Intel HEX records stand in the main text like any
   // other output text.
   if (s.Output == OutputKind::BinaryFile) {

@@ -66,6 +66,7 @@ struct ConvertRequest {
   ConvertTarget target = ConvertTarget::StandardOutput;
   std::string outputFile;  // for ConvertTarget::File
   bool noInfo = false;     // no parameter file beside the output file
+  std::string postpro;     // a text batch (.SPP) that rewrites the output text before it goes out
 
   // The user's answers to the program's questions, in the order they come.
   bool yes = false;
