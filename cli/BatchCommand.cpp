@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <iostream>
 
 #include "cli/StdoutCheck.h"
 #include "engine/TextLines.h"
@@ -10,6 +11,7 @@
 #include "shell/BatchJob.h"
 #include "shell/FolderBatchJob.h"
 #include "shell/GraphicBatchJob.h"
+#include "shell/ConsoleSession.h"
 #include "shell/ConsoleUi.h"
 
 namespace rmcli {
@@ -108,15 +110,13 @@ int RunBatchCommand(const BatchOptions& o, const volatile std::sig_atomic_t& int
   if (!o.folder.empty()) return RunFolder(o, interrupted);
   if (o.graphic.empty() && o.textFile.empty())
     return Report(JobOutcome::Failed("batch: give a TEXTFILE, --graphic PICTURE or --folder DIR", 2));
-  if (!o.textFile.empty() && !o.outputDir.empty())
-    return Report(JobOutcome::Failed("batch: --output-dir goes with --graphic or --folder", 2));
   ConsoleUi ui(stderr, &interrupted);
   ui.SetVerbose(o.verbose);
   SystemClock clock;
   Application app(ui, clock);
   PlatformImageCodecs codecs;
   app.codecs = &codecs;
-  const JobOutcome outcome = o.graphic.empty() ? RunTextBatch(app, {o.batchFile, o.textFile, o.project})
+  const JobOutcome outcome = o.graphic.empty() ? RunTextBatch(app, {o.batchFile, o.textFile, o.project, o.outputDir})
                                                : RunGraphicBatch(app, {o.batchFile, o.graphic, o.project, o.outputDir});
   if (!o.report.empty() && outcome.status != 2) {
     std::string error;
@@ -132,6 +132,25 @@ int RunGridCommand(const BatchOptions& o) {
   SystemClock clock;
   Application app(ui, clock);
   return Deliver(RunSearchReplaceGrid(app, {o.textFile, o.project, o.single}), o.output);
+}
+
+CLI::App* AddConsoleCommand(CLI::App& app, BatchOptions& o) {
+  CLI::App* c = app.add_subcommand(
+      "console", "A text session: lines \"RASTERMILL BATCH FILE\" run a batch on a file, \"?\" helps, \"EXIT\" ends");
+  c->add_option("--project", o.project, "Read the settings of this project file instead of the active project")
+      ->check(CLI::ExistingFile);
+  c->add_option("--output-dir", o.outputDir,
+                "The folder the batches write into, instead of the project's Output folder");
+  c->add_flag("-v,--verbose", o.verbose, "Print every step of the log");
+  return c;
+}
+
+int RunConsoleCommand(const BatchOptions& o, const volatile std::sig_atomic_t& interrupted) {
+  ConsoleUi ui(stderr, &interrupted);
+  ui.SetVerbose(o.verbose);
+  SystemClock clock;
+  PlatformImageCodecs codecs;
+  return RunConsoleSession(std::cin, std::cout, ui, clock, codecs, {o.project, o.outputDir}) == 0 ? 0 : 1;
 }
 
 }  // namespace rmcli

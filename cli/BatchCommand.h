@@ -34,5 +34,9 @@ CLI::App* AddGridCommand(CLI::App& app, BatchOptions& options);
 // Exit status: 0 done; 1 refused or not written, or a file of a folder failed; 2 a usage error.
 int RunBatchCommand(const BatchOptions& options, const volatile std::sig_atomic_t& interrupted);
 int RunGridCommand(const BatchOptions& options);
+// rastermill console [--project F] [--output-dir DIR]: the console session on stdin and stdout.
+// Exit status: 0 when every run of the session went well, 1 otherwise.
+CLI::App* AddConsoleCommand(CLI::App& app, BatchOptions& options);
+int RunConsoleCommand(const BatchOptions& options, const volatile std::sig_atomic_t& interrupted);
 
 }  // namespace rmcli

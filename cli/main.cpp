@@ -62,6 +62,8 @@ int main(int argc, char** argv) {
   CLI::App* batchCommand = rmcli::AddBatchCommand(app, batch);
   rmcli::BatchOptions grid;
   CLI::App* gridCommand = rmcli::AddGridCommand(app, grid);
+  rmcli::BatchOptions console;
+  CLI::App* consoleCommand = rmcli::AddConsoleCommand(app, console);
 
   try {
     app.parse(argc, argv);
@@ -79,5 +81,6 @@ int main(int argc, char** argv) {
   batch.terminal = isatty(fileno(stderr)) != 0;
   if (*batchCommand) return rmcli::RunBatchCommand(batch, InterruptFlag());
   if (*gridCommand) return rmcli::RunGridCommand(grid);
+  if (*consoleCommand) return rmcli::RunConsoleCommand(console, InterruptFlag());
   return 2;
 }

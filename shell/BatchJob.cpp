@@ -26,15 +26,16 @@ JobOutcome LoadText(Application& app, const std::string& project, const std::str
 // Runs the batch over the main text and says how it went in the words of `done` (the count
 // follows them) under `title`.
 JobOutcome RunOverMainText(Application& app, const std::string& batchFile, const std::string& done,
-                           const std::string& title, int& occurrences) {
+                           const std::string& title, int& occurrences, const std::string& outputDir = "") {
+  const std::string output = outputDir.empty() ? app.globals.OutputRole : outputDir;
   BatchMemory memory;
-  BatchRunner runner(app.mainText, app.reportText, app.ui, BatchFolders{app.globals.OutputRole}, memory);
+  BatchRunner runner(app.mainText, app.reportText, app.ui, BatchFolders{output}, memory);
   runner.now = app.clock.Now();
   const fs::path batch(batchFile);
   const BatchRunResult result = runner.RunBatch({batch.parent_path().generic_string(), batch.filename().string()});
   if (!result.ran) return JobOutcome::Failed("", 1);
   for (const std::string& name : result.refused)
-    app.ui.Notice("Batch file refused, it lies outside the Output folder " + app.globals.OutputRole + ": " + name);
+    app.ui.Notice("Batch file refused, it lies outside the Output folder " + output + ": " + name);
   if (result.aborted) return JobOutcome::Failed("the batch was stopped; the text was not written");
   occurrences = result.occurrences;
   app.ui.MessageDlg(done + std::to_string(result.occurrences) + " successful occurences found", title,
@@ -49,8 +50,8 @@ JobOutcome RunOverMainText(Application& app, const std::string& batchFile, const
 JobOutcome RunTextBatch(Application& app, const BatchRequest& r) {
   if (JobOutcome loaded = LoadText(app, r.project, r.textFile); !loaded.Done()) return loaded;
   int occurrences = 0;
-  JobOutcome done =
-      RunOverMainText(app, r.batchFile, " Source file Processing done !\r ", "Processing information", occurrences);
+  JobOutcome done = RunOverMainText(app, r.batchFile, " Source file Processing done !\r ", "Processing information",
+                                    occurrences, r.outputDir);
   if (done.Done()) done.output = app.mainText.Text();
   return done;
 }

@@ -15,6 +15,7 @@ struct BatchRequest {
   std::string batchFile;  // the .SPP file
   std::string textFile;   // the text to rewrite
   std::string project;    // another project file than the active one
+  std::string outputDir;  // the Output folder of this run; empty: the project's
 };
 // The output is the rewritten text; the files the batch wrote are listed. A missing batch is
 // refused with the program's own message (status 1, no reason).
