@@ -81,10 +81,14 @@ CLI::App* AddBatchCommand(CLI::App& app, BatchOptions& o) {
   auto* graphic = c->add_option("--graphic", o.graphic,
                                 "The picture the batch's 'load graphic' loads; its data file goes to the Output "
                                 "folder under the picture's name");
-  auto* folder = c->add_option("--folder", o.folder, "Run the graphic batch on every picture of this folder");
+  auto* folder =
+      c->add_option("--folder", o.folder,
+                    "Run the batch on every file of this folder: on pictures when it drives the canvas, else on texts "
+                    "(each rewritten text goes to the Output folder under its name)");
   text->excludes(graphic)->excludes(folder);
   graphic->excludes(folder);
-  c->add_option("--ext", o.extension, "With --folder: the pictures taken (default: the project's, .bmp)")
+  c->add_option("--ext", o.extension,
+                "With --folder: the files taken (default: the project's, .bmp for pictures, .txt for texts)")
       ->needs(folder);
   c->add_option("-j,--jobs", o.jobs, "With --folder: pictures converted at once (default: one per processor)")
       ->check(CLI::Range(1, 256))

@@ -1,14 +1,11 @@
 #include "shell/ConsoleSession.h"
 
-#include <algorithm>
 #include <cctype>
 #include <filesystem>
 #include <istream>
 #include <ostream>
 
 #include "engine/Clock.h"
-#include "postpro/BatchParser.h"
-#include "postpro/GraphicBatch.h"
 #include "shell/Application.h"
 #include "shell/BatchJob.h"
 #include "shell/GraphicBatchJob.h"
@@ -29,17 +26,6 @@ void Help(std::ostream& out) {
 std::string Upper(std::string s) {
   for (char& c : s) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
   return s;
-}
-
-bool DrivesCanvas(const std::string& batchFile) {
-  TextLines lines;
-  if (!lines.LoadFromFile(batchFile)) return false;
-  CompiledBlock block;
-  return std::any_of(lines.Lines().begin(), lines.Lines().end(), [&](const std::string& line) {
-    block.Clear();
-    ParseBatchLine(line, ParsePass::Condition, block);
-    return std::any_of(block.SetupKeys.begin(), block.SetupKeys.end(), IsGraphicCommand);
-  });
 }
 
 // One "RASTERMILL <batch> <file>" line; false when it failed.
@@ -68,7 +54,7 @@ bool RunLine(const std::string& batchName, const std::string& fileName, std::ost
   }
   out << "Processing... \n" << std::flush;
   JobOutcome outcome;
-  if (DrivesCanvas(batch)) {
+  if (BatchDrivesCanvas(batch)) {
     outcome = RunGraphicBatch(app, {batch, file, r.project, r.outputDir});
   } else {
     outcome = RunTextBatch(app, {batch, file, r.project, r.outputDir});

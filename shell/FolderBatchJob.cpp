@@ -9,7 +9,10 @@
 
 #include "engine/Clock.h"
 #include "engine/ImageCodecs.h"
+#include "engine/OutputNaming.h"
+#include "postpro/BatchFolders.h"
 #include "shell/Application.h"
+#include "shell/BatchJob.h"
 #include "shell/GraphicBatchJob.h"
 #include "shell/ProjectContext.h"
 #include "shell/SettingsTableKeys.h"
@@ -82,12 +85,30 @@ std::string Lower(std::string s) {
   return s;
 }
 
+// A text batch over one text of the folder: the text rewritten goes to the output folder under
+// its own name.
+JobOutcome RewriteText(Application& app, const FolderBatchRequest& r, const std::string& path,
+                       const std::string& output) {
+  JobOutcome done = RunTextBatch(app, {r.batchFile, path, r.project, r.outputDir});
+  if (!done.Done()) return done;
+  const std::string target = PathInFolder(output, FileNamePart(path));
+  std::string error;
+  std::error_code ec;
+  fs::create_directories(output, ec);
+  if (target.empty() || !WriteFileAtomically(target, done.output, &error))
+    return JobOutcome::Failed(output + "/" + FileNamePart(path) + ": not written " + error);
+  done.filesWritten.push_back(target);
+  return done;
+}
+
 }  // namespace
 
 FolderBatchResult RunBatchOverFolder(const FolderBatchRequest& r, ImageCodecs& codecs, Clock& clock,
                                      const volatile std::sig_atomic_t* interrupted, const FolderProgress& progress) {
   FolderBatchResult result;
   std::string extension = r.extension;
+  bool graphic = true;
+  std::string output = r.outputDir;
   {
     // The batch and the extension as the project has them, checked once for every file.
     std::vector<std::string> said;
@@ -98,11 +119,14 @@ FolderBatchResult RunBatchOverFolder(const FolderBatchRequest& r, ImageCodecs& c
       result.outcome = JobOutcome::Failed(error);
       return result;
     }
-    if (FindBatchFile(r.batchFile, app.globals.BatchRole).empty()) {
+    const std::string batch = FindBatchFile(r.batchFile, app.globals.BatchRole);
+    if (batch.empty()) {
       result.outcome = JobOutcome::Failed(kBatchNotFound);
       return result;
     }
-    if (extension.empty()) extension = GetSetting(app, *FindSetting(keys::mgex));
+    graphic = BatchDrivesCanvas(batch);
+    if (extension.empty()) extension = GetSetting(app, *FindSetting(graphic ? keys::mgex : keys::mext));
+    if (output.empty()) output = app.globals.OutputRole;
   }
   if (!extension.empty() && extension.front() != '.') extension.insert(extension.begin(), '.');
   std::error_code ec;
@@ -136,8 +160,9 @@ FolderBatchResult RunBatchOverFolder(const FolderBatchRequest& r, ImageCodecs& c
         Application app(ui, clock);
         app.codecs = &serial;
         app.globals.ConsoleMode = true;
-        file.outcome = RunGraphicBatch(
-            app, {r.batchFile, (fs::path(r.folder) / names[i]).generic_string(), r.project, r.outputDir});
+        const std::string path = (fs::path(r.folder) / names[i]).generic_string();
+        file.outcome = graphic ? RunGraphicBatch(app, {r.batchFile, path, r.project, r.outputDir})
+                               : RewriteText(app, r, path, output);
       }
       std::lock_guard lock(doneMutex);
       ran[i] = true;

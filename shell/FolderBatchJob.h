@@ -11,12 +11,15 @@ namespace rm {
 class Clock;
 class ImageCodecs;
 
-// One batch run over every picture of a folder, each as `RunGraphicBatch` runs it on one
-// picture: the same files come out whether the pictures go one by one or side by side.
+// One batch run over every file of a folder, each as `RunGraphicBatch` runs it on one picture
+// (a batch that drives the canvas), or as `RunTextBatch` runs it on one text, whose rewritten
+// text goes to the output folder under its own name: the same files come out whether the files
+// go one by one or side by side.
 struct FolderBatchRequest {
   std::string batchFile;
   std::string folder;
-  std::string extension;  // ".png": the files taken, compared without case; empty: the project's (mgex)
+  std::string extension;  // ".png": the files taken, compared without case; empty: the project's
+                          // (mgex for pictures, mext for texts)
   std::string project;
   std::string outputDir;  // empty: the project's Output folder
   int jobs = 0;           // pictures converted at once; 0: one per processor

@@ -1,5 +1,6 @@
 #include "shell/GraphicBatchJob.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <unordered_set>
 
@@ -99,6 +100,17 @@ std::string FindBatchFile(const std::string& name, const std::string& batchFolde
       return (fs::path(batchFolder) / n).generic_string();
   }
   return "";
+}
+
+bool BatchDrivesCanvas(const std::string& batchFile) {
+  TextLines lines;
+  if (!lines.LoadFromFile(batchFile)) return false;
+  CompiledBlock block;
+  return std::any_of(lines.Lines().begin(), lines.Lines().end(), [&](const std::string& line) {
+    block.Clear();
+    ParseBatchLine(line, ParsePass::Condition, block);
+    return std::any_of(block.SetupKeys.begin(), block.SetupKeys.end(), IsGraphicCommand);
+  });
 }
 
 JobOutcome RunGraphicBatch(Application& app, const GraphicBatchRequest& r) {

@@ -30,6 +30,9 @@ JobOutcome RunGraphicBatch(Application& app, const GraphicBatchRequest& request)
 // none exists.
 std::string FindBatchFile(const std::string& name, const std::string& batchFolder);
 
+// True when the batch holds a command that drives the canvas: a graphic batch, run on pictures.
+bool BatchDrivesCanvas(const std::string& batchFile);
+
 // The words the console and the command line say when a batch or its file is missing.
 inline constexpr const char* kBatchNotFound = "Processing File not found !";
 inline constexpr const char* kPictureNotFound = "Specified File not found !";

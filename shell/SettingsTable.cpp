@@ -326,7 +326,7 @@ constexpr CatalogueKey kCatalogue[] = {
     {"B9", "adfd", 'b', "0"}, {"B9", "imfd", 'b', "0"}, {"B9", "asfd", 'b', "0"}, {"B9", "ffp1", 'b', "0"},
     {"B9", "ffp2", 'b', "0"}, {"B9", "ffp3", 'b', "0"}, {"B9", "dowi", 'b', "0"},
     // [S14] vector library syntax
-    {"S14", "mpfo", '?', ""}, {"S14", "mext", 's', ".txt"}, {"S14", "grxt", 's', ".BMP"},
+    {"S14", "mpfo", '?', ""}, {keys::mext, 's', ".txt"}, {"S14", "grxt", 's', ".BMP"},
     {keys::cprx, '?', "", &DataSyntax::PointerPrefix, "len:6"}, {"S14", "ippfn", '?', ""},
     {"S14", "vecp1", 's', "GCLD.Bar"},
     {"S14", "vecp2", 's', "GCLD.Line"}, {"S14", "vecp3", 's', "GCLD.Circle"}, {"S14", "vecbmp", 's', "GCLD.DrawBitmap"},

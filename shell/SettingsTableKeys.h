@@ -14,8 +14,9 @@ inline constexpr SettingKey tfp1{"S5", "tfp1"};
 inline constexpr SettingKey PFP{"S", "PFP"};
 inline constexpr SettingKey OFP{"S", "OFP"};
 inline constexpr SettingKey bfpa{"S16", "bfpa"};
-// The extension of the pictures a batch takes from a folder.
+// The extension of the pictures, and of the texts, a batch takes from a folder.
 inline constexpr SettingKey mgex{"S16", "mgex"};
+inline constexpr SettingKey mext{"S14", "mext"};
 
 // What the configuration report shows.
 inline constexpr SettingKey pprof{"S7", "pprof"};

@@ -114,6 +114,20 @@ TEST_F(GraphicBatchCommand, AFolderGivesTheSameFilesOnOneWorkerAsOnFour) {
   ExpectRefused({"batch", batch, "--folder", pictures, "--ext", ".gif"}, 1, "no .gif file in " + pictures);
 }
 
+TEST_F(GraphicBatchCommand, AFolderOfTextsIsRewrittenIntoTheOutputFolder) {
+  const std::string batch = Write("t.SPP", "if 'x'\nthen remove 'x'\n");
+  const std::string texts = dir_ + "/texts";
+  fs::create_directories(texts);
+  for (const char* name : {"b.txt", "a.txt", "c.TXT"}) std::ofstream(texts + "/" + name) << name << "\nx1\n";
+  std::ofstream(texts + "/skip.c") << "x\n";
+  const rmtest::CliResult r = Run({"batch", batch, "--folder", texts, "-j", "2", "--output-dir", out_ + "/t"});
+  ASSERT_EQ(r.status, 0) << r.err;
+  EXPECT_TRUE(Has(r.err, "3 files: 3 done, 0 failed, 3 files written\n")) << r.err;
+  EXPECT_EQ(rmtest::Names(out_ + "/t"), (rmtest::Args{"a.txt", "b.txt", "c.TXT"}));
+  EXPECT_EQ(rmtest::ReadFile(out_ + "/t/c.TXT"), "c.TXT\n1\n");
+  EXPECT_EQ(rmtest::ReadFile(texts + "/a.txt"), "a.txt\nx1\n");  // the folder itself is left as it was
+}
+
 TEST_F(GraphicBatchCommand, ConvertPostprocessesTheTextBeforeWritingIt) {
   const std::string batch = Write("p.SPP", "if 'const'\nthen insert (1)'static '\n");
   const std::string picture = Picture("p.png", 2);
