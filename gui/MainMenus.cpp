@@ -65,6 +65,7 @@ void MainWindow::OpenPicture(bool directly) {
     else
       app_.mainForm.OpenPic(path.toStdString());
   });
+  canvas_->FitToWindow();
 }
 
 void MainWindow::BuildFileMenu() {
@@ -100,7 +101,10 @@ void MainWindow::RebuildRecentMenu() {
   for (std::size_t i = 0; i < files.size() && i < 20; ++i) {
     const std::string path = files[i];
     QAction* a = recentMenu_->addAction(QString("&%1 %2").arg(i).arg(QString::fromStdString(path)));
-    connect(a, &QAction::triggered, this, [this, path] { Run([&] { app_.mainForm.OpenPic(path); }); });
+    connect(a, &QAction::triggered, this, [this, path] {
+      Run([&] { app_.mainForm.OpenPic(path); });
+      canvas_->FitToWindow();
+    });
   }
 }
 
@@ -127,6 +131,11 @@ void MainWindow::BuildCanvasMenu() {
   for (int steps : {15, 10, 5, 1})
     Add(factor, QString("x%1").arg(steps), [this, steps] { app_.imageForm.InflatefactorButtonClick(steps); });
   Add(m, "Normal Size", [this] { app_.imageForm.NormalSizeButtonClick(); });
+  QAction* fit = m->addAction("Fit to Window");
+  fit->setObjectName("fitToWindow");
+  fit->setShortcut(QKeySequence("Ctrl+0"));
+  fit->setToolTip("Show the whole display as large as the window allows (Ctrl+0); Ctrl+wheel zooms about the mouse");
+  connect(fit, &QAction::triggered, canvas_, &CanvasWidget::FitToWindow);
   m->addSeparator();
   gridAction_ = Add(m, "Show Pixel Grid", [this] {
     app_.pixelForm.GridVisible = !app_.pixelForm.GridVisible;
@@ -368,6 +377,13 @@ void MainWindow::BuildStatusBar() {
   panel4_->setObjectName("selectionPanel");
   pixelInfo_ = new QLabel(this);
   pixelInfo_->setObjectName("pixelInfo");
+  cellSize_ = new QLabel(this);
+  cellSize_->setObjectName("cellSize");
+  connect(canvas_, &CanvasWidget::scaleChanged, this, [this] {
+    cellSize_->setText(QString("Cell %1 px%2")
+                           .arg(canvas_->CellSize(), 0, 'g', 3)
+                           .arg(canvas_->Fitted() ? QStringLiteral(" (fit)") : QString()));
+  });
   progress_ = new QProgressBar(this);
   progress_->setObjectName("progressBar");
   progress_->setMaximumWidth(200);
@@ -377,6 +393,7 @@ void MainWindow::BuildStatusBar() {
   statusBar()->addWidget(statusText_, 1);
   statusBar()->addWidget(panel4_);
   statusBar()->addPermanentWidget(pixelInfo_);
+  statusBar()->addPermanentWidget(cellSize_);
   statusBar()->addPermanentWidget(progress_);
 }
 

@@ -110,6 +110,7 @@ class MainWindow : public QMainWindow {
   QLabel* statusText_ = nullptr;
   QLabel* panel4_ = nullptr;
   QLabel* pixelInfo_ = nullptr;
+  QLabel* cellSize_ = nullptr;
   QProgressBar* progress_ = nullptr;
   bool syncing_ = false;
 };
