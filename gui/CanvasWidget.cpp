@@ -1,5 +1,10 @@
 #include "gui/CanvasWidget.h"
 
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QUrl>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -18,6 +23,7 @@ CanvasWidget::CanvasWidget(rm::Application& app, QWidget* parent) : QAbstractScr
   viewport()->setMouseTracking(true);
   viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
   setFocusPolicy(Qt::StrongFocus);
+  setAcceptDrops(true);
 }
 
 bool CanvasWidget::ModelScrolls() const {
@@ -245,6 +251,41 @@ void CanvasWidget::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void CanvasWidget::RefreshAfterTool() {
+  viewport()->update();
+  emit modelChanged();
+}
+
+void CanvasWidget::dragEnterEvent(QDragEnterEvent* event) {
+  if (event->mimeData()->hasUrls() && event->mimeData()->urls().front().isLocalFile()) event->acceptProposedAction();
+}
+
+// One picture at a time: the first local file of the drop is opened as Open Graphic would.
+void CanvasWidget::dropEvent(QDropEvent* event) {
+  const QList<QUrl> urls = event->mimeData()->urls();
+  if (urls.isEmpty() || !urls.front().isLocalFile()) return;
+  event->acceptProposedAction();
+  emit fileDropped(urls.front().toLocalFile());
+}
+
+// A floating picture is laid down with Enter and discarded with Esc, as the status line says;
+// otherwise Esc ends the drawing tool's step in progress.
+void CanvasWidget::keyPressEvent(QKeyEvent* event) {
+  rm::TPixelForm& c = app_.pixelForm;
+  const int key = event->key();
+  if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+    if (!c.FloatingSelection) return QAbstractScrollArea::keyPressEvent(event);
+    app_.imageForm.OKPasteLayerClick();
+  } else if (key == Qt::Key_Escape) {
+    if (c.FloatingSelection) {
+      c.DiscardSelection();
+      c.CopyBitmapToCanvas();
+    } else {
+      c.Escape();
+    }
+  } else {
+    return QAbstractScrollArea::keyPressEvent(event);
+  }
+  event->accept();
   viewport()->update();
   emit modelChanged();
 }

@@ -47,6 +47,8 @@ class CanvasWidget : public QAbstractScrollArea {
   void modelChanged();
   // The shown cell size or the fit changed.
   void scaleChanged();
+  // A file was dropped on the canvas, to be opened as a picture.
+  void fileDropped(const QString& path);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -56,6 +58,9 @@ class CanvasWidget : public QAbstractScrollArea {
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   bool ModelScrolls() const;

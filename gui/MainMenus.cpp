@@ -25,6 +25,7 @@
 #include "engine/InfoFile.h"
 #include "engine/Reduction.h"
 #include "gui/CanvasWidget.h"
+#include "gui/HelpMenu.h"
 #include "gui/DrawToolBar.h"
 #include "gui/MainWindow.h"
 #include "shell/Application.h"
@@ -52,6 +53,7 @@ void MainWindow::BuildMenus() {
   BuildOutputMenu();
   BuildReductionMenu();
   BuildWindowMenu();
+  HelpMenu::Build(menuBar(), this);
 }
 
 void MainWindow::OpenPicture(bool directly) {
@@ -80,7 +82,8 @@ void MainWindow::BuildFileMenu() {
   connect(recentMenu_, &QMenu::aboutToShow, this, &MainWindow::RebuildRecentMenu);
   Add(m, "Reload Last Work Canvas Bitmap", [this] { app_.imageForm.ReloadLastWorkCanvasBitmapClick(); });
   QAction* save = m->addAction("Save Artwork As...");
-  save->setShortcut(QKeySequence::Save);
+  // Ctrl+S is the data array's, the thing a user saves most; the artwork has Ctrl+Shift+S.
+  save->setShortcut(QKeySequence("Ctrl+Shift+S"));
   connect(save, &QAction::triggered, this, [this] { Run([this] { app_.mainForm.SavebitmapClick(); }); });
   m->addSeparator();
   QAction* saveLog = m->addAction("Save Log to File");
@@ -134,7 +137,7 @@ void MainWindow::BuildCanvasMenu() {
   QAction* fit = m->addAction("Fit to Window");
   fit->setObjectName("fitToWindow");
   fit->setShortcut(QKeySequence("Ctrl+0"));
-  fit->setToolTip("Show the whole display as large as the window allows (Ctrl+0); Ctrl+wheel zooms about the mouse");
+  fit->setToolTip("Show the whole display as large as the window allows");
   connect(fit, &QAction::triggered, canvas_, &CanvasWidget::FitToWindow);
   m->addSeparator();
   gridAction_ = Add(m, "Show Pixel Grid", [this] {
@@ -271,7 +274,7 @@ void MainWindow::BuildOutputMenu() {
       QKeySequence("F9"));
   // The converted data under the name the settings make, in the Output files folder.
   Add(
-      m, "Save Data Array", [this] { app_.mainForm.SaveOutputFile(false); }, QKeySequence("Ctrl+Shift+S"));
+      m, "Save Data Array", [this] { app_.mainForm.SaveOutputFile(false); }, QKeySequence::Save);
   Add(m, "Export Work Canvas to Binary", [this] { app_.mainForm.ExportToBinaryClick(); });
   Add(m, "Export RGB Palette to Color Look-up Table (CLUT)",
       [this] { app_.mainForm.ExportColorPaletteAsArray3Click(); });
@@ -325,9 +328,11 @@ void MainWindow::BuildWindowMenu() {
 void MainWindow::BuildToolBars() {
   QToolBar* main = addToolBar("Main");
   main->setObjectName("mainToolBar");
-  for (const char* text : {"Open Graphic...", "Convert Work Canvas to Data", "Save Data Array", "Undo", "Redo",
-                           "Zoom In", "Zoom Out", "No Zoom", "Inflate Canvas", "Deflate Canvas"})
+  for (const char* text :
+       {"Open Graphic...", "Convert Work Canvas to Data", "Save Data Array", "Undo", "Redo", "OK Paste Layer",
+        "Fit to Window", "Zoom In", "Zoom Out", "No Zoom", "Inflate Canvas", "Deflate Canvas"})
     if (QAction* a = FindAction(text)) main->addAction(a);
+  HelpMenu::AddShortcutToolTips(findChildren<QAction*>());
   main->addSeparator();
   sizeCombo_ = new QComboBox(main);
   sizeCombo_->setObjectName("sizeCombo");

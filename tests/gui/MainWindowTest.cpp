@@ -7,7 +7,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
+#include <QUrl>
 #include <QWheelEvent>
 #include <QListWidget>
 #include <QMenu>
@@ -25,6 +27,7 @@
 #include "canvas/ViewScale.h"
 #include "gui/CanvasWidget.h"
 #include "gui/DesktopProgram.h"
+#include "gui/HelpMenu.h"
 #include "gui/GuiTestSupport.h"
 #include "gui/MainWindow.h"
 #include "gui/QtUi.h"
@@ -348,6 +351,43 @@ class MainWindowTest : public QObject {
     QVERIFY(redo->isEnabled());
     redo->trigger();
     QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(10, 5), rm::kBlack);
+  }
+
+  // A floating picture says what it is and how to place it; Enter lays it down and Esc throws it
+  // away. A picture file dropped on the canvas opens as Open Graphic would.
+  void floatingPictureKeysAndDrop() {
+    Started s;
+    rmgui::CanvasWidget* canvas = s.window().Canvas();
+    auto* panel = s.window().findChild<QLabel*>("selectionPanel");
+    for (const auto key : {Qt::Key_Return, Qt::Key_Escape}) {
+      const int at = key == Qt::Key_Return ? 2 : 20;
+      s.app().pixelForm.FloatSelection(rm::Bitmap(4, 4, rm::kBlack), at, at);
+      s.app().pixelForm.CopyBitmapToCanvas();
+      s.window().SyncAll();
+      QVERIFY(panel->text().contains("Floating picture: drag to place"));
+      QTest::keyClick(canvas, key);
+      QVERIFY(!s.app().pixelForm.FloatingSelection);
+      QVERIFY(panel->text().isEmpty());
+      QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(at + 1, at + 1), key == Qt::Key_Return ? rm::kBlack : rm::kWhite);
+    }
+
+    const std::string picture = WriteLargePicture(s.home.Path());
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(picture))});
+    const QPoint at = canvas->viewport()->rect().center();
+    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(canvas->viewport(), &enter);
+    QVERIFY(enter.isAccepted());
+    AnswerNextMessage("Yes");
+    QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(canvas->viewport(), &drop);
+    QVERIFY(s.app().pixelForm.FloatingSelection);
+    QVERIFY(canvas->Fitted());
+
+    // The shortcuts list is made from the actions themselves; Ctrl+S saves the data array.
+    QCOMPARE(s.window().FindAction("Save Data Array")->shortcut(), QKeySequence(QKeySequence::Save));
+    QVERIFY(rmgui::HelpMenu::ShortcutList(s.window().findChildren<QAction*>()).contains("Fit to Window\tCtrl+0"));
+    QVERIFY(s.window().FindAction("Fit to Window")->toolTip().endsWith("(Ctrl+0)"));
   }
 
   // A rectangle dragged with the mouse after its tool button (key R) lands on the canvas and
