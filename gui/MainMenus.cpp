@@ -248,14 +248,9 @@ void MainWindow::BuildOutputMenu() {
   QMenu* kind = m->addMenu("Output Format");
   auto* kinds = new QActionGroup(this);
   using K = rm::OutputKind;
-  const std::pair<K, const char*> kindTexts[] = {{K::Bits8, "8 bit output"},
-                                                 {K::Bits16, "16 bit output"},
-                                                 {K::Bits32, "32 bit output"},
-                                                 {K::BinaryFile, "Binary File output"},
-                                                 {K::IntelHex, "Intel Hex output"}};
-  for (const auto& [k, text] : kindTexts) {
-    const K chosen = k;
-    QAction* a = Add(kind, text, [this, chosen] { app_.mainForm.SetOutputKind(chosen); });
+  for (const K chosen : {K::Bits8, K::Bits16, K::Bits32, K::BinaryFile, K::IntelHex}) {
+    QAction* a =
+        Add(kind, rm::CanvasStatus::OutputKindText(chosen), [this, chosen] { app_.mainForm.SetOutputKind(chosen); });
     a->setCheckable(true);
     kinds->addAction(a);
     outputActions_.push_back({a, static_cast<int>(chosen)});
@@ -270,6 +265,11 @@ void MainWindow::BuildOutputMenu() {
         canvas.currentCanvas = true;
         canvas.target = rm::ConvertTarget::Editors;
         rm::Convert(app_, canvas);
+        // The result must be seen: the editors come to the front of the dock they share.
+        if (QDockWidget* editors = Dock("editorsDock")) {
+          editors->show();
+          editors->raise();
+        }
       },
       QKeySequence("F9"));
   // The converted data under the name the settings make, in the Output files folder.
@@ -382,6 +382,8 @@ void MainWindow::BuildStatusBar() {
   panel4_->setObjectName("selectionPanel");
   pixelInfo_ = new QLabel(this);
   pixelInfo_->setObjectName("pixelInfo");
+  inForce_ = new QLabel(this);
+  inForce_->setObjectName("inForce");
   cellSize_ = new QLabel(this);
   cellSize_->setObjectName("cellSize");
   connect(canvas_, &CanvasWidget::scaleChanged, this, [this] {
@@ -397,6 +399,7 @@ void MainWindow::BuildStatusBar() {
   statusBar()->addWidget(panel2_);
   statusBar()->addWidget(statusText_, 1);
   statusBar()->addWidget(panel4_);
+  statusBar()->addPermanentWidget(inForce_);
   statusBar()->addPermanentWidget(pixelInfo_);
   statusBar()->addPermanentWidget(cellSize_);
   statusBar()->addPermanentWidget(progress_);

@@ -137,6 +137,7 @@ void MainWindow::SyncAll() {
   sizeCombo_->blockSignals(false);
   panel1_->setText(QString::fromStdString(app_.mainForm.StatusPanel1()));
   panel2_->setText(QString::fromStdString(app_.mainForm.StatusPanel2()));
+  inForce_->setText(QString::fromStdString(app_.mainForm.InForceText()));
   // A floating picture is not yet part of the artwork: say so, and how to place it.
   panel4_->setText(c.FloatingSelection ? QString::fromStdString(c.StatusPanel4) +
                                              "   Floating picture: drag to place, Enter or click outside to lay "

@@ -111,6 +111,7 @@ class MainWindow : public QMainWindow {
   QLabel* panel4_ = nullptr;
   QLabel* pixelInfo_ = nullptr;
   QLabel* cellSize_ = nullptr;
+  QLabel* inForce_ = nullptr;
   QProgressBar* progress_ = nullptr;
   bool syncing_ = false;
 };
