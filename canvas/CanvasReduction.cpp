@@ -14,6 +14,11 @@ namespace rm {
 
 namespace {
 
+// The question's own words leave a user guessing which answer keeps what.
+constexpr const char* kConvertOrReduceHelp =
+    "Convert: each pixel takes the nearest palette colour.\n"
+    "Reduce: each colour of the picture takes one palette colour of its own.";
+
 // The gray modes: the ramps of 4 to 32 levels and the 256 gray shades.
 bool IsGrayMode(const ColourModeInfo& mode) { return mode.Has(ModeFlag::Grayscale | ModeFlag::Gray256); }
 
@@ -102,9 +107,11 @@ void CanvasReduction::CheckGrayOrPalette(bool showMessages) {
     DoGrayscale(sel, false);
     const int count = CountColors(sel);
     bool reduce = false;
-    if (count <= size && showMessages)
+    if (count <= size && showMessages) {
+      ui_.ExplainNextQuestion(kConvertOrReduceHelp);
       reduce = ui_.MessageDlg("Convert or Reduce to Grayscale Palette \r" + std::to_string(count) + " gray levels",
                               "Confirmation", DlgType::Confirmation, {"Convert", "Reduce"}) == "Reduce";
+    }
     ReduceToPalette(sel, reduce);
     ui_.Status(" Picture has been converted to " + std::to_string(CountColors(sel)) + " grey levels");
     return;
@@ -128,6 +135,7 @@ void CanvasReduction::CheckGrayOrPalette(bool showMessages) {
   if (remaining > size) {
     mapped = ConvertToMyColor(sel, table, ReductionModeColours(), ui_);
   } else if (showMessages && colours >= 17 && colours <= size) {
+    ui_.ExplainNextQuestion(kConvertOrReduceHelp);
     const std::string answer =
         ui_.MessageDlg("Convert or Reduce to Color Palette \r" + std::to_string(colours) + " colors", "Confirmation",
                        DlgType::Confirmation, {"Convert", "Reduce"});

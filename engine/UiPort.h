@@ -18,6 +18,10 @@ class UiPort {
   // Shows a modal message and returns the caption of the button pressed (one of `buttons`).
   virtual std::string MessageDlg(const std::string& text, const std::string& title, DlgType type,
                                  const std::vector<std::string>& buttons) = 0;
+  // A line that says what each answer of the next question does, shown beneath the question's
+  // own text (which stays as it is). The next MessageDlg takes it; front ends with no room for it
+  // leave it out.
+  virtual void ExplainNextQuestion(const std::string& text) { (void)text; }
   // The status bar field and the log line of every step.
   virtual void Status(const std::string& text) = 0;
   // A change the program made on its own that the user must hear of even when nobody reads the

@@ -129,8 +129,9 @@ void DesktopProgram::RestorePlaces() {
     if (role.window == rm::DesktopWindow::Log) shown = shown && app_.logWindow.Visible;
     dock->setVisible(shown);
     // The places were made for free windows on a whole screen: a panel never takes more than a
-    // third of the main window, so the canvas keeps the middle.
-    if (p.width > 0) w.resizeDocks({dock}, {std::min(p.width, w.width() / 3)}, Qt::Horizontal);
+    // fifth of the main window's width, so the canvas keeps most of it; a wider panel is one drag
+    // away.
+    if (p.width > 0) w.resizeDocks({dock}, {std::min(p.width, w.width() / 5)}, Qt::Horizontal);
     if (p.height > 0 && role.window == rm::DesktopWindow::Log)
       w.resizeDocks({dock}, {std::min(p.height, w.height() / 3)}, Qt::Vertical);
     if (role.window == rm::DesktopWindow::Editors && p.tab >= 0) app_.globals.EditorsPage = p.tab;

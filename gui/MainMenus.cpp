@@ -25,6 +25,7 @@
 #include "engine/InfoFile.h"
 #include "engine/Reduction.h"
 #include "gui/CanvasWidget.h"
+#include "gui/HelpMenu.h"
 #include "gui/DrawToolBar.h"
 #include "gui/MainWindow.h"
 #include "shell/Application.h"
@@ -52,6 +53,7 @@ void MainWindow::BuildMenus() {
   BuildOutputMenu();
   BuildReductionMenu();
   BuildWindowMenu();
+  HelpMenu::Build(menuBar(), this);
 }
 
 void MainWindow::OpenPicture(bool directly) {
@@ -65,6 +67,7 @@ void MainWindow::OpenPicture(bool directly) {
     else
       app_.mainForm.OpenPic(path.toStdString());
   });
+  canvas_->FitToWindow();
 }
 
 void MainWindow::BuildFileMenu() {
@@ -79,7 +82,8 @@ void MainWindow::BuildFileMenu() {
   connect(recentMenu_, &QMenu::aboutToShow, this, &MainWindow::RebuildRecentMenu);
   Add(m, "Reload Last Work Canvas Bitmap", [this] { app_.imageForm.ReloadLastWorkCanvasBitmapClick(); });
   QAction* save = m->addAction("Save Artwork As...");
-  save->setShortcut(QKeySequence::Save);
+  // Ctrl+S is the data array's, the thing a user saves most; the artwork has Ctrl+Shift+S.
+  save->setShortcut(QKeySequence("Ctrl+Shift+S"));
   connect(save, &QAction::triggered, this, [this] { Run([this] { app_.mainForm.SavebitmapClick(); }); });
   m->addSeparator();
   QAction* saveLog = m->addAction("Save Log to File");
@@ -100,7 +104,10 @@ void MainWindow::RebuildRecentMenu() {
   for (std::size_t i = 0; i < files.size() && i < 20; ++i) {
     const std::string path = files[i];
     QAction* a = recentMenu_->addAction(QString("&%1 %2").arg(i).arg(QString::fromStdString(path)));
-    connect(a, &QAction::triggered, this, [this, path] { Run([&] { app_.mainForm.OpenPic(path); }); });
+    connect(a, &QAction::triggered, this, [this, path] {
+      Run([&] { app_.mainForm.OpenPic(path); });
+      canvas_->FitToWindow();
+    });
   }
 }
 
@@ -127,6 +134,11 @@ void MainWindow::BuildCanvasMenu() {
   for (int steps : {15, 10, 5, 1})
     Add(factor, QString("x%1").arg(steps), [this, steps] { app_.imageForm.InflatefactorButtonClick(steps); });
   Add(m, "Normal Size", [this] { app_.imageForm.NormalSizeButtonClick(); });
+  QAction* fit = m->addAction("Fit to Window");
+  fit->setObjectName("fitToWindow");
+  fit->setShortcut(QKeySequence("Ctrl+0"));
+  fit->setToolTip("Show the whole display as large as the window allows");
+  connect(fit, &QAction::triggered, canvas_, &CanvasWidget::FitToWindow);
   m->addSeparator();
   gridAction_ = Add(m, "Show Pixel Grid", [this] {
     app_.pixelForm.GridVisible = !app_.pixelForm.GridVisible;
@@ -236,14 +248,9 @@ void MainWindow::BuildOutputMenu() {
   QMenu* kind = m->addMenu("Output Format");
   auto* kinds = new QActionGroup(this);
   using K = rm::OutputKind;
-  const std::pair<K, const char*> kindTexts[] = {{K::Bits8, "8 bit output"},
-                                                 {K::Bits16, "16 bit output"},
-                                                 {K::Bits32, "32 bit output"},
-                                                 {K::BinaryFile, "Binary File output"},
-                                                 {K::IntelHex, "Intel Hex output"}};
-  for (const auto& [k, text] : kindTexts) {
-    const K chosen = k;
-    QAction* a = Add(kind, text, [this, chosen] { app_.mainForm.SetOutputKind(chosen); });
+  for (const K chosen : {K::Bits8, K::Bits16, K::Bits32, K::BinaryFile, K::IntelHex}) {
+    QAction* a =
+        Add(kind, rm::CanvasStatus::OutputKindText(chosen), [this, chosen] { app_.mainForm.SetOutputKind(chosen); });
     a->setCheckable(true);
     kinds->addAction(a);
     outputActions_.push_back({a, static_cast<int>(chosen)});
@@ -258,11 +265,16 @@ void MainWindow::BuildOutputMenu() {
         canvas.currentCanvas = true;
         canvas.target = rm::ConvertTarget::Editors;
         rm::Convert(app_, canvas);
+        // The result must be seen: the editors come to the front of the dock they share.
+        if (QDockWidget* editors = Dock("editorsDock")) {
+          editors->show();
+          editors->raise();
+        }
       },
       QKeySequence("F9"));
   // The converted data under the name the settings make, in the Output files folder.
   Add(
-      m, "Save Data Array", [this] { app_.mainForm.SaveOutputFile(false); }, QKeySequence("Ctrl+Shift+S"));
+      m, "Save Data Array", [this] { app_.mainForm.SaveOutputFile(false); }, QKeySequence::Save);
   Add(m, "Export Work Canvas to Binary", [this] { app_.mainForm.ExportToBinaryClick(); });
   Add(m, "Export RGB Palette to Color Look-up Table (CLUT)",
       [this] { app_.mainForm.ExportColorPaletteAsArray3Click(); });
@@ -316,9 +328,11 @@ void MainWindow::BuildWindowMenu() {
 void MainWindow::BuildToolBars() {
   QToolBar* main = addToolBar("Main");
   main->setObjectName("mainToolBar");
-  for (const char* text : {"Open Graphic...", "Convert Work Canvas to Data", "Save Data Array", "Undo", "Redo",
-                           "Zoom In", "Zoom Out", "No Zoom", "Inflate Canvas", "Deflate Canvas"})
+  for (const char* text :
+       {"Open Graphic...", "Convert Work Canvas to Data", "Save Data Array", "Undo", "Redo", "OK Paste Layer",
+        "Fit to Window", "Zoom In", "Zoom Out", "No Zoom", "Inflate Canvas", "Deflate Canvas"})
     if (QAction* a = FindAction(text)) main->addAction(a);
+  HelpMenu::AddShortcutToolTips(findChildren<QAction*>());
   main->addSeparator();
   sizeCombo_ = new QComboBox(main);
   sizeCombo_->setObjectName("sizeCombo");
@@ -368,6 +382,15 @@ void MainWindow::BuildStatusBar() {
   panel4_->setObjectName("selectionPanel");
   pixelInfo_ = new QLabel(this);
   pixelInfo_->setObjectName("pixelInfo");
+  inForce_ = new QLabel(this);
+  inForce_->setObjectName("inForce");
+  cellSize_ = new QLabel(this);
+  cellSize_->setObjectName("cellSize");
+  connect(canvas_, &CanvasWidget::scaleChanged, this, [this] {
+    cellSize_->setText(QString("Cell %1 px%2")
+                           .arg(canvas_->CellSize(), 0, 'g', 3)
+                           .arg(canvas_->Fitted() ? QStringLiteral(" (fit)") : QString()));
+  });
   progress_ = new QProgressBar(this);
   progress_->setObjectName("progressBar");
   progress_->setMaximumWidth(200);
@@ -376,7 +399,9 @@ void MainWindow::BuildStatusBar() {
   statusBar()->addWidget(panel2_);
   statusBar()->addWidget(statusText_, 1);
   statusBar()->addWidget(panel4_);
+  statusBar()->addPermanentWidget(inForce_);
   statusBar()->addPermanentWidget(pixelInfo_);
+  statusBar()->addPermanentWidget(cellSize_);
   statusBar()->addPermanentWidget(progress_);
 }
 

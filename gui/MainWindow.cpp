@@ -27,6 +27,10 @@ MainWindow::MainWindow(rm::Application& app, QtUi& ui, QWidget* parent) : QMainW
   setCentralWidget(canvas_);
   connect(canvas_, &CanvasWidget::cellHovered, this, &MainWindow::ShowCell);
   connect(canvas_, &CanvasWidget::modelChanged, this, [this] { SyncAll(); });
+  connect(canvas_, &CanvasWidget::fileDropped, this, [this](const QString& path) {
+    Run([&] { app_.mainForm.OpenPic(path.toStdString()); });
+    canvas_->FitToWindow();
+  });
 
   log_ = new LogView(app_, this);
   QDockWidget* logDock = AddPanel(log_, "Log", "logDock", Qt::BottomDockWidgetArea);
@@ -133,7 +137,12 @@ void MainWindow::SyncAll() {
   sizeCombo_->blockSignals(false);
   panel1_->setText(QString::fromStdString(app_.mainForm.StatusPanel1()));
   panel2_->setText(QString::fromStdString(app_.mainForm.StatusPanel2()));
-  panel4_->setText(c.FloatingSelection ? QString::fromStdString(c.StatusPanel4) : QString());
+  inForce_->setText(QString::fromStdString(app_.mainForm.InForceText()));
+  // A floating picture is not yet part of the artwork: say so, and how to place it.
+  panel4_->setText(c.FloatingSelection ? QString::fromStdString(c.StatusPanel4) +
+                                             "   Floating picture: drag to place, Enter or click outside to lay "
+                                             "it down, Esc to discard"
+                                       : QString());
   for (int i = 0; i < static_cast<int>(collectionButtons_.size()); ++i) {
     const rm::Bitmap& thumb = c.CollectionSlots[i].Thumbnail;
     QToolButton* b = collectionButtons_[static_cast<std::size_t>(i)];

@@ -110,6 +110,8 @@ class MainWindow : public QMainWindow {
   QLabel* statusText_ = nullptr;
   QLabel* panel4_ = nullptr;
   QLabel* pixelInfo_ = nullptr;
+  QLabel* cellSize_ = nullptr;
+  QLabel* inForce_ = nullptr;
   QProgressBar* progress_ = nullptr;
   bool syncing_ = false;
 };

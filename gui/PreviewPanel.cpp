@@ -52,13 +52,18 @@ PreviewPanel::PreviewPanel(rm::Application& app, QWidget* parent) : QWidget(pare
   size_ = new QLabel(this);
   size_->setObjectName("previewSize");
   auto* buttons = new QGridLayout;
-  int i = 0;
+  // Short commands two to a row, long ones a row each, so the dock can stay narrow beside the
+  // canvas without cutting a caption.
+  int row = 0, column = 0;
   for (const PreviewCommand& c : kCommands) {
     auto* b = new QPushButton(c.text, this);
     b->setObjectName(c.objectName);
     connect(b, &QPushButton::clicked, this, [this, run = c.run] { Command(run); });
-    buttons->addWidget(b, i / 2, i % 2);
-    ++i;
+    const bool wide = QString(c.text).size() > 16;
+    if (wide && column == 1) ++row, column = 0;
+    buttons->addWidget(b, row, column, 1, wide ? 2 : 1);
+    column = wide ? 2 : column + 1;
+    if (column == 2) ++row, column = 0;
   }
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(picture_, 1);

@@ -1,5 +1,6 @@
 #include "gui/QtUi.h"
 
+#include <utility>
 #include <QApplication>
 #include <QDateTime>
 #include <QKeyEvent>
@@ -42,6 +43,7 @@ bool IsCancelCaption(const QString& caption) {
 
 std::string QtUi::MessageDlg(const std::string& text, const std::string& title, rm::DlgType type,
                              const std::vector<std::string>& buttons) {
+  const QString explanation = QString::fromStdString(std::exchange(explanation_, {}));
   if (unattended_) {
     std::fprintf(stderr, "%s: %s [%s]\n", title.c_str(), DialogText(text).toStdString().c_str(),
                  buttons.empty() ? "OK" : buttons.front().c_str());
@@ -51,6 +53,7 @@ std::string QtUi::MessageDlg(const std::string& text, const std::string& title, 
   box.setObjectName("messageDialog");
   box.setWindowTitle(QString::fromStdString(title));
   box.setText(DialogText(text));
+  if (!explanation.isEmpty()) box.setInformativeText(explanation);
   box.setIcon(IconOf(type));
   std::vector<QPushButton*> made;
   const std::vector<std::string> captions = buttons.empty() ? std::vector<std::string>{"OK"} : buttons;

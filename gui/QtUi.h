@@ -21,6 +21,7 @@ class QtUi : public QObject, public rm::UiPort {
   // Enter would press, and is written to stderr instead of shown.
   void SetUnattended(bool unattended) { unattended_ = unattended; }
 
+  void ExplainNextQuestion(const std::string& text) override { explanation_ = text; }
   std::string MessageDlg(const std::string& text, const std::string& title, rm::DlgType type,
                          const std::vector<std::string>& buttons) override;
   void Status(const std::string& text) override { emit statusChanged(QString::fromStdString(text)); }
@@ -47,6 +48,7 @@ class QtUi : public QObject, public rm::UiPort {
   void PumpEvents();
 
   QWidget* dialogParent_ = nullptr;
+  std::string explanation_;  // for the next question only
   bool unattended_ = false;
   bool escapeSeen_ = false;
   qint64 lastPollMs_ = 0;

@@ -31,6 +31,7 @@ class ProgramUi : public UiPort {
   ProgramUi(Application& app, UiPort& front) : app_(app), front_(front) {}
   std::string MessageDlg(const std::string& text, const std::string& title, DlgType type,
                          const std::vector<std::string>& buttons) override;
+  void ExplainNextQuestion(const std::string& text) override { front_.ExplainNextQuestion(text); }
   void Status(const std::string& text) override { front_.Status(text); }
   void Notice(const std::string& text) override { front_.Notice(text); }
   void Progress(long long position, long long max) override { front_.Progress(position, max); }

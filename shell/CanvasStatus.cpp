@@ -2,8 +2,11 @@
 #include "shell/CanvasStatus.h"
 
 #include <cstdio>
+#include <filesystem>
 
 #include "engine/BitRearrange.h"
+#include "engine/ColourModes.h"
+#include "engine/InfoFile.h"
 #include "shell/Application.h"
 
 namespace rm {
@@ -27,6 +30,36 @@ std::string CanvasStatus::StatusPanel1() const {
 }
 
 std::string CanvasStatus::StatusPanel2() const { return app_.globals.AnimationMode ? "animation" : "static"; }
+
+const char* CanvasStatus::OutputKindText(OutputKind kind) {
+  switch (kind) {
+    case OutputKind::Bits8: return "8 bit output";
+    case OutputKind::Bits16: return "16 bit output";
+    case OutputKind::Bits32: return "32 bit output";
+    case OutputKind::BinaryFile: return "Binary File output";
+    case OutputKind::IntelHex: return "Intel Hex output";
+  }
+  return "";
+}
+
+std::string CanvasStatus::InForceText() const {
+  const ConversionSession& s = app_.session;
+  // The menu text pads its columns with blanks; the status line wants the words up to the depth.
+  std::string mode;
+  for (char ch : ModeRow(s.ModeNumber).menuText) {
+    if (ch == ' ' && (mode.empty() || mode.back() == ' ')) continue;
+    mode += ch;
+    if (ch == ')') break;
+  }
+  while (!mode.empty() && mode.back() == ' ') mode.pop_back();
+  std::string paging = DirectionInfoText(s.Direction);
+  if (paging.rfind("Paging Scheme ", 0) == 0) paging.erase(0, 14);
+  const std::string& project = app_.globals.ActiveProject;
+  const std::string projectName = project.empty() ? "none" : std::filesystem::path(project).stem().string();
+  return std::to_string(app_.globals.MatrixWidth) + " x " + std::to_string(app_.globals.MatrixHeight) + " | " + mode +
+         " | " + paging + " | " + (s.BigEndian ? "MSB first" : "MSB last") + " | " + OutputKindText(s.Output) +
+         " | project: " + projectName;
+}
 
 PagingPanel CanvasStatus::PagingPanelNow() const {
   return PagingPanelText(PagingMultiple(app_.session.ModeNumber), IsHorizontal(app_.session.Direction));

@@ -2,6 +2,7 @@
 #include <string>
 
 #include "canvas/PixelGrid.h"
+#include "engine/ConversionSession.h"
 #include "engine/Palette.h"
 
 namespace rm {
@@ -23,6 +24,12 @@ class CanvasStatus {
   std::string PixelStatusText(int x, int y) const;
   // The cell's position for the status bar: "X = x  Y = y".
   static std::string PixelPositionText(int x, int y);
+  // Everything that decides the next conversion's bytes on one line: display size, colour mode,
+  // Paging Scheme, bit order, output kind and project, e.g.
+  // "128 x 64 | Monochrome bitmap (1bpp) | Down | MSB first | 8 bit output | project: factory".
+  std::string InForceText() const;
+  // The Output Format menu's text of an output kind ("8 bit output" ...).
+  static const char* OutputKindText(OutputKind kind);
   // The size rule panel of the current mode and scheme.
   PagingPanel PagingPanelNow() const;
 

@@ -80,7 +80,8 @@ std::string ExplorerFiles::SizeText(unsigned long long bytes) {
   const unsigned long long kb = (bytes + 1023) / 1024;
   std::string digits = std::to_string(kb);
   for (int at = static_cast<int>(digits.size()) - 3; at > 0; at -= 3) digits.insert(static_cast<std::size_t>(at), ",");
-  return digits + " Ko";
+  // Our own unit text in plain English; nothing reads the listing back.
+  return digits + " KB";
 }
 
 std::string ExplorerFiles::DateText(std::time_t when) {

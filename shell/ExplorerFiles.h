@@ -32,7 +32,7 @@ class ExplorerFiles {
   };
   // The filter words, and a single extension (".BMP"); empty: all files.
   static bool FilterAccepts(const std::string& filter, const std::string& fileName);
-  // "#,### Ko" of a size in bytes, in kilobytes rounded up.
+  // "#,### KB" of a size in bytes, in kilobytes rounded up.
   static std::string SizeText(unsigned long long bytes);
   // "%.2d/%.2d/%.4d %.2d:%.2d", day first, local time.
   static std::string DateText(std::time_t when);

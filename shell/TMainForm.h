@@ -211,6 +211,7 @@ class TMainForm {
   std::string CanvasCaption() const { return status_.CanvasCaption(); }
   std::string StatusPanel1() const { return status_.StatusPanel1(); }
   std::string StatusPanel2() const { return status_.StatusPanel2(); }
+  std::string InForceText() const { return status_.InForceText(); }
   std::string PixelStatusText(int x, int y) const { return status_.PixelStatusText(x, y); }
   static std::string PixelPositionText(int x, int y) { return CanvasStatus::PixelPositionText(x, y); }
   PagingPanel PagingPanelNow() const { return status_.PagingPanelNow(); }

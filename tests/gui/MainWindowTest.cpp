@@ -7,7 +7,10 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
+#include <QUrl>
+#include <QWheelEvent>
 #include <QListWidget>
 #include <QMenu>
 #include <QPlainTextEdit>
@@ -21,8 +24,10 @@
 #include <QTreeWidget>
 #include <filesystem>
 
+#include "canvas/ViewScale.h"
 #include "gui/CanvasWidget.h"
 #include "gui/DesktopProgram.h"
+#include "gui/HelpMenu.h"
 #include "gui/GuiTestSupport.h"
 #include "gui/MainWindow.h"
 #include "gui/QtUi.h"
@@ -241,29 +246,82 @@ class MainWindowTest : public QObject {
     QVERIFY(s.window().windowTitle().contains("16"));
   }
 
-  // The cell under the mouse follows the zoom: after inflating, the same screen point lies on
-  // a cell nearer the origin, and the status shows its position and colour.
-  void zoomAndMousePosition() {
+  // The view fits the whole display into the window at the first start and after each new
+  // display size, from a few cells to fractions of a pixel per cell; the cell under the mouse
+  // follows the scale.
+  void fitToWindowForEachSize() {
+    Started s;
+    rmgui::CanvasWidget* canvas = s.window().Canvas();
+    auto* cellSize = s.window().findChild<QLabel*>("cellSize");
+    for (const char* size : {"128X64", "320X240", "1024X768"}) {
+      s.app().mainForm.MatrixComboChange(size);
+      s.window().SyncAll();
+      const rm::TPixelForm& c = s.app().pixelForm;
+      QVERIFY2(canvas->Fitted(), size);
+      const QRect port = canvas->viewport()->rect();
+      QVERIFY2(port.contains(canvas->PointOfCell(0, 0)), size);
+      QVERIFY2(port.contains(canvas->PointOfCell(c.CanvasWidth - 1, c.CanvasHeight - 1)), size);
+      // As large as the window allows: one side fills it.
+      const double filled = std::max(canvas->CellSize() * c.CanvasWidth / port.width(),
+                                     canvas->CellSize() * c.CanvasHeight / port.height());
+      QVERIFY2(filled > 0.98 && filled <= 1.0, size);
+      QVERIFY2(cellSize->text().endsWith(" (fit)"), qPrintable(cellSize->text()));
+      // Below a pixel per cell a screen pixel covers several cells: the one found is among them.
+      const QPoint cell(c.CanvasWidth / 2, c.CanvasHeight / 3);
+      const QPoint found = canvas->CellAt(canvas->PointOfCell(cell.x(), cell.y()));
+      const int slack = static_cast<int>(std::ceil(1 / canvas->CellSize())) - 1;
+      QVERIFY2(std::abs(found.x() - cell.x()) <= slack && std::abs(found.y() - cell.y()) <= slack, size);
+    }
+    QVERIFY(canvas->CellSize() < 1.0);
+  }
+
+  // Ctrl + wheel zooms in steps about the mouse: the cell under it stays under it, and at the
+  // ends of the steps the wheel changes nothing. The model's own inflate shows its cells as they
+  // are; Fit to Window takes the view back.
+  void zoomStepsAboutTheMouse() {
     Started s;
     s.app().pixelForm.WorkBitmap.SetPixel(10, 5, rm::kBlack);
     s.app().pixelForm.CopyBitmapToCanvas();
     rmgui::CanvasWidget* canvas = s.window().Canvas();
-    const int zoom = s.app().pixelForm.Zoom;
-    const QPoint point(10 * zoom + zoom / 2, 5 * zoom + zoom / 2);
-    MoveMouse(canvas->viewport(), point);
     auto* info = s.window().findChild<QLabel*>("pixelInfo");
+    MoveMouse(canvas->viewport(), canvas->PointOfCell(10, 5));
     QCOMPARE(info->text(), QString("X = 10  Y = 5   RGB Hex=#000000"));
 
+    auto wheel = [&](int delta, const QPoint& at) {
+      QWheelEvent event(at, canvas->viewport()->mapToGlobal(at), {}, QPoint(0, delta), Qt::NoButton,
+                        Qt::ControlModifier, Qt::NoScrollPhase, false);
+      QApplication::sendEvent(canvas->viewport(), &event);
+    };
+    // While the view is smaller than the window it stays in the middle; beyond, the cell under
+    // the mouse stays under it.
+    while (canvas->CellSize() < 16) wheel(120, canvas->PointOfCell(20, 10));
+    const QPoint anchor = canvas->PointOfCell(20, 10);
+    wheel(120, anchor);
+    QCOMPARE(canvas->CellAt(anchor), QPoint(20, 10));
+    double before = canvas->CellSize();
+    for (int i = 0; i < 30; ++i) wheel(120, anchor);
+    QCOMPARE(canvas->CellSize(), rm::ViewScale::kMaxCell);
+    QVERIFY(!canvas->CanZoomStep(true));
+    QVERIFY(!canvas->Fitted());
+    QCOMPARE(canvas->CellAt(anchor), QPoint(20, 10));
+    for (int i = 0; i < 30; ++i) {
+      before = canvas->CellSize();
+      wheel(-120, anchor);
+      QVERIFY(canvas->CellSize() < before || !canvas->CanZoomStep(false));
+    }
+    QCOMPARE(canvas->CellSize(), rm::ViewScale::kMinCell);
+
+    s.Trigger("Fit to Window");
+    QVERIFY(canvas->Fitted());
     s.Trigger("Inflate Canvas");
     const int bigger = s.app().pixelForm.Zoom;
-    QVERIFY(bigger > zoom);
-    QCOMPARE(canvas->CellAt(point), QPoint(point.x() / bigger, point.y() / bigger));
-    MoveMouse(canvas->viewport(), QPoint(10 * bigger + 1, 5 * bigger + 1));
-    QCOMPARE(info->text(), QString("X = 10  Y = 5   RGB Hex=#000000"));
-    // The view shows the cell enlarged: its screen pixels are black.
-    QCOMPARE(canvas->ViewImage().pixel(10 * bigger + 1, 5 * bigger + 1) & 0xFFFFFFu, 0u);
-    QCOMPARE(canvas->ViewImage().pixel(12 * bigger + 1, 5 * bigger + 1) & 0xFFFFFFu, 0xFFFFFFu);
-
+    s.Trigger("Inflate Canvas");
+    QVERIFY(s.app().pixelForm.Zoom > bigger || canvas->CellSize() == s.app().pixelForm.Zoom);
+    QCOMPARE(canvas->CellAt(canvas->PointOfCell(10, 5)), QPoint(10, 5));
+    const int z = s.app().pixelForm.Zoom;
+    // The model's view shows the cell enlarged: its screen pixels are black.
+    QCOMPARE(canvas->ViewImage().pixel(10 * z + 1, 5 * z + 1) & 0xFFFFFFu, 0u);
+    QCOMPARE(canvas->ViewImage().pixel(12 * z + 1, 5 * z + 1) & 0xFFFFFFu, 0xFFFFFFu);
     s.Trigger("No Zoom");
     QCOMPARE(s.app().pixelForm.Zoom, s.app().pixelForm.NormalZoom);
   }
@@ -277,12 +335,11 @@ class MainWindowTest : public QObject {
     s.app().pixelForm.CopyBitmapToCanvas();
     s.window().SyncAll();
     rmgui::CanvasWidget* canvas = s.window().Canvas();
-    const int z = s.app().pixelForm.Zoom;
-    QTest::mousePress(canvas->viewport(), Qt::LeftButton, {}, QPoint(z + 1, z + 1));
-    MoveMouse(canvas->viewport(), QPoint(11 * z + 1, 6 * z + 1));
-    QTest::mouseRelease(canvas->viewport(), Qt::LeftButton, {}, QPoint(11 * z + 1, 6 * z + 1));
+    QTest::mousePress(canvas->viewport(), Qt::LeftButton, {}, canvas->PointOfCell(1, 1));
+    MoveMouse(canvas->viewport(), canvas->PointOfCell(11, 6));
+    QTest::mouseRelease(canvas->viewport(), Qt::LeftButton, {}, canvas->PointOfCell(11, 6));
     QCOMPARE(QPoint(s.app().pixelForm.SelectionLeft, s.app().pixelForm.SelectionTop), QPoint(10, 5));
-    QTest::mouseClick(canvas->viewport(), Qt::LeftButton, {}, QPoint(60 * z + 1, 40 * z + 1));
+    QTest::mouseClick(canvas->viewport(), Qt::LeftButton, {}, canvas->PointOfCell(60, 40));
     QVERIFY(!s.app().pixelForm.FloatingSelection);
     QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(10, 5), rm::kBlack);
     QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(0, 0), rm::kWhite);
@@ -296,24 +353,61 @@ class MainWindowTest : public QObject {
     QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(10, 5), rm::kBlack);
   }
 
+  // A floating picture says what it is and how to place it; Enter lays it down and Esc throws it
+  // away. A picture file dropped on the canvas opens as Open Graphic would.
+  void floatingPictureKeysAndDrop() {
+    Started s;
+    rmgui::CanvasWidget* canvas = s.window().Canvas();
+    auto* panel = s.window().findChild<QLabel*>("selectionPanel");
+    for (const auto key : {Qt::Key_Return, Qt::Key_Escape}) {
+      const int at = key == Qt::Key_Return ? 2 : 20;
+      s.app().pixelForm.FloatSelection(rm::Bitmap(4, 4, rm::kBlack), at, at);
+      s.app().pixelForm.CopyBitmapToCanvas();
+      s.window().SyncAll();
+      QVERIFY(panel->text().contains("Floating picture: drag to place"));
+      QTest::keyClick(canvas, key);
+      QVERIFY(!s.app().pixelForm.FloatingSelection);
+      QVERIFY(panel->text().isEmpty());
+      QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(at + 1, at + 1), key == Qt::Key_Return ? rm::kBlack : rm::kWhite);
+    }
+
+    const std::string picture = WriteLargePicture(s.home.Path());
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(picture))});
+    const QPoint at = canvas->viewport()->rect().center();
+    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(canvas->viewport(), &enter);
+    QVERIFY(enter.isAccepted());
+    AnswerNextMessage("Yes");
+    QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(canvas->viewport(), &drop);
+    QVERIFY(s.app().pixelForm.FloatingSelection);
+    QVERIFY(canvas->Fitted());
+
+    // The shortcuts list is made from the actions themselves; Ctrl+S saves the data array.
+    QCOMPARE(s.window().FindAction("Save Data Array")->shortcut(), QKeySequence(QKeySequence::Save));
+    QVERIFY(rmgui::HelpMenu::ShortcutList(s.window().findChildren<QAction*>()).contains("Fit to Window\tCtrl+0"));
+    QVERIFY(s.window().FindAction("Fit to Window")->toolTip().endsWith("(Ctrl+0)"));
+  }
+
   // A rectangle dragged with the mouse after its tool button (key R) lands on the canvas and
   // Undo takes it away; before a tool is chosen a click draws nothing.
   void drawRectangleAndUndo() {
     Started s;
     rmgui::CanvasWidget* canvas = s.window().Canvas();
-    const int z = s.app().pixelForm.Zoom;
-    QTest::mouseClick(canvas->viewport(), Qt::LeftButton, {}, QPoint(3 * z + 1, 3 * z + 1));
+    QTest::mouseClick(canvas->viewport(), Qt::LeftButton, {}, canvas->PointOfCell(3, 3));
     QCOMPARE(s.app().pixelForm.WorkBitmap.GetPixel(3, 3), rm::kWhite);
     auto* tool = s.window().findChild<QAction*>("toolRectangle");
     QVERIFY(tool && tool->shortcut() == QKeySequence("R"));
     tool->trigger();
-    QTest::mousePress(canvas->viewport(), Qt::LeftButton, {}, QPoint(2 * z + 1, 2 * z + 1));
-    MoveMouse(canvas->viewport(), QPoint(9 * z + 1, 6 * z + 1));
-    QTest::mouseRelease(canvas->viewport(), Qt::LeftButton, {}, QPoint(9 * z + 1, 6 * z + 1));
+    QTest::mousePress(canvas->viewport(), Qt::LeftButton, {}, canvas->PointOfCell(2, 2));
+    MoveMouse(canvas->viewport(), canvas->PointOfCell(9, 6));
+    QTest::mouseRelease(canvas->viewport(), Qt::LeftButton, {}, canvas->PointOfCell(9, 6));
     const rm::Bitmap& work = s.app().pixelForm.WorkBitmap;
     QCOMPARE(work.GetPixel(2, 2), rm::kBlack);
     QCOMPARE(work.GetPixel(9, 6), rm::kBlack);
     QCOMPARE(work.GetPixel(5, 4), rm::kWhite);
+    const int z = s.app().pixelForm.Zoom;
     QCOMPARE(canvas->ViewImage().pixel(9 * z + 1, 6 * z + 1) & 0xFFFFFFu, 0u);
     s.window().FindAction("Undo")->trigger();
     QCOMPARE(work.GetPixel(2, 2), rm::kWhite);

@@ -66,4 +66,21 @@ TEST(PixelStatus, ColourTextByMode) {
   EXPECT_EQ(p.app.mainForm.PixelStatusText(0, p.app.pixelForm.MatrixHeight()), "");
 }
 
+// The status line names every choice that decides the next conversion's bytes, and follows each.
+TEST(InForceStatus, NamesWhatDecidesTheBytes) {
+  rmtest::TestProgram p;
+  p.app.mainForm.MatrixComboChange("320X240");
+  p.app.mainForm.SetColourMode(26, true);
+  p.app.mainForm.MsbLast();
+  p.app.mainForm.SetOutputKind(rm::OutputKind::IntelHex);
+  const std::string text = p.app.mainForm.InForceText();
+  for (const char* part :
+       {"320 x 240 | ", "| 16 gray levels bitmap (4bpp) |", "| MSB last |", "| Intel Hex output |", "| project: "})
+    EXPECT_NE(text.find(part), std::string::npos) << part << " in " << text;
+  p.app.mainForm.SetColourMode(1, true);
+  p.app.mainForm.MsbFirst();
+  EXPECT_NE(p.app.mainForm.InForceText().find("| Monochrome bitmap (1bpp) | "), std::string::npos);
+  EXPECT_NE(p.app.mainForm.InForceText().find("| MSB first |"), std::string::npos);
+}
+
 }  // namespace

@@ -72,7 +72,7 @@ TEST(ExplorerTypes, FilterWordsTakeTheirExtensionsOnly) {
 
 TEST(ExplorerTypes, SizeInKilobytesRoundedUpWithThousandsSeparators) {
   const std::vector<std::pair<unsigned long long, std::string>> cases = {
-      {0, "0 Ko"}, {1024, "1 Ko"}, {1025, "2 Ko"}, {999ull * 1024, "999 Ko"}, {1024000ull * 1024, "1,024,000 Ko"}};
+      {0, "0 KB"}, {1024, "1 KB"}, {1025, "2 KB"}, {999ull * 1024, "999 KB"}, {1024000ull * 1024, "1,024,000 KB"}};
   for (const auto& [bytes, text] : cases) EXPECT_EQ(TExploForm::SizeText(bytes), text) << bytes;
   std::tm tm{};
   tm.tm_year = 2024 - 1900;
@@ -111,7 +111,7 @@ TEST_F(Explorer, ListingPutsFoldersFirstAndCountsWhatTheFilterLets) {
   ASSERT_TRUE(all.ok);
   EXPECT_EQ(names(all), (std::vector<std::string>{"Alpha", "zeta", "A.BMP", "b.c", "pic.jpeg"}));
   EXPECT_EQ(all.footer, "5 element(s)");
-  EXPECT_EQ(all.rows[2].size, "2 Ko");
+  EXPECT_EQ(all.rows[2].size, "2 KB");
 
   p.app.globals.ExplorerShowFolders = false;
   auto noFolders = explorer.ListeLesFichiers(dir_, "");

@@ -174,6 +174,8 @@ TEST(ReductionCheck, EachModeAsksAndReducesAsItShould) {
     } else {
       ASSERT_EQ(p.ui.messages.size(), 1u);
       EXPECT_EQ(p.ui.messages[0].text, c.question);
+      // The question alone leaves a user guessing: what each answer does stands beneath it.
+      EXPECT_NE(p.ui.messages[0].explanation.find("Reduce: "), std::string::npos) << c.name;
     }
     if (!c.status.empty()) {
       ASSERT_FALSE(p.ui.statuses.empty());

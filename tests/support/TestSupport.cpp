@@ -1,5 +1,6 @@
 #include "support/TestSupport.h"
 
+#include <utility>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -16,7 +17,7 @@ std::string ScriptedUi::MessageDlg(const std::string& text, const std::string& t
   } else if (!buttons.empty()) {
     answer = buttons.front();
   }
-  messages.push_back({text, title, type, buttons, answer});
+  messages.push_back({text, title, type, buttons, answer, std::exchange(nextExplanation, {})});
   return answer;
 }
 

@@ -18,10 +18,12 @@ class ScriptedUi : public rm::UiPort {
     rm::DlgType type;
     std::vector<std::string> buttons;
     std::string answer;
+    std::string explanation;  // what ExplainNextQuestion gave it
   };
 
   std::string MessageDlg(const std::string& text, const std::string& title, rm::DlgType type,
                          const std::vector<std::string>& buttons) override;
+  void ExplainNextQuestion(const std::string& text) override { nextExplanation = text; }
   void Status(const std::string& text) override { statuses.push_back(text); }
   void Notice(const std::string& text) override { notices.push_back(text); }
   void Progress(long long position, long long max) override {
@@ -37,6 +39,7 @@ class ScriptedUi : public rm::UiPort {
 
   std::deque<std::string> answers;
   std::vector<Message> messages;
+  std::string nextExplanation;
   std::vector<std::string> statuses;
   std::vector<std::string> notices;
   long long lastProgress = 0, progressMax = 0;
