@@ -104,6 +104,10 @@ class SequenceReader {
       if (pixels > maxPixels_)
         return Fail(error, number + "the frames hold more than " + std::to_string(maxPixels_) + " pixels in all");
       if (!ReadPixels(frame)) return Fail(error, number + Describe(gif_->Error));
+      // giflib keeps a record of every frame descriptor it has read, grown by one each time;
+      // dropped at once, a file of many frames costs no more than one of few.
+      GifFreeSavedImages(gif_);
+      gif_->ImageCount = 0;
       result.frames.push_back(std::move(frame));
     }
     if (result.frames.empty()) return Fail(error, "the GIF file holds no frame");
@@ -280,6 +284,11 @@ bool PlatformGifExchange::Encode(const GifSequence& s, std::string& bytes, std::
     }
     MapOwner local;
     if (!f.colourMap.empty() && (local.map = MakeMap(f.colourMap)) == nullptr) return fail();
+    // giflib forgets, without freeing it, the map of the frame before when a frame has none.
+    if (local.map == nullptr && gif->Image.ColorMap != nullptr) {
+      GifFreeMapObject(gif->Image.ColorMap);
+      gif->Image.ColorMap = nullptr;
+    }
     if (EGifPutImageDesc(gif, f.left, f.top, f.width, f.height, false, local.map) == GIF_ERROR) return fail();
     std::vector<GifPixelType> line(static_cast<std::size_t>(f.width));
     for (int row = 0; row < f.height; ++row) {
