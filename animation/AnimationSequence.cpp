@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "engine/ImportGeometry.h"
+
 namespace rm {
 
 AnimationSequence::AnimationSequence(int width, int height)
@@ -117,15 +119,34 @@ bool AnimationSequence::PasteLinearMotion(const Bitmap& canvas, const Bitmap& pi
   const int stepX = (toX - fromX) / n, stepY = (toY - fromY) / n;
   UpdateCurrentFrame(canvas);
   for (int i = 1; i <= n; ++i) {
-    if (current_ == FrameCount()) {
-      frames_.emplace_back(Width(), Height(), kWhite);
-      delays_.push_back(kNewFrameDelayMs);
-    }
-    ++current_;
+    StepOrAppend();
     PastePiece(frames_[static_cast<std::size_t>(current_)], piece, fromX + stepX * i - (piece.Width() - 1) / 2,
                fromY + stepY * i - (piece.Height() - 1) / 2, false);
   }
   return true;
+}
+
+void AnimationSequence::StepOrAppend() {
+  if (current_ == FrameCount()) {
+    frames_.emplace_back(Width(), Height(), kWhite);
+    delays_.push_back(kNewFrameDelayMs);
+  }
+  ++current_;
+}
+
+void AnimationSequence::PasteCircularMotion(const Bitmap& canvas, const Bitmap& piece, int centreX, int centreY,
+                                            bool clockwise) {
+  UpdateCurrentFrame(canvas);
+  std::vector<Bitmap> turns{piece};
+  for (int step = 1; step <= 7; ++step)
+    turns.push_back(RotateBitmap(piece, 45.0 * (clockwise ? step : 8 - step), kWhite, true));
+  turns.push_back(piece);
+  for (std::size_t i = 0; i < turns.size(); ++i) {
+    if (i > 0) StepOrAppend();
+    const Bitmap& t = turns[i];
+    PastePiece(frames_[static_cast<std::size_t>(current_)], t, centreX - (t.Width() - 1) / 2,
+               centreY - (t.Height() - 1) / 2, false);
+  }
 }
 
 Bitmap AnimationSequence::Ghost(Colour ghostColour) const {

@@ -59,6 +59,11 @@ class AnimationSequence {
   bool PasteLinearMotion(const Bitmap& canvas, const Bitmap& piece, int fromX, int fromY, int toX, int toY,
                          int frames, std::string& error);
 
+  // Pastes `piece` centred on (centreX, centreY) on nine frames from the current one: the piece,
+  // its seven turns by 45 to 315 degrees (the other way round when not `clockwise`) and the piece
+  // again. New white frames are added at the end as needed; the ninth frame becomes current.
+  void PasteCircularMotion(const Bitmap& canvas, const Bitmap& piece, int centreX, int centreY, bool clockwise);
+
   // The faint copy of the frame before the current one that the editor lays over the canvas:
   // its non-white pixels in `ghostColour`, white elsewhere, to be laid in by AND. White for frame 1.
   Bitmap Ghost(Colour ghostColour) const;
@@ -68,6 +73,9 @@ class AnimationSequence {
   void RestoreAnimation();
 
  private:
+  // Moves to the next frame, adding a white one after the last.
+  void StepOrAppend();
+
   std::vector<Bitmap> frames_;  // entry 0 unused
   std::vector<int> delays_;     // entry 0 unused
   int current_ = 1;

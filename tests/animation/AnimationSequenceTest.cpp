@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "animation/AnimationSequence.h"
+#include "engine/ImportGeometry.h"
 
 namespace {
 
@@ -138,6 +139,36 @@ TEST(AnimationSequence, LinearMotionStepsTheCentreAndAddsFramesAtTheEnd) {
   for (int n = 2; n <= 4; ++n)
     for (int x = 0; x < 12; ++x)
       EXPECT_EQ(s.Frame(n).GetPixel(x, 1) == rm::kBlack, x == 3 * (n - 1)) << "frame " << n << " x " << x;
+}
+
+TEST(AnimationSequence, CircularMotionWritesNineFramesFirstAndLastTheOriginal) {
+  // An L: its turns differ from one another, and a half turn puts its foot on the other side.
+  Bitmap piece(3, 3, rm::kWhite);
+  for (int y = 0; y < 3; ++y) piece.SetPixel(0, y, rm::kBlack);
+  piece.SetPixel(1, 2, rm::kBlack);
+  piece.SetPixel(2, 2, rm::kBlack);
+  const Bitmap blank(11, 11, rm::kWhite);
+  for (bool clockwise : {true, false}) {
+    SCOPED_TRACE(clockwise);
+    AnimationSequence s({blank, blank}, {});
+    s.PasteCircularMotion(blank, piece, 5, 5, clockwise);
+    EXPECT_EQ(s.FrameCount(), 9);
+    EXPECT_EQ(s.CurrentFrame(), 9);
+    Bitmap expected = blank;
+    rm::PastePiece(expected, piece, 4, 4, false);
+    EXPECT_EQ(s.Frame(1), expected);
+    EXPECT_EQ(s.Frame(9), expected);
+    const Bitmap half = rm::RotateBitmap(piece, 180, rm::kWhite, true);
+    expected = blank;
+    rm::PastePiece(expected, half, 5 - (half.Width() - 1) / 2, 5 - (half.Height() - 1) / 2, false);
+    EXPECT_EQ(s.Frame(5), expected);
+    EXPECT_NE(s.Frame(3), s.Frame(7));
+    // The two ways round meet the same turns in reverse order.
+    const Bitmap quarter = rm::RotateBitmap(piece, clockwise ? 90 : 270, rm::kWhite, true);
+    expected = blank;
+    rm::PastePiece(expected, quarter, 5 - (quarter.Width() - 1) / 2, 5 - (quarter.Height() - 1) / 2, false);
+    EXPECT_EQ(s.Frame(3), expected);
+  }
 }
 
 TEST(AnimationSequence, GhostShowsTheFrameBeforeAndBackupRestores) {
