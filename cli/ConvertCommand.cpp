@@ -17,10 +17,16 @@ using namespace rm;
 const char* VersionText() { return RASTERMILL_VERSION_TEXT; }
 
 void AddConvertOptions(CLI::App& c, ConvertOptions& options) {
+  c.add_option("INPUT", options.request.input,
+               "Picture to convert: PNG, BMP, JPEG, GIF (first frame), TIFF, ICO or SVG")
+      ->required();
+  AddPictureOptions(c, options);
+}
+
+void AddPictureOptions(CLI::App& c, ConvertOptions& options) {
   rm::ConvertRequest& o = options.request;
   std::vector<std::string> modeNames;
   for (const auto& m : kColourModes) modeNames.emplace_back(m.cliName);
-  c.add_option("INPUT", o.input, "Picture to convert: PNG, BMP, JPEG, GIF (first frame), TIFF, ICO or SVG")->required();
   c.add_option("-o", options.output, "Write the Data Array to this file; '-' or no option prints it");
   // Only the three kinds: a misspelt kind taken as a file name would write C text where a build
   // expects bytes.

@@ -17,6 +17,8 @@ struct ConvertOptions {
 };
 
 void AddConvertOptions(CLI::App& command, ConvertOptions& options);
+// Every option of a conversion but its input: the display, the reduction, the data and -o.
+void AddPictureOptions(CLI::App& command, ConvertOptions& options);
 // Exit status: 0 done; 1 refused or failed; 2 a usage error found after parsing (a bad --set,
 // --area, --origin or --hex-offset, conflicting options), the same status the parser gives its
 // own usage errors.

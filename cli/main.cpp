@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/AnimationCommand.h"
 #include "cli/BatchCommand.h"
 #include "cli/ClutCommand.h"
 #include "cli/ControllersCommand.h"
@@ -42,6 +43,8 @@ int main(int argc, char** argv) {
   rmcli::ConvertOptions convert;
   CLI::App* conv = app.add_subcommand("convert", "Convert a picture into a Data Array");
   rmcli::AddConvertOptions(*conv, convert);
+  rmcli::AnimationOptions animation;
+  CLI::App* animationCommand = rmcli::AddAnimationCommand(app, animation);
   rmcli::ClutOptions clut;
   CLI::App* clutCommand = app.add_subcommand("clut", "Write the colour mode's palette as a Color Look-up Table");
   rmcli::AddClutOptions(*clutCommand, clut);
@@ -73,6 +76,7 @@ int main(int argc, char** argv) {
 
   std::signal(SIGINT, OnInterrupt);
   if (*conv) return rmcli::RunConvert(convert, InterruptFlag(), isatty(fileno(stderr)) != 0);
+  if (*animationCommand) return rmcli::RunAnimation(animation, InterruptFlag(), isatty(fileno(stderr)) != 0);
   if (*clutCommand) return rmcli::RunClut(clut);
   if (*settingsCommand) return rmcli::RunSettings(settings);
   if (*projectCommand) return rmcli::RunProject(project);

@@ -7,7 +7,9 @@
 #include <cstdlib>
 #include <string>
 
+#include "animation/GifSequence.h"
 #include "engine/ImportGeometry.h"
+#include "platform/GifSequenceCodec.h"
 #include "platform/PlatformImageCodecs.h"
 
 namespace {
@@ -16,9 +18,44 @@ void Check(bool ok) {
   if (!ok) std::abort();
 }
 
+// The whole GIF sequence: every frame read, then composed into whole pictures of one size, one
+// delay each; written back, the composed frames read again as they were.
+void CheckGifSequence(const std::uint8_t* data, std::size_t size) {
+  const rm::PlatformGifExchange gifs(std::int64_t{1} << 20);
+  rm::GifSequence file;
+  std::string error;
+  if (!gifs.ReadFromMemory(data, size, "fuzz.gif", file, error)) {
+    Check(error.rfind("fuzz.gif: ", 0) == 0 && error.size() > 10);
+    return;
+  }
+  Check(!file.frames.empty());
+  for (const rm::GifFrame& f : file.frames)
+    Check(f.pixels.size() == static_cast<std::size_t>(f.width) * static_cast<std::size_t>(f.height));
+  rm::ComposedGif composed;
+  if (!rm::ComposeGif(file, composed, error, std::int64_t{1} << 20)) {
+    Check(!error.empty());
+    return;
+  }
+  Check(!composed.frames.empty() && composed.frames.size() <= file.frames.size());
+  Check(composed.delaysMs.size() == composed.frames.size());
+  for (const rm::Bitmap& b : composed.frames) Check(b.Width() == composed.width && b.Height() == composed.height);
+  if (composed.frames.size() > 8 || static_cast<std::int64_t>(composed.width) * composed.height > 4096) return;
+  rm::GifSequence again;
+  std::string bytes;
+  if (!rm::MakeGifSequence(composed.frames, composed.delaysMs, false, again, error)) return;  // past 256 colours
+  Check(rm::PlatformGifExchange::Encode(again, bytes, error));
+  rm::GifSequence back;
+  Check(
+      gifs.ReadFromMemory(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size(), "again.gif", back, error));
+  rm::ComposedGif recomposed;
+  Check(rm::ComposeGif(back, recomposed, error));
+  Check(recomposed.frames == composed.frames);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size >= 6 && data[0] == 'G' && data[1] == 'I' && data[2] == 'F') CheckGifSequence(data, size);
   // A budget of 4 million pixels keeps each input within the fuzzer's memory limit; the size
   // checks themselves are the same as with the full limits.
   const rm::PlatformImageCodecs codecs(std::int64_t{1} << 22);

@@ -7,7 +7,8 @@
 
 namespace rm {
 
-bool AnimationEncoding::ConvertAnimation(const std::vector<Bitmap>& frames, const std::vector<int>& delaysMs) {
+bool AnimationEncoding::ConvertAnimation(const std::vector<Bitmap>& frames, const std::vector<int>& delaysMs,
+                                         const std::function<void(int)>& afterFrame) {
   ConversionSession& s = app_.session;
   Globals& g = app_.globals;
   UiPort& ui = app_.ui;
@@ -85,6 +86,7 @@ bool AnimationEncoding::ConvertAnimation(const std::vector<Bitmap>& frames, cons
       record.bytes = s.TotalBytes;
       record.compressionRatio = "0";
     }
+    if (afterFrame) afterFrame(f);
     g.AnimationBytes += record.bytes;
     g.AnimationFrameRecords.push_back(record);
     clip.push_back(shown);

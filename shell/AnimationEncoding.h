@@ -1,4 +1,5 @@
 #pragma once
+#include <functional>
 #include <vector>
 
 #include "engine/Bitmap.h"
@@ -16,7 +17,9 @@ class AnimationEncoding {
   // and the frame number, then the parameter file of the whole run. False when the user said no
   // or a frame stopped the series; the frames written until then stay.
   // `delaysMs` gives each frame's delay for the clip unit; missing ones take FrameDelayMs.
-  bool ConvertAnimation(const std::vector<Bitmap>& frames, const std::vector<int>& delaysMs = {});
+  // `afterFrame` is called with the frame number once that frame's table stands in the editor.
+  bool ConvertAnimation(const std::vector<Bitmap>& frames, const std::vector<int>& delaysMs = {},
+                        const std::function<void(int)>& afterFrame = {});
 
  private:
   Application& app_;

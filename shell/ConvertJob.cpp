@@ -15,6 +15,7 @@
 #include "shell/CommandNames.h"
 #include "shell/ConsoleUi.h"
 #include "shell/ControllerSetup.h"
+#include "shell/ConvertSteps.h"
 #include "shell/GraphicBatchJob.h"
 #include "shell/ProjectContext.h"
 
@@ -47,8 +48,8 @@ bool ParseSize(const std::string& text, int& w, int& h) {
 
 std::string SizeText(int w, int h) { return std::to_string(w) + "x" + std::to_string(h); }
 
-// A controller preset fills the mode, direction, origin and bit order the user did not give, and
-// a note tells of every one given that differs from it.
+}  // namespace
+
 JobOutcome ResolveController(Application& app, ConvertRequest& r) {
   if (r.controller.empty()) return {};
   const ControllerPreset* p = FindController(r.controller);
@@ -64,8 +65,6 @@ JobOutcome ResolveController(Application& app, ConvertRequest& r) {
   return {};
 }
 
-// With the picture on the canvas, before the other settings: the preset's ink and data width and
-// the rearrangement.
 JobOutcome ApplyHardware(Application& app, const ConvertRequest& r) {
   ControllerRequest request;
   if (!r.controller.empty()) {
@@ -80,10 +79,7 @@ JobOutcome ApplyHardware(Application& app, const ConvertRequest& r) {
   return {};
 }
 
-// The display, then the picture through the program's own import: turned, fitted (or refused
-// when too large), floated over the canvas, reduced to the mode's colours as the desktop program
-// does, and pasted.
-JobOutcome ImportPicture(Application& app, const ConvertRequest& r) {
+JobOutcome ChooseDisplay(Application& app, const ConvertRequest& r) {
   Globals& g = app.globals;
   TMainForm& main = app.mainForm;
   int w = 0, h = 0;
@@ -117,17 +113,35 @@ JobOutcome ImportPicture(Application& app, const ConvertRequest& r) {
   if (!r.svgSize.empty() && !ParseSize(r.svgSize, g.ImportWidth, g.ImportHeight))
     return JobOutcome::Failed("--svg-size takes WxH, not \"" + r.svgSize + "\"", 2);
   if (r.fit) g.AlwaysResizeToFit = true;
+  return {};
+}
 
+namespace {
+
+// The display, then the picture through the program's own import: turned, fitted (or refused
+// when too large), floated over the canvas, reduced to the mode's colours as the desktop program
+// does, and pasted.
+JobOutcome ImportPicture(Application& app, const ConvertRequest& r) {
+  if (JobOutcome display = ChooseDisplay(app, r); !display.Done()) return display;
+  if (!app.mainForm.OpenPic(r.input)) return ImportRefusal(app, r.input);
+  app.globals.CanvasTakesPictureSize = false;
+  return ReduceAndPaste(app, r, true);
+}
+
+}  // namespace
+
+JobOutcome ImportRefusal(Application& app, const std::string& input) {
+  const Globals& g = app.globals;
+  const TPixelForm& canvas = app.pixelForm;
+  if (!g.ImportTargetSizeText.empty() && g.ImportedBitmap.Width() > 0)
+    return JobOutcome::Failed("the picture (" + SizeText(g.ImportedBitmap.Width(), g.ImportedBitmap.Height()) +
+                              ") is larger than the display (" + SizeText(canvas.MatrixWidth(), canvas.MatrixHeight()) +
+                              "); --fit resizes it");
+  return JobOutcome::Failed(input + ": the picture was not imported");
+}
+
+JobOutcome ReduceAndPaste(Application& app, const ConvertRequest& r, bool tellAutoReduction) {
   TPixelForm& canvas = app.pixelForm;
-  if (!main.OpenPic(r.input)) {
-    if (!g.ImportTargetSizeText.empty() && g.ImportedBitmap.Width() > 0)
-      return JobOutcome::Failed("the picture (" + SizeText(g.ImportedBitmap.Width(), g.ImportedBitmap.Height()) +
-                                ") is larger than the display (" +
-                                SizeText(canvas.MatrixWidth(), canvas.MatrixHeight()) + "); --fit resizes it");
-    return JobOutcome::Failed(r.input + ": the picture was not imported");
-  }
-  g.CanvasTakesPictureSize = false;
-
   const bool reduceToBW = r.threshold || !r.dither.empty();
   if (reduceToBW && !app.session.Monochrome)
     return JobOutcome::Failed("--threshold and --dither make black and white: they need a monochrome mode", 2);
@@ -150,13 +164,16 @@ JobOutcome ImportPicture(Application& app, const ConvertRequest& r) {
   if (app.session.Monochrome && canvas.ThresholdPending && !reduceToBW) {
     canvas.ColorReductionChoice = ColorReduction::Monochrome;
     canvas.DitherSelectionBitmap();
-    app.ui.Notice("the picture has colours other than black and white: reduced to black and white by " +
-                  std::string(kDitherCaptions[static_cast<int>(canvas.DitherChoice)]) +
-                  " dithering (--threshold N or --dither KIND chooses otherwise)");
+    if (tellAutoReduction)
+      app.ui.Notice("the picture has colours other than black and white: reduced to black and white by " +
+                    std::string(kDitherCaptions[static_cast<int>(canvas.DitherChoice)]) +
+                    " dithering (--threshold N or --dither KIND chooses otherwise)");
   }
   canvas.PasteSelection();
   return {};
 }
+
+namespace {
 
 // Only the part of the canvas at X,Y,W,H is exported; an area reaching past the canvas is
 // clipped to it, with a note.
@@ -184,8 +201,8 @@ JobOutcome ChooseArea(Application& app, const std::string& area) {
   return {};
 }
 
-// The data options of the request over the project's settings, as the settings panel and the
-// Export dialog set them.
+}  // namespace
+
 JobOutcome ApplyDataOptions(Application& app, const ConvertRequest& r, std::uint32_t hexOffset) {
   if (JobOutcome set = ApplySettingOverrides(app, r.settings); !set.Done()) return set;
   ConversionSession& s = app.session;
@@ -229,9 +246,7 @@ JobOutcome ApplyDataOptions(Application& app, const ConvertRequest& r, std::uint
   return {};
 }
 
-// The picture on a fresh canvas, in the settings of the project (or the one named) with the
-// request's own over them.
-JobOutcome LoadPicture(Application& app, const ConvertRequest& r) {
+JobOutcome OpenRequestProject(Application& app, const ConvertRequest& r) {
   app.pixelForm.ViewShown = false;  // no window: nothing to compose or enlarge
   {
     // Read only unless the settings are to be saved: so many conversions can run side by side.
@@ -243,6 +258,15 @@ JobOutcome LoadPicture(Application& app, const ConvertRequest& r) {
     if (!info) return JobOutcome::Failed("unknown mode: " + r.mode, 2);
     app.mainForm.SetColourMode(info->modeNumber, true);
   }
+  return {};
+}
+
+namespace {
+
+// The picture on a fresh canvas, in the settings of the project (or the one named) with the
+// request's own over them.
+JobOutcome LoadPicture(Application& app, const ConvertRequest& r) {
+  if (JobOutcome opened = OpenRequestProject(app, r); !opened.Done()) return opened;
   if (JobOutcome imported = ImportPicture(app, r); !imported.Done()) return imported;
   app.session.SourceFileName = BaseName(r.input);
   app.session.LastBitmapName = r.input;
@@ -258,14 +282,19 @@ JobOutcome LoadPictureToCanvas(Application& app, const ConvertRequest& request) 
   return ApplyHardware(app, r);
 }
 
-JobOutcome Convert(Application& app, const ConvertRequest& request, const ConvertPrinter& print) {
-  ConvertRequest r = request;
+JobOutcome CheckRequest(Application& app, ConvertRequest& r, std::uint32_t& hexOffset) {
   if (JobOutcome resolved = ResolveController(app, r); !resolved.Done()) return resolved;
   if ((r.outputKind == "bin" || r.outputKind == "hex") && r.width != 0)
     return JobOutcome::Failed("--width applies to text output only, not to --output " + r.outputKind, 2);
-  std::uint32_t hexOffset = 0;
   if (r.hexOffset && !IntelHexRecords::ParseOffset(*r.hexOffset, hexOffset))
     return JobOutcome::Failed("--hex-offset takes 1 to 8 hex digits (0x may lead), not \"" + *r.hexOffset + "\"", 2);
+  return {};
+}
+
+JobOutcome Convert(Application& app, const ConvertRequest& request, const ConvertPrinter& print) {
+  ConvertRequest r = request;
+  std::uint32_t hexOffset = 0;
+  if (JobOutcome checked = CheckRequest(app, r, hexOffset); !checked.Done()) return checked;
 
   const bool fromPicture = !r.currentCanvas;
   if (fromPicture)

@@ -169,11 +169,15 @@ bool PictureImport::ImportImageMDIChild(const std::string& fileName) {
     app_.mainForm.FitCanvasToPicture(picture.Width(), picture.Height());
     if (!decode(picture)) return false;
   }
+  if (g.UseFileNameAsArtworkName) app_.session.SourceFileName = name;
+  return ImportBitmap(std::move(picture));
+}
 
+bool PictureImport::ImportBitmap(Bitmap picture) {
+  Globals& g = app_.globals;
   app_.pixelForm.StoreOriginalImage(picture);
   g.ImportedBitmap = std::move(picture);
   app_.exploForm2.DitherBitmap(g.ImportedBitmap);
-  if (g.UseFileNameAsArtworkName) app_.session.SourceFileName = name;
   RotateImport();
   if (g.CanvasTakesPictureSize && !g.ImportedBitmap.Empty()) {
     // The display follows the picture, but no display is larger than 1024 x 768: a larger picture

@@ -20,6 +20,9 @@ class PictureImport {
   bool ImportPic();
   // Decodes `fileName` by the kind its extension names and fits it (AssignInPutBitmap).
   bool ImportImageMDIChild(const std::string& fileName);
+  // The rest of an import for a picture already decoded: turned, the display following it when
+  // asked, fitted and floated as the selection.
+  bool ImportBitmap(Bitmap picture);
   // Turns the imported picture by ImportAngle (not drawings, not GIF).
   void RotateImport();
   // Renders a drawing at ImportWidth x ImportHeight (the canvas size when either is 0), turned

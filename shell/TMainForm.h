@@ -133,8 +133,9 @@ class TMainForm {
 
   // ---- The parts' commands, forwarded ----
   // Frames (AnimationEncoding).
-  bool ConvertAnimation(const std::vector<Bitmap>& frames, const std::vector<int>& delaysMs = {}) {
-    return animation_.ConvertAnimation(frames, delaysMs);
+  bool ConvertAnimation(const std::vector<Bitmap>& frames, const std::vector<int>& delaysMs = {},
+                        const std::function<void(int)>& afterFrame = {}) {
+    return animation_.ConvertAnimation(frames, delaysMs, afterFrame);
   }
 
   // Project settings and folders (ProjectConfig, FolderSetup).
@@ -229,6 +230,7 @@ class TMainForm {
 
   // Graphics import (PictureImport).
   bool OpenPic(const std::string& fileName) { return import_.OpenPic(fileName); }
+  bool ImportBitmap(Bitmap picture) { return import_.ImportBitmap(std::move(picture)); }
   bool ImportPic() { return import_.ImportPic(); }
   bool ImportImageMDIChild(const std::string& fileName) { return import_.ImportImageMDIChild(fileName); }
   void RotateImport() { import_.RotateImport(); }
