@@ -2,6 +2,8 @@
 #include <string>
 #include <vector>
 
+#include "shell/FontDataJob.h"
+
 namespace CLI {
 class App;
 }
@@ -15,14 +17,19 @@ struct FontOptions {
   std::string project;
   std::vector<std::string> settings;
   bool verbose = false;
+  // rastermill font --font NAME|FILE ... [-o OUT]: the font data
+  rm::FontDataRequest data;
+  std::string output;
+  bool yes = false;
+  std::vector<std::string> answers;
   // rastermill font list [--filter KIND] | font blocks
   bool list = false, blocks = false;
   std::string filter;
 };
 
 void AddFontCommands(CLI::App& font, FontOptions& options);
-// Exit status: 0 done; 1 refused, not written or standard output failed; 2 a bad setting,
-// an unknown filter or no script.
+// Exit status: 0 done; 1 refused, not written or standard output failed; 2 a bad setting or
+// option, an unknown filter, or neither a script nor a font.
 int RunFont(const FontOptions& options);
 
 }  // namespace rmcli

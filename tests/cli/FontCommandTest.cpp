@@ -29,7 +29,7 @@ TEST_F(FontCli, ScriptReadsIntoTheJobAndWritesBackUnderTheJobsName) {
             "Font script filename :[DejaVu Sans Mono_12_BSULatin_Extended-B_2.FSC]");
   EXPECT_EQ(WithoutFirstLine(written), WithoutFirstLine(UnicodeScript()));
 
-  const rmtest::CliResult printed = Run({"font", "--script", in});
+  const rmtest::CliResult printed = Run({"font", "--script", in, "--save-script", "-"});
   ASSERT_EQ(printed.status, 0) << printed.err;
   EXPECT_EQ(printed.out, written);
 }
