@@ -144,7 +144,7 @@ bool FontDataMaker::Make(const FontDataInput& in, TextLines& text, std::vector<s
     cd.lines = glyphText.Lines();
     const bool cutColumns = st.offsetsOn && !st.fixed;
     cd.d.address = FormatCharAddress(cd.fc.code, job_.AddressFormat, in.unicode);
-    cd.d.width = cutColumns ? cd.m.CharWidth - cd.m.RightVoid - cd.m.LeftVoid : std::max(cd.m.CharWidth, cd.r.scanWidth);
+    cd.d.width = cutColumns ? cd.m.CharWidth - cd.m.RightVoid - cd.m.LeftVoid : cd.m.CharWidth;
     if (st.fixed) cd.d.width = std::max(cd.m.CharWidth, st.maxWidthSeen);
     cd.d.height = cd.r.scanHeight;
     cd.d.xOffset = cutColumns ? cd.m.LeftVoid : 0;
