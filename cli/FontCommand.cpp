@@ -117,4 +117,26 @@ int RunFont(const FontOptions& o) {
   return Print(outcome, outcome.filesWritten.empty());
 }
 
+void AddKerningCommand(CLI::App& c, KerningOptions& o) {
+  c.add_option("--font", o.request.font, "An installed font family, or a font file")->required();
+  c.add_option("--size", o.request.size, "Font size in points (1 to 300)")->check(CLI::Range(1, 300))->required();
+  c.add_flag("--bold", o.request.bold, "Bold");
+  c.add_flag("--italic", o.request.italic, "Italic");
+  c.add_option("--project", o.request.project, "Read the settings of this project file instead of the active project")
+      ->check(CLI::ExistingFile);
+  c.add_option("--set", o.request.settings, "Any project setting by its key, e.g. KERSUF=[][3]= (repeatable)");
+  c.add_option("-o,--out", o.output, "Write the table to this file; '-' or no option prints it");
+}
+
+int RunKerning(const KerningOptions& o) {
+  ConsoleUi ui(stderr, nullptr);
+  SystemClock clock;
+  Application app(ui, clock);
+  KerningRequest request = o.request;
+  request.outputFile = o.output;
+  const FreeTypeFontEngine engine;
+  const JobOutcome outcome = MakeKerningTable(app, engine, request);
+  return Print(outcome, outcome.filesWritten.empty());
+}
+
 }  // namespace rmcli

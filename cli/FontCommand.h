@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "shell/FontDataJob.h"
+#include "shell/KerningJob.h"
 
 namespace CLI {
 class App;
@@ -31,5 +32,14 @@ void AddFontCommands(CLI::App& font, FontOptions& options);
 // Exit status: 0 done; 1 refused, not written or standard output failed; 2 a bad setting or
 // option, an unknown filter, or neither a script nor a font.
 int RunFont(const FontOptions& options);
+
+// rastermill kerning --font NAME|FILE --size PT [-o OUT]
+struct KerningOptions {
+  rm::KerningRequest request;
+  std::string output;
+};
+void AddKerningCommand(CLI::App& kerning, KerningOptions& options);
+// Exit status as for font.
+int RunKerning(const KerningOptions& options);
 
 }  // namespace rmcli
