@@ -5,6 +5,7 @@
 #include "cli/StdoutCheck.h"
 #include "platform/FreeTypeFontEngine.h"
 #include "shell/Application.h"
+#include "shell/CommandNames.h"
 #include "shell/ConsoleUi.h"
 #include "shell/FontJobs.h"
 #include "shell/FontScriptJob.h"
@@ -44,7 +45,7 @@ void AddFontDataOptions(CLI::App& c, FontOptions& o) {
   c.add_option("--stretch", d.stretch, "Stretch factors W,H and an optional upward row shift");
   c.add_option("--mode", d.mode, "Colour mode by its short name (mono, gray16, ...)");
   c.add_option("--direction", d.direction, "Data direction: tr, tl, tda or tua")
-      ->check(CLI::IsMember({"tr", "tl", "tda", "tua", "tra", "tla", "td", "tu"}));
+      ->check(CLI::IsMember(DirectionNames()));
   auto* first = c.add_flag("--msb-first", d.msbFirst, "Most significant bit first");
   c.add_flag("--msb-last", d.msbLast, "Most significant bit last")->excludes(first);
   c.add_option("--output", d.outputKind, "text (source) or bin (records of a binary file)")

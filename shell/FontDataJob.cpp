@@ -23,12 +23,18 @@ namespace rm {
 
 namespace {
 
-std::string Setting(const Application& app, std::string_view key) {
-  const SettingDef* def = FindSetting(key);
-  return def ? GetSetting(app, *def) : std::string();
+// The value of the per-structure variant of the setting that fills `member`: its key with the
+// structure's suffix ("wua" and "wua_r").
+template <class Member>
+std::string Variant(const Application& app, Member member, const std::string& suffix) {
+  for (const SettingDef& d : SettingsTable()) {
+    const Member* bound = std::get_if<Member>(&d.field);
+    if (!bound || *bound != member) continue;
+    const SettingDef* variant = FindSetting(std::string(d.key) + suffix);
+    return variant ? GetSetting(app, *variant) : std::string();
+  }
+  return {};
 }
-
-bool SettingOn(const Application& app, std::string_view key) { return Setting(app, key) == "1"; }
 
 bool ParseHex(std::string_view text, int& value) {
   if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X')) text.remove_prefix(2);
@@ -61,24 +67,15 @@ void TakeStructureVariants(const Application& app, FontJob& job, FontStructure s
                         : structure == FontStructure::Structured ? "_s"
                         : structure == FontStructure::FontBloc   ? "_b"
                                                                  : "_d";
-  job.CharAddress = SettingOn(app, "wua" + k);
-  job.CharWidthBits = SettingOn(app, "wiw" + k);
-  job.CharHeightBits = SettingOn(app, "wih" + k);
-  job.XOffset = SettingOn(app, "wxof" + k);
-  job.YOffset = SettingOn(app, "wyof" + k);
-  job.StartAddress = SettingOn(app, "wsta" + k);
-  job.CharSizeBytes = SettingOn(app, "descsz" + k);
-  job.CharSizeBits = SettingOn(app, "csbits" + k);
-  job.CharSpacing = SettingOn(app, "wcsp" + k);
-  job.CharAddressRank = Setting(app, "CARK" + k);
-  job.CharWidthRank = Setting(app, "CWBRK" + k);
-  job.CharHeightRank = Setting(app, "CHBRK" + k);
-  job.XOffsetRank = Setting(app, "XOFSRK" + k);
-  job.YOffsetRank = Setting(app, "YOFSRK" + k);
-  job.StartAddressRank = Setting(app, "SARK" + k);
-  job.CharSizeBytesRank = Setting(app, "CHARSBRK" + k);
-  job.CharSizeBitsRank = Setting(app, "CSBRK" + k);
-  job.CharSpacingRank = Setting(app, "CSPBRK" + k);
+  for (bool FontJob::*flag :
+       {&FontJob::CharAddress, &FontJob::CharWidthBits, &FontJob::CharHeightBits, &FontJob::XOffset, &FontJob::YOffset,
+        &FontJob::StartAddress, &FontJob::CharSizeBytes, &FontJob::CharSizeBits, &FontJob::CharSpacing})
+    job.*flag = Variant(app, flag, k) == "1";
+  for (std::string FontJob::*rank :
+       {&FontJob::CharAddressRank, &FontJob::CharWidthRank, &FontJob::CharHeightRank, &FontJob::XOffsetRank,
+        &FontJob::YOffsetRank, &FontJob::StartAddressRank, &FontJob::CharSizeBytesRank, &FontJob::CharSizeBitsRank,
+        &FontJob::CharSpacingRank})
+    job.*rank = Variant(app, rank, k);
 }
 
 FontStructure StructureOf(const FontJob& job) {
@@ -310,7 +307,7 @@ JobOutcome MakeFontData(Application& app, const FontEngine& engine, const FontDa
   if (font->Identity().substituted)
     app.ui.Notice("the font " + job.FontName + " is not installed: " + font->Identity().family + " stands in for it");
 
-  in.grayHorizontalScheme = SettingOn(app, "gsch");
+  in.grayHorizontalScheme = job.Gray16ColumnScheme;
   FontDataMaker maker(*font, job, s, app.ui);
   const OutputKind outputBefore = s.Output;
   if (!maker.Check(in)) return JobOutcome::Failed("");
@@ -323,11 +320,11 @@ JobOutcome MakeFontData(Application& app, const FontEngine& engine, const FontDa
   in.codePage = job.CodePage;
   int filler = 0;
   in.filler = ParseHex(app.globals.FillerText, filler) ? filler : 0;
-  if (SettingOn(app, "FEolcom"))
+  if (job.FontEolComma)
     in.fontEol = EndOfLine::Comma;
-  else if (SettingOn(app, "FEolSem"))
+  else if (job.FontEolSemicolon)
     in.fontEol = EndOfLine::Semicolon;
-  else if (SettingOn(app, "FEolStr"))
+  else if (job.FontEolString)
     in.fontEol = EndOfLine::Custom;
   else
     in.fontEol = EndOfLine::None;

@@ -9,18 +9,8 @@
 #include "fonts/KerningTable.h"
 #include "shell/Application.h"
 #include "shell/ProjectContext.h"
-#include "shell/SettingsTable.h"
 
 namespace rm {
-
-namespace {
-
-std::string Setting(const Application& app, std::string_view key, const std::string& fallback) {
-  const SettingDef* def = FindSetting(key);
-  return def ? GetSetting(app, *def) : fallback;
-}
-
-}  // namespace
 
 JobOutcome MakeKerningTable(Application& app, const FontEngine& engine, const KerningRequest& r) {
   std::string error;
@@ -38,13 +28,14 @@ JobOutcome MakeKerningTable(Application& app, const FontEngine& engine, const Ke
   const std::unique_ptr<Font> font = engine.Open(fr, error);
   if (!font) return JobOutcome::Failed(r.font + ": " + error);
 
+  const FontJob& job = app.asciiChild.job;
   KerningSyntax k;
-  k.prefix = Setting(app, "KERPREF", k.prefix);
-  k.suffix = Setting(app, "KERSUF", k.suffix);
-  k.tableBegin = Setting(app, "KERTBEG", k.tableBegin);
-  k.tableEnd = Setting(app, "KERTEND", k.tableEnd);
-  k.lineBegin = Setting(app, "KERLBEG", k.lineBegin);
-  k.lineEnd = Setting(app, "KERLEND", k.lineEnd);
+  k.prefix = job.KerningPrefix;
+  k.suffix = job.KerningSuffix;
+  k.tableBegin = job.KerningTableBegin;
+  k.tableEnd = job.KerningTableEnd;
+  k.lineBegin = job.KerningLineBegin;
+  k.lineEnd = job.KerningLineEnd;
   std::string styles;
   if (r.bold) styles += ", Bold";
   if (r.italic) styles += ", Italic";
