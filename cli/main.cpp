@@ -59,8 +59,12 @@ int main(int argc, char** argv) {
   rmcli::FontOptions font;
   CLI::App* fontCommand = app.add_subcommand(
       "font",
-      "Read a Font Script into the font job and write the job back; list the installed fonts or the Unicode blocks");
+      "Make the data of a font's characters, from the options or a Font Script; write a script back; list the "
+      "installed fonts or the Unicode blocks");
   rmcli::AddFontCommands(*fontCommand, font);
+  rmcli::KerningOptions kerning;
+  CLI::App* kerningCommand = app.add_subcommand("kerning", "Export a font's kerning pairs as a table");
+  rmcli::AddKerningCommand(*kerningCommand, kerning);
   rmcli::BatchOptions batch;
   CLI::App* batchCommand = rmcli::AddBatchCommand(app, batch);
   rmcli::BatchOptions grid;
@@ -83,6 +87,7 @@ int main(int argc, char** argv) {
   if (*controllersCommand) return rmcli::RunControllers();
   if (*fontCommand) return rmcli::RunFont(font);
   batch.terminal = isatty(fileno(stderr)) != 0;
+  if (*kerningCommand) return rmcli::RunKerning(kerning);
   if (*batchCommand) return rmcli::RunBatchCommand(batch, InterruptFlag());
   if (*gridCommand) return rmcli::RunGridCommand(grid);
   if (*consoleCommand) return rmcli::RunConsoleCommand(console, InterruptFlag());

@@ -60,6 +60,13 @@ struct FontJob {
   std::string FontPrefix;            // fonpr
   std::string FontSuffix;            // fonsu
   std::string EndOfData = "};";      // EndstF
+  // The end of line of font data, which stands in for the canvas's while the job runs.
+  bool FontEolNone = false;       // FEoln
+  bool FontEolComma = false;      // FEolcom
+  bool FontEolString = true;      // FEolStr: the data separator (feolst)
+  bool FontEolSemicolon = false;  // FEolSem
+  // In 16 gray levels, whether the walk down the columns is offered (gsch).
+  bool Gray16ColumnScheme = false;
   std::string CharsSeparator;        // eofbl
   bool WithCharComment = true;       // rdcc
   int AsciiOffset = 0;               // AOF, Editable Font only
@@ -107,6 +114,14 @@ struct FontJob {
   std::string FontHeader4 = "Chars Height";
   std::string FontHeader5 = "First Char";
   std::string FontHeader6 = "n Chars";
+
+  // The kerning table's texts.
+  std::string KerningPrefix = "int ";         // KERPREF
+  std::string KerningSuffix = "[120][3]= ";   // KERSUF
+  std::string KerningTableBegin = "{";        // KERTBEG
+  std::string KerningTableEnd = "};";         // KERTEND
+  std::string KerningLineBegin = "{";         // KERLBEG
+  std::string KerningLineEnd = "},";          // KERLEND
 };
 
 }  // namespace rm

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "support/CliRunner.h"
 #include "support/TestSupport.h"
@@ -29,7 +30,7 @@ TEST_F(FontCli, ScriptReadsIntoTheJobAndWritesBackUnderTheJobsName) {
             "Font script filename :[DejaVu Sans Mono_12_BSULatin_Extended-B_2.FSC]");
   EXPECT_EQ(WithoutFirstLine(written), WithoutFirstLine(UnicodeScript()));
 
-  const rmtest::CliResult printed = Run({"font", "--script", in});
+  const rmtest::CliResult printed = Run({"font", "--script", in, "--save-script", "-"});
   ASSERT_EQ(printed.status, 0) << printed.err;
   EXPECT_EQ(printed.out, written);
 }
@@ -41,6 +42,40 @@ TEST_F(FontCli, MissingOrUnreadableScriptIsRefused) {
   rmtest::WriteText(in, UnicodeScript());
   const rmtest::CliResult r = Run({"font", "--script", in, "--set", "SFONS=0"});
   EXPECT_EQ(r.status, 2) << "a size the font job does not take";
+}
+
+TEST_F(FontCli, FontDataGoToStandardOutputOrAFileWrittenWhole) {
+  const std::vector<std::string> job = {"font",    "--font", "DejaVu Sans", "--size", "8",
+                                        "--chars", "AB",     "--structure", "raw"};
+  const rmtest::CliResult printed = Run(job);
+  ASSERT_EQ(printed.status, 0) << printed.err;
+  EXPECT_NE(printed.out.find("const uint8_t DejaVu_Sans_8_1252_Bitmaps[2]["), std::string::npos) << printed.out;
+  const std::string out = out_ + "/font.h";
+  const rmtest::CliResult written = Run(rmtest::Concat(job, {"-o", out}));
+  ASSERT_EQ(written.status, 0) << written.err;
+  EXPECT_EQ(written.out, "");
+  EXPECT_EQ(rmtest::ReadFile(out), printed.out);
+}
+
+TEST_F(FontCli, ScriptMakesTheDataWithTheCommandLineOverIt) {
+  const std::string in = in_ + "/in.FSC";
+  rmtest::WriteText(in, UnicodeScript());
+  const rmtest::CliResult r = Run({"font", "--script", in, "--range", "41-42", "--structure", "bloc"});
+  ASSERT_EQ(r.status, 0) << r.err;
+  EXPECT_NE(r.out.find("/* Font Name :[DejaVu Sans Mono] "), std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("/* Character Count = 2 "), std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("/* Raw Block Output "), std::string::npos) << r.out;
+}
+
+TEST_F(FontCli, BadFontOptionsAreUsageErrors) {
+  EXPECT_EQ(Run({"font", "--font", "DejaVu Sans", "--range", "7E-20"}).status, 2);
+  EXPECT_EQ(Run({"font", "--font", "DejaVu Sans", "--range", "zz"}).status, 2);
+  EXPECT_EQ(Run({"font", "--font", "DejaVu Sans", "--unicode-block", "No Such Block"}).status, 2);
+  EXPECT_EQ(Run({"font", "--font", "DejaVu Sans", "--chars", "A", "--stretch", "2"}).status, 2);
+  const rmtest::CliResult refused = Run({"font", "--font", "DejaVu Sans", "--chars", "A", "--direction", "td"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_NE(refused.err.find("Current direction only available for Work Canvas graphics"), std::string::npos)
+      << refused.err;
 }
 
 }  // namespace
