@@ -14,6 +14,7 @@
 #include "cli/ControllersCommand.h"
 #include "cli/ConvertCommand.h"
 #include "cli/FontCommand.h"
+#include "cli/ImportArrayCommand.h"
 #include "cli/ProjectCommand.h"
 #include "cli/SettingsCommand.h"
 
@@ -62,6 +63,8 @@ int main(int argc, char** argv) {
   CLI::App* batchCommand = rmcli::AddBatchCommand(app, batch);
   rmcli::BatchOptions grid;
   CLI::App* gridCommand = rmcli::AddGridCommand(app, grid);
+  rmcli::ImportArrayOptions importArray;
+  CLI::App* importArrayCommand = rmcli::AddImportArrayCommand(app, importArray);
 
   try {
     app.parse(argc, argv);
@@ -78,5 +81,6 @@ int main(int argc, char** argv) {
   if (*fontCommand) return rmcli::RunFont(font);
   if (*batchCommand) return rmcli::RunBatchCommand(batch, InterruptFlag());
   if (*gridCommand) return rmcli::RunGridCommand(grid);
+  if (*importArrayCommand) return rmcli::RunImportArray(importArray);
   return 2;
 }

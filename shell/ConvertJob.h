@@ -85,6 +85,11 @@ using ConvertPrinter = std::function<bool(const std::string& data, std::string& 
 // are saved only once the output is whole.
 JobOutcome Convert(Application& app, const ConvertRequest& request, const ConvertPrinter& print = {});
 
+// The settings a conversion of `request` runs with (the project's, the mode, the controller's
+// preset, the rearrangement and the data options), on a blank canvas of `request.size`: what the
+// way back from a table to a picture needs to know of the table. No picture is read.
+JobOutcome PrepareBlankCanvas(Application& app, const ConvertRequest& request);
+
 // The command line's user interface for `request`: its answers, and the questions the request
 // answers by itself (an export area is meant to be exported).
 void PrepareConsole(ConsoleUi& ui, const ConvertRequest& request);
