@@ -82,7 +82,7 @@ TEST_F(Cli, ImportArrayRefusesBadDataAndWritesNothing) {
   ExpectRefused(Concat({"import-array", odd, "--width", "16"}, size), 1,
                 "3 bytes are not a whole number of 16 bit words");
   ExpectRefused(Concat({"import-array", none}, size), 1, "no data found");
-  ExpectRefused(Concat({"import-array", good, "-o", png}), 2, "--size");
+  ExpectRefused({"import-array", good, "-o", png}, 2, "--size");
   EXPECT_FALSE(std::filesystem::exists(png));
 
   // The data in the right number paint their pixel.
