@@ -512,6 +512,12 @@ void PixelUnpacker::Flush() {
 
 }  // namespace
 
+// The pixels are placed by the writer's own walk, so that whatever a table holds comes back where
+// it was read. A reader of its own would fall short of that: one that starts each row of the
+// leftward walk at a fixed column (127) paints outside a narrower canvas and loses the right part
+// of a wider one, and one that takes a 16 or 32 bit word from characters at fixed places drops
+// digits of it. Words are therefore read whole (ReadArrayText) and cut into bytes by the order the
+// formatter joined them in (WordsToBytes).
 ArrayImportResult ImportArray(ConversionSession& s, const std::vector<std::uint8_t>& data, Bitmap& canvas,
                               std::size_t padding) {
   ArrayImportResult result;

@@ -47,6 +47,9 @@ TEST_F(Cli, ConvertThenImportGivesThePictureBack) {
       {26, ".h", {"--mode", "gray16", "--direction", "tua", "--origin", "BR", "--width", "16"}},
       {59, ".bin", {"--mode", "c65k", "--direction", "tla", "--msb-last"}},
       {62, ".h", {"--mode", "c16m", "--direction", "tl", "--width", "32", "--msb-last"}},
+      // The rearrangements trade bits in pairs: the same trade takes them back.
+      {59, ".h", {"--mode", "c65k", "--swap-rb", "--width", "16"}},
+      {1, ".h", {"--mode", "mono", "--rearrange", "0,1,2,3,4,5,6,7", "--direction", "tda"}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(rmtest::Join(c.scheme));
