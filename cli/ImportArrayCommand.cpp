@@ -15,9 +15,10 @@ using namespace rm;
 
 CLI::App* AddImportArrayCommand(CLI::App& app, ImportArrayOptions& options) {
   ArrayImportRequest& r = options.request;
-  CLI::App* c = app.add_subcommand("import-array",
-                                   "Paint a Data Array (the text or the .bin bytes of a table) back into a picture");
-  c->add_option("FILE", r.input, "The table: a binary when its name ends in .bin, text otherwise")
+  CLI::App* c = app.add_subcommand(
+      "import-array", "Paint a Data Array (the text, .bin bytes or .hex records of a table) back into a picture");
+  c->add_option("FILE", r.input,
+                "The table: a binary when its name ends in .bin, Intel HEX records in .hex, text otherwise")
       ->required()
       ->check(CLI::ExistingFile);
   c->add_option("-o", r.outputFile, "The PNG picture to write")->required();

@@ -6,6 +6,7 @@
 
 #include "engine/ColourModes.h"
 #include "engine/ImageCodecs.h"
+#include "engine/IntelHex.h"
 #include "shell/Application.h"
 
 namespace rm {
@@ -74,11 +75,13 @@ JobOutcome ImportArrayFile(Application& app, const ArrayImportRequest& request) 
   if (request.scheme.size.empty())
     return JobOutcome::Failed("--size WxH is required: the display the table was made for", 2);
   ConvertRequest scheme = request.scheme;
-  const bool binary = EndsWith(request.input, ".bin");
+  const bool binary = EndsWith(request.input, ".bin"), intelHex = EndsWith(request.input, ".hex");
   // The data width is a text's; a binary is read as the bytes it holds.
   const int wordBits = scheme.width != 0 ? scheme.width : 8;
-  if (binary) scheme.outputKind = "bin";
-  if (binary) scheme.width = 0;
+  if (binary || intelHex) {
+    scheme.outputKind = "bin";
+    scheme.width = 0;
+  }
   if (JobOutcome prepared = PrepareBlankCanvas(app, scheme); !prepared.Done()) return prepared;
   ConversionSession& s = app.session;
 
@@ -91,6 +94,9 @@ JobOutcome ImportArrayFile(Application& app, const ArrayImportRequest& request) 
       return JobOutcome::Failed(request.input + ": " + std::to_string(file.size()) +
                                 " bytes are not a whole number of " + std::to_string(wordBits) + " bit words");
     bytes.assign(file.begin(), file.end());
+  } else if (intelHex) {
+    std::string error;
+    if (!IntelHexRecords::ReadData(file, bytes, error)) return JobOutcome::Failed(request.input + ": " + error);
   } else if (JobOutcome read = BytesOfText(s, request, file, bytes, padding); !read.Done()) {
     return read;
   }

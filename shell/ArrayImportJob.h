@@ -13,7 +13,7 @@ class Application;
 // binary) read with the settings it was written with and painted on a canvas of their display
 // size, which is then written as a PNG file.
 struct ArrayImportRequest {
-  std::string input;  // a binary when its name ends in ".bin", text otherwise
+  std::string input;  // a binary when its name ends in ".bin", Intel HEX records in ".hex", text otherwise
   // The settings the table was written with: the project, `size` (required), mode, direction,
   // origin, bit order, data width (of a text; of a binary, the words its length must fill), the
   // controller and the rearrangement. The picture and output fields are not used.

@@ -46,6 +46,7 @@ TEST_F(Cli, ConvertThenImportGivesThePictureBack) {
       {2, ".h", {"--mode", "mono-inv", "--direction", "td", "--msb-last"}},
       {26, ".h", {"--mode", "gray16", "--direction", "tua", "--origin", "BR", "--width", "16"}},
       {59, ".bin", {"--mode", "c65k", "--direction", "tla", "--msb-last"}},
+      {24, ".hex", {"--mode", "gray4", "--direction", "td", "--origin", "TR"}},
       {62, ".h", {"--mode", "c16m", "--direction", "tl", "--width", "32", "--msb-last"}},
       // The rearrangements trade bits in pairs: the same trade takes them back.
       {59, ".h", {"--mode", "c65k", "--swap-rb", "--width", "16"}},
@@ -59,7 +60,7 @@ TEST_F(Cli, ConvertThenImportGivesThePictureBack) {
     const Bitmap picture = rmtest::PatternPicture(32, 16, colours, 3);
     const std::string png = Png("picture.png", picture), table = out_ + "/table" + c.ext, back = out_ + "/back.png";
     Args convert = Concat({"convert", png, "--size", "32x16", "-o", table, "--no-info"}, c.scheme);
-    if (c.ext == ".bin") convert = Concat(convert, {"--output", "bin"});
+    if (c.ext != ".h") convert = Concat(convert, {"--output", c.ext.substr(1)});
     const auto converted = Run(convert);
     ASSERT_EQ(converted.status, 0) << converted.err;
     const auto imported = Run(Concat({"import-array", table, "--size", "32x16", "-o", back}, c.scheme));
