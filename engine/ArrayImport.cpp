@@ -62,10 +62,20 @@ ArrayText ReadArrayText(std::string_view text, const ArrayTextSyntax& syntax) {
   const auto skipLine = [&](std::size_t& i) {
     while (i < n && text[i] != '\n') ++i;
   };
+  // The characters that can start something: a line, a comment, a table's end, a datum. The
+  // blanks and separators between data are passed over without a closer look.
+  std::array<bool, 256> wakes{};
+  for (unsigned char c : std::string_view("\n/;'!{}=[")) wakes[c] = true;
+  for (int c = 0; c < 256; ++c)
+    if (prefix.empty() ? IsWordChar(static_cast<char>(c)) : c == static_cast<unsigned char>(prefix[0])) wakes[c] = true;
   int line = 1;
   bool inBlockComment = false;
   std::size_t i = 0;
   while (i < n) {
+    if (!inBlockComment) {
+      while (i < n && !wakes[static_cast<unsigned char>(text[i])]) ++i;
+      if (i == n) break;
+    }
     const char c = text[i];
     if (c == '\n') {
       ++line;
@@ -278,8 +288,27 @@ class PixelUnpacker {
     const std::uint32_t v = UndoRearrangement(static_cast<std::uint32_t>(NextByte()));
     return s_.BigEndian ? static_cast<int>(v & 255) : ReverseByteBits(static_cast<int>(v));
   }
-  // The inverse of the packer's transform of a pixel value of `width` bits.
+  // The inverse of the packer's transform of a pixel value of `width` bits. Up to 18 bits it is
+  // worked out once for every value, on the first pixel, and looked up after.
   std::uint32_t UndoWide(std::uint32_t v, int width) {
+    if (width > 18) return UndoWideOnce(v, width);
+    if (undoWidth_ != width) {
+      undoWidth_ = width;
+      undoTable_.resize(std::size_t{1} << width);
+      const std::string keep = error_;
+      for (std::uint32_t w = 0; w < undoTable_.size(); ++w) {
+        error_.clear();
+        const std::uint32_t u = UndoWideOnce(w, width);
+        undoTable_[w] = error_.empty() ? u : kCannotUndo;
+      }
+      error_ = keep;
+    }
+    const std::uint32_t u = undoTable_[v & ((1u << width) - 1)];
+    if (u != kCannotUndo) return u;
+    UndoWideOnce(v, width);  // says why
+    return 0;
+  }
+  std::uint32_t UndoWideOnce(std::uint32_t v, int width) {
     v = UndoRearrangement(v);
     const int bits = s_.CanvasBits;
     switch (width) {
@@ -319,6 +348,9 @@ class PixelUnpacker {
   const std::vector<Colour>& table_;
   std::size_t at_ = 0;
   std::string error_;
+  static constexpr std::uint32_t kCannotUndo = 0xFFFFFFFFu;
+  int undoWidth_ = 0;
+  std::vector<std::uint32_t> undoTable_;
   // Packed gray 32: the place in the triple, the pixels waiting for their bits.
   int counter_ = 0;
   Pos held_[2]{};
