@@ -16,23 +16,9 @@ using namespace rm;
 
 const char* VersionText() { return RASTERMILL_VERSION_TEXT; }
 
-void AddConvertOptions(CLI::App& c, ConvertOptions& options) {
-  c.add_option("INPUT", options.request.input,
-               "Picture to convert: PNG, BMP, JPEG, GIF (first frame), TIFF, ICO or SVG")
-      ->required();
-  AddPictureOptions(c, options);
-}
-
-void AddPictureOptions(CLI::App& c, ConvertOptions& options) {
-  rm::ConvertRequest& o = options.request;
+void AddSchemeOptions(CLI::App& c, rm::ConvertRequest& o) {
   std::vector<std::string> modeNames;
   for (const auto& m : kColourModes) modeNames.emplace_back(m.cliName);
-  c.add_option("-o", options.output, "Write the Data Array to this file; '-' or no option prints it");
-  // Only the three kinds: a misspelt kind taken as a file name would write C text where a build
-  // expects bytes.
-  c.add_option("--output", o.outputKind,
-               "Output kind: text (default), bin (the bytes themselves) or hex (Intel HEX records)")
-      ->check(CLI::IsMember({"text", "bin", "hex"}));
   c.add_option("--mode", o.mode, "Colour mode")->check(CLI::IsMember(modeNames));
   c.add_option("--direction", o.direction,
                "Paging direction: the pixels of a byte lie along a row (tr, tl, tra, tla) or down a column (td, "
@@ -57,6 +43,24 @@ void AddPictureOptions(CLI::App& c, ConvertOptions& options) {
                           "--set rgb2=1 puts the low byte first)");
   first->excludes(last);
   c.add_option("--width", o.width, "Data width in bits")->check(CLI::IsMember({8, 16, 32}));
+}
+
+void AddConvertOptions(CLI::App& c, ConvertOptions& options) {
+  c.add_option("INPUT", options.request.input,
+               "Picture to convert: PNG, BMP, JPEG, GIF (first frame), TIFF, ICO or SVG")
+      ->required();
+  AddPictureOptions(c, options);
+}
+
+void AddPictureOptions(CLI::App& c, ConvertOptions& options) {
+  rm::ConvertRequest& o = options.request;
+  c.add_option("-o", options.output, "Write the Data Array to this file; '-' or no option prints it");
+  // Only the three kinds: a misspelt kind taken as a file name would write C text where a build
+  // expects bytes.
+  c.add_option("--output", o.outputKind,
+               "Output kind: text (default), bin (the bytes themselves) or hex (Intel HEX records)")
+      ->check(CLI::IsMember({"text", "bin", "hex"}));
+  AddSchemeOptions(c, o);
   c.add_option("--per-line", o.perLine,
                "Data per line, 1 to 150 (1 also drops the separator, as in the settings panel)")
       ->check(CLI::Range(1, 150));

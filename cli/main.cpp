@@ -15,6 +15,7 @@
 #include "cli/ControllersCommand.h"
 #include "cli/ConvertCommand.h"
 #include "cli/FontCommand.h"
+#include "cli/ImportArrayCommand.h"
 #include "cli/ProjectCommand.h"
 #include "cli/SettingsCommand.h"
 
@@ -71,6 +72,8 @@ int main(int argc, char** argv) {
   CLI::App* gridCommand = rmcli::AddGridCommand(app, grid);
   rmcli::BatchOptions console;
   CLI::App* consoleCommand = rmcli::AddConsoleCommand(app, console);
+  rmcli::ImportArrayOptions importArray;
+  CLI::App* importArrayCommand = rmcli::AddImportArrayCommand(app, importArray);
 
   try {
     app.parse(argc, argv);
@@ -91,5 +94,6 @@ int main(int argc, char** argv) {
   if (*batchCommand) return rmcli::RunBatchCommand(batch, InterruptFlag());
   if (*gridCommand) return rmcli::RunGridCommand(grid);
   if (*consoleCommand) return rmcli::RunConsoleCommand(console, InterruptFlag());
+  if (*importArrayCommand) return rmcli::RunImportArray(importArray);
   return 2;
 }

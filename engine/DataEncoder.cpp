@@ -1,6 +1,7 @@
 #include "engine/DataEncoder.h"
 
 #include <cmath>
+#include <functional>
 
 #include "engine/ColourModes.h"
 #include "engine/Palette.h"
@@ -348,32 +349,33 @@ void DataEncoder::WriteCompressionStatistics() {
   for (const auto& line : compression_.StatisticsLines()) text_.Add(prefix + line + suffix);
 }
 
+namespace {
+
+// The encoder's side of a walk: the formatter's group lines around the packer's data.
+struct EncoderWalk {
+  DataFormatter& formatter;
+  PixelPacker& packer;
+  std::function<bool()> beforeByte;
+
+  void GroupStart(const ScanOrder& o) {
+    if (o.marks != ScanOrder::Marks::None) formatter.GroupStart(o.flushSuffixAtOpen);
+  }
+  bool BeforeDatum() { return beforeByte(); }
+  void Datum(PixelStep step) { packer.Pack(step); }
+  void GroupEnd(const ScanOrder& o) {
+    if (o.marks == ScanOrder::Marks::Lines) formatter.GroupEnd();
+    if (o.marks == ScanOrder::Marks::LinesSuffixNow) formatter.GroupSuffixNow();
+  }
+};
+
+}  // namespace
+
 void DataEncoder::Walk() {
   const ScanOrder o = ScanOrderOf(s_);
   s_.ByteCount = 0;
   s_.CurrentByte = 0;
-  int groupX = o.x, groupY = o.y;
-  for (int g = 0; g < o.groups && !s_.Abort; ++g) {
-    if (o.marks != ScanOrder::Marks::None) formatter_.GroupStart(o.flushSuffixAtOpen);
-    s_.CurX = groupX;
-    s_.CurY = groupY;
-    int x = groupX, y = groupY;
-    for (int i = 0; i < o.data; ++i, x += o.datumDx, y += o.datumDy) {
-      if (o.sliced && !o.StartsInside(x, y)) break;
-      if (!BeforeByte()) break;
-      if (o.sliced) {
-        s_.CurX = x;
-        s_.CurY = y;
-      }
-      packer_.Pack(o.step);
-    }
-    if (s_.Abort) break;
-    if (o.marks == ScanOrder::Marks::Lines) formatter_.GroupEnd();
-    if (o.marks == ScanOrder::Marks::LinesSuffixNow) formatter_.GroupSuffixNow();
-    groupX += o.groupDx;
-    groupY += o.groupDy;
-    if (o.sliced && !o.BandTaken(groupX, groupY)) break;
-  }
+  EncoderWalk walk{formatter_, packer_, [this] { return BeforeByte(); }};
+  RunScanOrder(s_, o, walk);
   if (o.resetCanvasSize && s_.Source) {
     s_.CanvasWidth = s_.Source->Width();
     s_.CanvasHeight = s_.Source->Height();

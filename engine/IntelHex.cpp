@@ -75,6 +75,64 @@ void IntelHexRecords::AddRecord(std::uint8_t type, std::uint32_t field, const st
   out_.Add(std::move(line));
 }
 
+bool IntelHexRecords::ReadData(std::string_view text, std::vector<std::uint8_t>& bytes, std::string& error) {
+  bytes.clear();
+  std::uint64_t next = 0;
+  std::uint32_t upper = 0;
+  bool first = true;
+  int lineNumber = 0;
+  std::vector<std::uint8_t> record;
+  for (std::size_t at = 0; at < text.size();) {
+    std::size_t end = text.find('\n', at);
+    if (end == std::string_view::npos) end = text.size();
+    std::string_view line = text.substr(at, end - at);
+    at = end + 1;
+    ++lineNumber;
+    while (!line.empty() && (line.back() == '\r' || line.back() == ' ' || line.back() == '\t')) line.remove_suffix(1);
+    while (!line.empty() && (line.front() == ' ' || line.front() == '\t')) line.remove_prefix(1);
+    if (line.empty()) continue;
+    const auto bad = [&](const std::string& why) {
+      error = "line " + std::to_string(lineNumber) + ": " + why;
+      return false;
+    };
+    if (line[0] != ':') return bad("an Intel HEX record starts with \":\"");
+    if (line.size() % 2 == 0) return bad("a record holds whole bytes");
+    record.clear();
+    for (std::size_t i = 1; i + 1 < line.size(); i += 2) {
+      const int hi = HexValue(line[i]), lo = HexValue(line[i + 1]);
+      if (hi < 0 || lo < 0) return bad("\"" + std::string(line.substr(i, 2)) + "\" is not a hex byte");
+      record.push_back(static_cast<std::uint8_t>(hi * 16 + lo));
+    }
+    // Count, address, type, data, checksum: the address takes what the count leaves.
+    if (record.size() < 5) return bad("the record is too short");
+    const std::size_t count = record[0];
+    if (record.size() < count + 5) return bad("the record is shorter than its count");
+    const std::size_t addressBytes = record.size() - count - 3;
+    if (addressBytes != 2 && addressBytes != 3 && addressBytes != 4)
+      return bad("the record's length does not match its count");
+    unsigned sum = 0;
+    for (std::uint8_t b : record) sum += b;
+    if ((sum & 0xFF) != 0) return bad("wrong checksum");
+    std::uint32_t field = 0;
+    for (std::size_t i = 0; i < addressBytes; ++i) field = (field << 8) | record[1 + i];
+    const int type = record[1 + addressBytes];
+    const std::uint8_t* data = record.data() + 2 + addressBytes;
+    if (type == 0x01) return true;
+    if (type == 0x04) {
+      if (count != 2) return bad("an extended linear address record holds 2 bytes");
+      upper = static_cast<std::uint32_t>((data[0] << 8) | data[1]) << 16;
+      continue;
+    }
+    if (type != 0x00) return bad("records of type " + std::to_string(type) + " are not read");
+    const std::uint64_t address = addressBytes == 2 ? std::uint64_t{upper} + field : field;
+    if (!first && address != next) return bad("the data do not follow on from the record before");
+    first = false;
+    next = address + count;
+    bytes.insert(bytes.end(), data, data + count);
+  }
+  return true;
+}
+
 bool IntelHexRecords::ParseOffset(std::string_view text, std::uint32_t& value) {
   // Addresses are written as in C as often as bare: "0x8000" is the same offset as "8000".
   if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X')) text.remove_prefix(2);

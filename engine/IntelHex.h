@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "engine/TextLines.h"
 
@@ -49,6 +50,13 @@ class IntelHexRecords {
   int PendingBytes() const { return pendingCount_; }
   // The address of the next record, before it is cut to the field's width.
   std::uint64_t Address() const { return address_; }
+
+  // The data bytes of records as this class writes them, in order: data records (type 00) with
+  // 4, 6 or 8 address digits, each starting where the one before ended; extended linear address
+  // records (04) place the 4 digit ones; the end of file record (01) ends the data. False with the
+  // reason and its line for a line that is no record, a wrong checksum, a gap in the addresses or
+  // another record type.
+  static bool ReadData(std::string_view text, std::vector<std::uint8_t>& bytes, std::string& error);
 
   // Reads an address offset as typed: 1 to 8 hex digits, either case, nothing else.
   static bool ParseOffset(std::string_view text, std::uint32_t& value);

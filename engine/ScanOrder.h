@@ -52,4 +52,33 @@ struct ScanOrder {
 // of a half export included).
 ScanOrder ScanOrderOf(const ConversionSession& s);
 
+// Runs the walk of `o` on the session's position, for the writer and the reader alike: at each
+// datum, with (CurX, CurY) on its first pixel, `v.Datum(step)`, which moves the position on as it
+// reads (whole lines) or not (sliced). `v.BeforeDatum()` false ends the group; the session's Abort
+// ends the walk. `v.GroupStart(o)` and `v.GroupEnd(o)` frame each group.
+template <class Visitor>
+void RunScanOrder(ConversionSession& s, const ScanOrder& o, Visitor& v) {
+  int groupX = o.x, groupY = o.y;
+  for (int g = 0; g < o.groups && !s.Abort; ++g) {
+    v.GroupStart(o);
+    s.CurX = groupX;
+    s.CurY = groupY;
+    int x = groupX, y = groupY;
+    for (int i = 0; i < o.data; ++i, x += o.datumDx, y += o.datumDy) {
+      if (o.sliced && !o.StartsInside(x, y)) break;
+      if (!v.BeforeDatum()) break;
+      if (o.sliced) {
+        s.CurX = x;
+        s.CurY = y;
+      }
+      v.Datum(o.step);
+    }
+    if (s.Abort) break;
+    v.GroupEnd(o);
+    groupX += o.groupDx;
+    groupY += o.groupDy;
+    if (o.sliced && !o.BandTaken(groupX, groupY)) break;
+  }
+}
+
 }  // namespace rm

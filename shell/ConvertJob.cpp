@@ -275,6 +275,21 @@ JobOutcome LoadPicture(Application& app, const ConvertRequest& r) {
 
 }  // namespace
 
+JobOutcome PrepareBlankCanvas(Application& app, const ConvertRequest& request) {
+  ConvertRequest r = request;
+  if (JobOutcome resolved = ResolveController(app, r); !resolved.Done()) return resolved;
+  if (JobOutcome opened = OpenRequestProject(app, r); !opened.Done()) return opened;
+  int w = 0, h = 0;
+  if (!ParseSize(r.size, w, h)) return JobOutcome::Failed("--size takes WxH, not \"" + r.size + "\"", 2);
+  if (w > 1024 || h > 768) return JobOutcome::Failed("a display is at most 1024x768; " + r.size + " is larger", 2);
+  app.mainForm.CanvasRedraw();
+  if (!app.mainForm.UserMatrixClick(std::to_string(w), std::to_string(h)))
+    return JobOutcome::Failed("the display size " + r.size + " does not fit the paging scheme of the mode");
+  app.pixelForm.SetCanvas(Bitmap(w, h));
+  if (JobOutcome hardware = ApplyHardware(app, r); !hardware.Done()) return hardware;
+  return ApplyDataOptions(app, r, 0);
+}
+
 JobOutcome LoadPictureToCanvas(Application& app, const ConvertRequest& request) {
   ConvertRequest r = request;
   if (JobOutcome resolved = ResolveController(app, r); !resolved.Done()) return resolved;

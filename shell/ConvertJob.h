@@ -89,6 +89,10 @@ JobOutcome Convert(Application& app, const ConvertRequest& request, const Conver
 // The first half of a conversion of a picture: the project opened, the picture imported on the
 // canvas as `Convert` would import it. A batch then converts the canvas as it stands.
 JobOutcome LoadPictureToCanvas(Application& app, const ConvertRequest& request);
+// The settings a conversion of `request` runs with (the project's, the mode, the controller's
+// preset, the rearrangement and the data options), on a blank canvas of `request.size`: what the
+// way back from a table to a picture needs to know of the table. No picture is read.
+JobOutcome PrepareBlankCanvas(Application& app, const ConvertRequest& request);
 
 // The command line's user interface for `request`: its answers, and the questions the request
 // answers by itself (an export area is meant to be exported).

@@ -86,3 +86,48 @@ TEST(IntelHexRecords, OffsetText) {
 }
 
 }  // namespace
+
+namespace {
+
+// What the records carry comes back, past 64 KiB too, whatever the address field.
+TEST(IntelHexRecords, ReadBackTheDataWritten) {
+  for (int digits : {4, 6, 8})
+    for (int perLine : {16, 7}) {
+      TextLines out;
+      IntelHexRecords records(out);
+      records.Start(perLine, digits, 0xFFF0);
+      std::vector<std::uint8_t> written;
+      for (int i = 0; i < 70000; ++i) {
+        written.push_back(ByteAt(i));
+        records.InputByte(written.back());
+      }
+      records.EndRecord();
+      records.AddEndOfFile();
+      std::vector<std::uint8_t> read;
+      std::string error;
+      EXPECT_TRUE(IntelHexRecords::ReadData(out.Text(), read, error)) << error;
+      EXPECT_EQ(read, written) << digits << " digits, " << perLine << " a record";
+    }
+}
+
+TEST(IntelHexRecords, ReadRefusesWhatIsNoRecordOfThisProgram) {
+  const struct {
+    const char* text;
+    const char* error;
+  } cases[] = {
+      {":0401000001020304F2\n", "line 1: wrong checksum"},
+      {"\n0401000001020304F1\n", "line 2: an Intel HEX record starts with \":\""},
+      {":0401000001020304F1\n:0401080001020304E9\n", "line 2: the data do not follow on from the record before"},
+      {":020000021000EC\n", "line 1: records of type 2 are not read"},
+      {":04010000010203G4F1\n", "line 1: \"G4\" is not a hex byte"},
+      {":0F01000001020304F1\n", "line 1: the record is shorter than its count"},
+  };
+  for (const auto& c : cases) {
+    std::vector<std::uint8_t> read;
+    std::string error;
+    EXPECT_FALSE(IntelHexRecords::ReadData(c.text, read, error)) << c.text;
+    EXPECT_EQ(error, c.error);
+  }
+}
+
+}  // namespace
