@@ -5,49 +5,13 @@
 #include <utility>
 #include <vector>
 
+#include "platform/GifInput.h"
 #include "platform/PictureDecoders.h"
 
 namespace rm {
 namespace {
 
-// The file in memory. A read cut short by the end of the data is remembered: giflib reports
-// some of those under other error codes.
-struct MemoryInput {
-  const std::uint8_t* data;
-  std::size_t size;
-  std::size_t pos;
-  bool readPastEnd;
-};
-
-int ReadFromMemory(GifFileType* gif, GifByteType* dest, int length) {
-  auto* input = static_cast<MemoryInput*>(gif->UserData);
-  const std::size_t wanted = static_cast<std::size_t>(std::max(length, 0));
-  const std::size_t count = std::min(wanted, input->size - input->pos);
-  if (count < wanted) input->readPastEnd = true;
-  std::memcpy(dest, input->data + input->pos, count);
-  input->pos += count;
-  return static_cast<int>(count);
-}
-
-// giflib reports failures by number; its own texts are terse, so the user gets ours.
-std::string Describe(int code) {
-  switch (code) {
-    case D_GIF_ERR_READ_FAILED:
-    case D_GIF_ERR_EOF_TOO_SOON: return kTruncatedMessage;
-    case D_GIF_ERR_NOT_GIF_FILE: return "the file is not a GIF picture";
-    case D_GIF_ERR_NO_SCRN_DSCR: return "the GIF screen descriptor is missing";
-    case D_GIF_ERR_NO_IMAG_DSCR: return "the GIF image descriptor is missing";
-    case D_GIF_ERR_NO_COLOR_MAP: return "the GIF picture has no colour table";
-    case D_GIF_ERR_WRONG_RECORD: return "the GIF data holds a record of unknown type";
-    case D_GIF_ERR_DATA_TOO_BIG: return "the GIF picture holds more pixels than its size allows";
-    case D_GIF_ERR_NOT_ENOUGH_MEM: return "there is not enough memory to read the picture";
-    case D_GIF_ERR_IMAGE_DEFECT: return "the GIF picture data is damaged";
-    default: {
-      const char* text = GifErrorString(code);
-      return std::string("the GIF picture cannot be read (") + (text ? text : "unknown error") + ")";
-    }
-  }
-}
+std::string Describe(int code) { return DescribeGifError(code, "picture"); }
 
 class GifReader {
  public:
@@ -61,7 +25,7 @@ class GifReader {
 
   bool Run(Bitmap& out, std::string& error) {
     int code = 0;
-    gif_ = DGifOpen(&input_, ReadFromMemory, &code);
+    gif_ = DGifOpen(&input_, ReadGifFromMemory, &code);
     if (gif_ == nullptr) return Fail(error, Describe(code));
     int transparent = NO_TRANSPARENT_COLOR;
     for (;;) {
@@ -144,7 +108,7 @@ class GifReader {
     return true;
   }
 
-  MemoryInput input_;
+  GifMemoryInput input_;
   std::int64_t maxPixels_;
   GifFileType* gif_ = nullptr;
 };

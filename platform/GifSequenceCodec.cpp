@@ -10,45 +10,13 @@
 #include <vector>
 
 #include "engine/TextLines.h"
+#include "platform/GifInput.h"
 #include "platform/PictureLimits.h"
 
 namespace rm {
 namespace {
 
-struct MemoryInput {
-  const std::uint8_t* data;
-  std::size_t size;
-  std::size_t pos;
-  bool readPastEnd;
-};
-
-int ReadFromMemory(GifFileType* gif, GifByteType* dest, int length) {
-  auto* input = static_cast<MemoryInput*>(gif->UserData);
-  const std::size_t wanted = static_cast<std::size_t>(std::max(length, 0));
-  const std::size_t count = std::min(wanted, input->size - input->pos);
-  if (count < wanted) input->readPastEnd = true;
-  std::memcpy(dest, input->data + input->pos, count);
-  input->pos += count;
-  return static_cast<int>(count);
-}
-
-std::string Describe(int code) {
-  switch (code) {
-    case D_GIF_ERR_READ_FAILED:
-    case D_GIF_ERR_EOF_TOO_SOON: return kTruncatedMessage;
-    case D_GIF_ERR_NOT_GIF_FILE: return "the file is not a GIF picture";
-    case D_GIF_ERR_NO_SCRN_DSCR: return "the GIF screen descriptor is missing";
-    case D_GIF_ERR_NO_IMAG_DSCR: return "the GIF image descriptor is missing";
-    case D_GIF_ERR_WRONG_RECORD: return "the GIF data holds a record of unknown type";
-    case D_GIF_ERR_DATA_TOO_BIG: return "a GIF frame holds more pixels than its size allows";
-    case D_GIF_ERR_NOT_ENOUGH_MEM: return "there is not enough memory to read the animation";
-    case D_GIF_ERR_IMAGE_DEFECT: return "the GIF picture data is damaged";
-    default: {
-      const char* text = GifErrorString(code);
-      return std::string("the GIF file cannot be read (") + (text ? text : "unknown error") + ")";
-    }
-  }
-}
+std::string Describe(int code) { return DescribeGifError(code, "animation"); }
 
 std::vector<Colour> MapColours(const ColorMapObject* map) {
   std::vector<Colour> colours;
@@ -70,7 +38,7 @@ class SequenceReader {
 
   bool Run(GifSequence& out, std::string& error) {
     int code = 0;
-    gif_ = DGifOpen(&input_, ReadFromMemory, &code);
+    gif_ = DGifOpen(&input_, ReadGifFromMemory, &code);
     if (gif_ == nullptr) return Fail(error, Describe(code));
     GifSequence result;
     result.screenWidth = gif_->SWidth;
@@ -166,7 +134,7 @@ class SequenceReader {
     return true;
   }
 
-  MemoryInput input_;
+  GifMemoryInput input_;
   std::int64_t maxPixels_;
   GifFileType* gif_ = nullptr;
 };
